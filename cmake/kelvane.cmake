@@ -1,0 +1,48 @@
+# What every part of the house is built with: one standard, one set of warnings, one precompiled header.
+
+option(KELVANE_TESTS "Build the tests" ON)
+option(KELVANE_BENCH "Build the benchmarks" OFF)
+set(KELVANE_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Werror)
+if(KELVANE_SANITIZE)
+  add_compile_options(-fsanitize=${KELVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${KELVANE_SANITIZE})
+endif()
+
+find_package(Threads REQUIRED)
+
+find_program(KELVANE_CCACHE ccache)
+if(KELVANE_CCACHE)
+  # A precompiled header is only cached when these differences are declared harmless.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${KELVANE_CCACHE})
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endif()
+
+# kelvane_library(name DEPENDS ...): the sources of the current folder as one static library, with src/ as the root of
+# its includes.
+function(kelvane_library name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS;PRIVATE" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE})
+  kelvane_precompile(${name})
+endfunction()
+
+# The standard headers that nearly every file includes; compiled once.
+function(kelvane_precompile name)
+  if(name STREQUAL kelvane_base)
+    target_precompile_headers(${name} PRIVATE <algorithm> <atomic> <chrono> <cstdint> <filesystem> <functional> <memory>
+                              <optional> <span> <string> <string_view> <unordered_map> <variant> <vector>)
+  else()
+    target_precompile_headers(${name} REUSE_FROM kelvane_base)
+  endif()
+endfunction()

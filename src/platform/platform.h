@@ -1,0 +1,34 @@
+// The ports of one operating system, gathered. Only a main function asks for them; everything else is given what it
+// needs by reference.
+#pragma once
+
+#include <memory>
+
+#include "platform/archive_folders.h"
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/path_rules.h"
+#include "platform/priority.h"
+#include "platform/property_system.h"
+#include "platform/shell_namespace.h"
+#include "platform/text_folding.h"
+
+namespace kelvane {
+
+class Platform {
+public:
+    virtual ~Platform() = default;
+    virtual FileSystem& files() = 0;
+    virtual ShellNamespace& shell() = 0;
+    virtual PathRules& paths() = 0;
+    virtual TextFolding& folding() = 0;
+    virtual Clock& clock() = 0;
+    virtual Priority& priority() = 0;
+    virtual PropertySystem& properties() = 0;
+    virtual PropertyReaders& readers() = 0;
+};
+
+// Defined by the adapter that the program is linked with.
+[[nodiscard]] std::unique_ptr<Platform> makePlatform();
+
+}  // namespace kelvane

@@ -1,0 +1,25 @@
+// From a raw value, as read, to a comparable one.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/raw_value.h"
+#include "props/prop_cache.h"
+#include "props/property_catalogue.h"
+
+namespace kelvane {
+
+// Fills kind, flags, value and text of a node from the raw value; the node keeps the raw value and its pending mark is
+// cleared. An empty raw value gives a missing node. Never fails: what cannot be converted becomes 0, as the property
+// system itself does.
+void convertValue(PROPCACHE& node, const PropRef& property, RawValue raw);
+
+// Degrees, minutes, seconds (and on, each a sixtieth of the one before) as decimal degrees; a scalar as it is;
+// nothing for any other type.
+[[nodiscard]] std::optional<double> sexagesimal(const RawValue& raw);
+
+// The value as text: vectors joined by "; ", numbers in decimal, dates in ISO 8601, booleans as "True" or "False".
+[[nodiscard]] std::u16string formatRaw(const RawValue& raw);
+
+}  // namespace kelvane
