@@ -1,0 +1,7 @@
+#include <cstdio>
+
+int main()
+{
+    std::puts("kelvane-cli: no verb is built yet");
+    return 2;
+}
