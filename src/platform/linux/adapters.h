@@ -1,0 +1,23 @@
+// The factories of the Linux adapters; platform.cpp puts them together.
+#pragma once
+
+#include <memory>
+
+#include "platform/archive_folders.h"
+#include "platform/clock.h"
+#include "platform/file_system.h"
+#include "platform/priority.h"
+#include "platform/property_system.h"
+#include "platform/text_folding.h"
+
+namespace kelvane {
+
+[[nodiscard]] std::unique_ptr<FileSystem> makeLinuxFileSystem();
+[[nodiscard]] std::unique_ptr<ArchiveFolders> makeLibarchiveFolders();
+[[nodiscard]] std::unique_ptr<TextFolding> makeIcuFolding();
+[[nodiscard]] std::unique_ptr<Clock> makeSystemClock();
+[[nodiscard]] std::unique_ptr<Priority> makeLinuxPriority();
+[[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();
+[[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
+
+}  // namespace kelvane
