@@ -6,8 +6,10 @@
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
+#include "platform/interrupts.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
+#include "platform/terminal.h"
 #include "platform/text_folding.h"
 
 namespace kelvane {
@@ -17,6 +19,8 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<TextFolding> makeIcuFolding();
 [[nodiscard]] std::unique_ptr<Clock> makeSystemClock();
 [[nodiscard]] std::unique_ptr<Priority> makeLinuxPriority();
+[[nodiscard]] std::unique_ptr<Terminal> makePosixTerminal();
+[[nodiscard]] std::unique_ptr<Interrupts> makePosixInterrupts();
 [[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
 
