@@ -20,8 +20,13 @@ public:
     void addRef() const noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
     void release() const noexcept
     {
-        if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        if (dropReference())
             T::destroy(static_cast<const T*>(this));
+    }
+    // Takes one reference away without ending the object; true when it was the last one and the caller has to end it.
+    [[nodiscard]] bool dropReference() const noexcept
+    {
+        return references_.fetch_sub(1, std::memory_order_acq_rel) == 1;
     }
     static void destroy(const T* object) { delete object; }
 
@@ -61,6 +66,8 @@ public:
     }
 
     [[nodiscard]] T* get() const noexcept { return object_; }
+    // Gives the reference away: whoever takes the pointer has to release it.
+    [[nodiscard]] T* detach() noexcept { return std::exchange(object_, nullptr); }
     T& operator*() const noexcept { return *object_; }
     T* operator->() const noexcept { return object_; }
     explicit operator bool() const noexcept { return object_ != nullptr; }

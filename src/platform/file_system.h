@@ -58,15 +58,16 @@ public:
 
     // Calls sink for every entry but "." and "..", in the system's order. Entries that vanish meanwhile are left
     // out; with Links::followed a link that leads nowhere is given as itself. Returning false from sink ends the
-    // listing with success.
+    // listing with success. The folder's own path may be a link to a folder; wrongType when it is no folder.
     using EntrySink = std::function<bool(const DirectoryEntry&)>;
     [[nodiscard]] virtual Status enumerate(const std::filesystem::path& folder, Links links, const EntrySink& sink) = 0;
 
     [[nodiscard]] virtual Result<FileDetails> details(const std::filesystem::path& path, Links links) = 0;
 
     // Opens a regular file only; anything else is wrongType and is not touched (a pipe would block, a device act).
-    [[nodiscard]] virtual Result<std::unique_ptr<ContentReader>> openForReading(const std::filesystem::path& path,
-                                                                                ReadPattern pattern) = 0;
+    // That goes for a link too, unless links are followed: a file that was swapped for a link is then not read.
+    [[nodiscard]] virtual Result<std::unique_ptr<ContentReader>>
+    openForReading(const std::filesystem::path& path, ReadPattern pattern, Links links = Links::asThemselves) = 0;
 
     // The names of the alternate data streams (user extended attributes on Linux, without their "user." prefix).
     [[nodiscard]] virtual Result<std::vector<std::string>> streamNames(const std::filesystem::path& path) = 0;

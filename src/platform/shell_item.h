@@ -21,7 +21,9 @@ public:
     };
 
     // A root has no parent and its full path as name. Never null; running out of memory throws std::bad_alloc.
-    static Ref<ShellItem> make(Ref<const ShellItem> parent, NativeView name, const FileInfo& info, Place place);
+    [[nodiscard]] static Ref<ShellItem> make(Ref<const ShellItem> parent, NativeView name, const FileInfo& info,
+                                             Place place);
+    // Ends the item, and those of its parents that nobody else holds, without recursion: a chain may be of any length.
     static void destroy(const ShellItem* item);
 
     [[nodiscard]] const ShellItem* parent() const { return parent_.get(); }

@@ -32,7 +32,8 @@ public:
     virtual ~ShellNamespace() = default;
 
     // The item with this parsing name: a path, absolute or relative to the current folder. A path may lead into an
-    // archive. A root that is itself a link is followed.
+    // archive; the path of an archive file names the file, and the archive as a folder (Place::archive) when it ends
+    // with a separator. A root that is itself a link is followed and does not count as a reparse point.
     [[nodiscard]] virtual Result<Ref<ShellItem>> parse(NativeView parsingName) = 0;
 
     // The children of a folder or an archive, in the system's order. sink returning false ends the listing with

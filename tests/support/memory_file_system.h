@@ -33,7 +33,8 @@ public:
     void setContents(const std::string& path, std::string contents);      // same identity, new time
 
     // Called before every operation with its name ("enumerate", "details", "open", "read", "skip", "info",
-    // "streamNames", "readStream", "volumeFacts") and the path; returning an error makes the operation fail with it.
+    // "streamNames", "readStream", "volumeFacts") and the path as it was given; returning an error makes the operation
+    // fail with it.
     using Hook = std::function<std::optional<Error>(const std::string& operation, const std::string& path)>;
     void setHook(Hook hook);
 
@@ -43,8 +44,8 @@ public:
 
     Status enumerate(const std::filesystem::path& folder, Links links, const EntrySink& sink) override;
     Result<FileDetails> details(const std::filesystem::path& path, Links links) override;
-    Result<std::unique_ptr<ContentReader>> openForReading(const std::filesystem::path& path,
-                                                          ReadPattern pattern) override;
+    Result<std::unique_ptr<ContentReader>> openForReading(const std::filesystem::path& path, ReadPattern pattern,
+                                                          Links links = Links::asThemselves) override;
     Result<std::vector<std::string>> streamNames(const std::filesystem::path& path) override;
     Result<std::vector<std::byte>> readStream(const std::filesystem::path& path, const std::string& name,
                                               std::size_t limit) override;
@@ -53,6 +54,7 @@ public:
 
 private:
     struct State;
+    class Reader;
     std::unique_ptr<State> state_;
 };
 

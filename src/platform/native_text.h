@@ -1,0 +1,34 @@
+// Names in the system's own encoding, to and from text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/utf.h"
+#include "platform/file_info.h"
+
+namespace kelvane {
+
+// For people to read: what is no valid text becomes U+FFFD. Never turned back into a name.
+[[nodiscard]] inline std::u16string displayFromNative(std::string_view name)
+{
+    return toUtf16(name);
+}
+[[nodiscard]] inline std::u16string displayFromNative(std::wstring_view name)
+{
+    return toUtf16(toUtf8(std::u16string(name.begin(), name.end())));
+}
+
+// A name stored in a file as bytes: the same bytes on Linux, taken as UTF-8 on Windows.
+template <class Char = NativeString::value_type>
+[[nodiscard]] std::basic_string<Char> nativeFromBytes(std::string_view bytes)
+{
+    if constexpr (sizeof(Char) == 1) {
+        return std::basic_string<Char>(bytes);
+    } else {
+        const std::u16string text = toUtf16(bytes);
+        return std::basic_string<Char>(text.begin(), text.end());
+    }
+}
+
+}  // namespace kelvane

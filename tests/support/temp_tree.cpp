@@ -1,0 +1,82 @@
+#include "support/temp_tree.h"
+
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+
+namespace kelvane::testing {
+namespace fs = std::filesystem;
+namespace {
+
+fs::path makeUniqueFolder()
+{
+    std::random_device random;
+    const fs::path parent = fs::canonical(fs::temp_directory_path());
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        fs::path candidate = parent / ("kelvane-test-" + std::to_string(random()) + std::to_string(random()));
+        if (fs::create_directory(candidate))
+            return candidate;
+    }
+    throw std::runtime_error("no temporary folder could be made");
+}
+
+}  // namespace
+
+TempTree::TempTree() : path_(makeUniqueFolder()) {}
+
+TempTree::~TempTree()
+{
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+fs::path TempTree::write(std::string_view relative, std::string_view contents) const
+{
+    const fs::path full = path(relative);
+    fs::create_directories(full.parent_path());
+    std::ofstream file(full, std::ios::binary | std::ios::trunc);
+    file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + full.string());
+    return full;
+}
+
+fs::path TempTree::folder(std::string_view relative) const
+{
+    fs::path full = path(relative);
+    fs::create_directories(full);
+    return full;
+}
+
+fs::path TempTree::hardLink(std::string_view relative, std::string_view existing) const
+{
+    fs::path full = path(relative);
+    fs::create_directories(full.parent_path());
+    fs::create_hard_link(path(existing), full);
+    return full;
+}
+
+fs::path TempTree::symlink(std::string_view relative, const fs::path& target) const
+{
+    fs::path full = path(relative);
+    fs::create_directories(full.parent_path());
+    fs::create_symlink(target, full);
+    return full;
+}
+
+void TempTree::remove(std::string_view relative) const
+{
+    fs::remove_all(path(relative));
+}
+
+std::string TempTree::read(std::string_view relative) const
+{
+    std::ifstream file(path(relative), std::ios::binary);
+    if (!file)
+        throw std::runtime_error("cannot read " + path(relative).string());
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace kelvane::testing
