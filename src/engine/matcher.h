@@ -48,21 +48,40 @@ public:
     [[nodiscard]] MatchResult compare(Candidate& a, Candidate& b, std::optional<bool> keysEqual);
 
     // An answer about contents known ahead: equal, different, or unknown (then they are read).
-    using ContentOracle = std::function<std::optional<ContentResult>(const Candidate&, const Candidate&)>;
+    using ContentOracle = std::function<std::optional<ContentResult>(const Candidate& a, const Candidate& b)>;
     void setContentOracle(ContentOracle oracle) { oracle_ = std::move(oracle); }
 
     // Every stage up to the one that parts the two (that one included) is appended to `report` from now on.
     void reportTo(std::vector<StageReport>* report) { report_ = report; }
 
 private:
+    [[nodiscard]] bool keysPart(std::optional<bool> keysEqual) const;
+    [[nodiscard]] std::size_t startIndex(std::optional<bool> keysEqual) const;
+    [[nodiscard]] bool parted(std::size_t index, Candidate& a, Candidate& b);
+    [[nodiscard]] std::optional<std::int32_t> difference(const PropRef& property, Candidate& a, Candidate& b) const;
+    [[nodiscard]] std::int32_t allowed(std::size_t index) const;
+    [[nodiscard]] MatchResult compareStages(Candidate& a, Candidate& b);
+    [[nodiscard]] bool sameType(std::int32_t stage, const Candidate& a, const Candidate& b) const;
+    [[nodiscard]] MatchResult exactContents(std::int32_t stage, const Candidate& a, const Candidate& b);
+    [[nodiscard]] MatchResult similarContents(std::int32_t stage, Candidate& a, Candidate& b);
+    [[nodiscard]] bool sameSeries(Candidate& a, Candidate& b) const;
+    void reportProperty(std::size_t index, Candidate& a, Candidate& b, std::optional<std::int32_t> percent,
+                        bool equal) const;
+
     const ScanCriteria& criteria_;
     const PropertySource& properties_;
     ShellNamespace& shell_;
     ContentComparer& contents_;
     SimilarContent* similar_;
+    std::size_t propertyCount_;
+    bool keepsSeriesApart_;
+    PropRef folderName_;
     ContentOracle oracle_;
     std::vector<StageReport>* report_ = nullptr;
 };
+
+// Whether the sizes alone say that contents are compared over samples: by the limit of the pair.
+[[nodiscard]] bool comparedBySamples(const ShellItem& a, const ShellItem& b, const EngineOptions& options);
 
 // `notSupported`, with a message that names the category, when the criteria need a descriptor that nothing supplies.
 [[nodiscard]] Status checkDescriptors(const ScanCriteria& criteria, const SimilarContent* similar);

@@ -6,6 +6,9 @@
 
 namespace kelvane {
 
+// Whether the file's identity says which physical file it is: only then can two names of it be known to be one.
+[[nodiscard]] bool hasIdentity(const ShellItem& item) noexcept;
+
 // True when the full paths are the same by the system's rules, or when both are files of the file system with the same
 // known identity (volume and index). A link that was followed carries the identity of what it leads to, so a link
 // and its target are one file. Entries of archives are the same by path only.

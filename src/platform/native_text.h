@@ -19,6 +19,16 @@ namespace kelvane {
     return toUtf16(toUtf8(std::u16string(name.begin(), name.end())));
 }
 
+// The form that path rules, messages and reports work on: the bytes themselves on Linux, UTF-8 on Windows.
+[[nodiscard]] inline std::string pathText(std::string_view name)
+{
+    return std::string(name);
+}
+[[nodiscard]] inline std::string pathText(std::wstring_view name)
+{
+    return toUtf8(std::u16string(name.begin(), name.end()));
+}
+
 // A name stored in a file as bytes: the same bytes on Linux, taken as UTF-8 on Windows.
 template <class Char = NativeString::value_type>
 [[nodiscard]] std::basic_string<Char> nativeFromBytes(std::string_view bytes)

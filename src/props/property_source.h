@@ -56,6 +56,7 @@ public:
     void groupChanged(ItemContext& file) const;
 
     [[nodiscard]] const PropertyCatalogue& catalogue() const { return catalogue_; }
+    [[nodiscard]] const TextFolding& folding() const { return folding_; }
 
 private:
     [[nodiscard]] RawValue readRaw(ItemContext& file, const PropRef& property) const;
