@@ -28,12 +28,13 @@ FileTime fileTimeFromUnix(std::int64_t seconds, std::int64_t nanoseconds) noexce
 
 std::string toIso8601(FileTime time)
 {
-    using namespace std::chrono;
+    namespace chrono = std::chrono;
     const auto ticks = time.ticks - secondsFrom1601To1970 * ticksPerSecond;
-    const sys_seconds moment{floor<seconds>(duration<std::int64_t, std::ratio<1, ticksPerSecond>>(ticks))};
-    const auto day = floor<days>(moment);
-    const year_month_day date{day};
-    const hh_mm_ss clock{moment - day};
+    const chrono::sys_seconds moment{
+        chrono::floor<chrono::seconds>(chrono::duration<std::int64_t, std::ratio<1, ticksPerSecond>>(ticks))};
+    const auto day = chrono::floor<chrono::days>(moment);
+    const chrono::year_month_day date{day};
+    const chrono::hh_mm_ss clock{moment - day};
     char text[48];
     std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(date.year()),
                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
