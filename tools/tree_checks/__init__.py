@@ -1,0 +1,1 @@
+"""The rules that tools/check_tree holds the tree to; each module offers check(tree) -> lines of complaint."""
