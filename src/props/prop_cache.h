@@ -21,6 +21,7 @@ public:
     static constexpr std::uint32_t flagSexagesimal = 0x100;
     // The mark of a missing value: these two words in the halves of the 64-bit value.
     static constexpr std::uint64_t missingMark = 0x0000BEEF'0000DEAD;
+    // The mark of a node that was not read yet: the low half of the raw value's data, its type being empty.
     static constexpr std::uint32_t pendingMark = 0xDEADBEEF;
 
     std::unique_ptr<PROPCACHE> next;
@@ -31,13 +32,14 @@ public:
     std::u16string text;                // for PropKind::text
     RawValue raw;
     std::optional<std::u16string> folded;  // lower-cased, accent-free, punctuation-free copy, made on first use
-    bool pending = false;
 
+    PROPCACHE() = default;
     ~PROPCACHE() override;  // frees the rest of its list without recursion
 
     [[nodiscard]] bool missing() const { return kind == PropKind::text ? text.empty() : value == missingMark; }
     [[nodiscard]] std::int64_t number() const { return static_cast<std::int64_t>(value); }
     [[nodiscard]] double real() const;
+    [[nodiscard]] bool pending() const;
 };
 
 // The group field of a file: negative marks, then numbers from 1.
@@ -59,7 +61,9 @@ public:
 
     [[nodiscard]] const ShellItem& item() const { return *item_; }
     [[nodiscard]] const Ref<const ShellItem>& itemRef() const { return item_; }
-    [[nodiscard]] PROPCACHE* find(std::uint32_t identifier) const;
+    // The kind tells a row of the program from a property of the system that shares its key: Stock.FileAttributes is
+    // a text, System.FileAttributes a number.
+    [[nodiscard]] PROPCACHE* find(std::uint32_t identifier, PropKind kind) const;
     PROPCACHE& push(std::unique_ptr<PROPCACHE> node);
     [[nodiscard]] std::uint32_t cachedValues() const { return count_; }
 

@@ -1,15 +1,13 @@
 // Where values come from: the one door through which the scan asks for a property of a file.
 #pragma once
 
-#include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "platform/property_system.h"
 #include "platform/shell_namespace.h"
 #include "props/prop_cache.h"
 #include "props/property_catalogue.h"
+#include "props/stock_readers.h"
 #include "props/text_fold.h"
 
 namespace kelvane {
@@ -27,9 +25,6 @@ struct PropValue {
     [[nodiscard]] std::int64_t number() const { return static_cast<std::int64_t>(bits); }
     [[nodiscard]] double real() const;
 };
-
-// The categories by which Stock.Kind names a file: a name and comma-separated masks.
-using KindMasks = std::vector<std::pair<std::u16string, std::string>>;
 
 // Reads, converts and caches. The source itself is immutable and thread-safe; a context passed to it belongs to the
 // calling thread for the time of the call. Everything handed over at construction must outlive it.
@@ -59,6 +54,7 @@ public:
     [[nodiscard]] const TextFolding& folding() const { return folding_; }
 
 private:
+    void fill(ItemContext& file, const PropRef& property, PROPCACHE& node) const;
     [[nodiscard]] RawValue readRaw(ItemContext& file, const PropRef& property) const;
     [[nodiscard]] RawValue combinedList(ItemContext& file, const PropRef& property) const;
     void applyHemisphere(ItemContext& file, PROPCACHE& node) const;
@@ -68,6 +64,7 @@ private:
     PropertyReaders& readers_;
     const TextFolding& folding_;
     KindMasks kinds_;
+    PropRef latitudeRef_, longitudeRef_;
 };
 
 }  // namespace kelvane

@@ -15,6 +15,12 @@ namespace kelvane {
 // system itself does.
 void convertValue(PROPCACHE& node, const PropRef& property, RawValue raw);
 
+// The comparable bits of a whole number or a file time that is held as such bits under a type; 0 for other types.
+[[nodiscard]] std::uint64_t wholeBits(VarType type, std::uint64_t bits) noexcept;
+
+// The comparable bits of a single number or date; 0 for a vector and for a raw type that does not suit the kind.
+[[nodiscard]] std::uint64_t scalarBits(PropKind kind, const RawValue& raw) noexcept;
+
 // Degrees, minutes, seconds (and on, each a sixtieth of the one before) as decimal degrees; a scalar as it is;
 // nothing for any other type.
 [[nodiscard]] std::optional<double> sexagesimal(const RawValue& raw);
