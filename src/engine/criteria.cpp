@@ -103,21 +103,6 @@ PropRef choosePrimary(const ScanCriteria& criteria, const PropertyCatalogue& cat
     return byCategory ? byCategory : first;
 }
 
-FileMasks masksOf(const CScanNode& definition, const EngineOptions& options)
-{
-    // A single character is what an emptied mask field is left with ("*", a comma), not a choice of files.
-    if (definition.masks.size() > 1)
-        return FileMasks(definition.masks);
-    const auto index = static_cast<std::size_t>(definition.category());
-    const auto custom = static_cast<std::size_t>(Category::custom);
-    if (index > custom)
-        return {};
-    const std::string masks = index < options.categories.size() ? options.categories[index].masks : std::string{};
-    if (index == custom)
-        return masks.size() > 1 ? FileMasks(masks) : FileMasks{};
-    return FileMasks(masks.empty() ? defaultCategories()[index].masks : masks);
-}
-
 bool opensFiles(const ScanCriteria& criteria)
 {
     const auto opens = [](const PropRef& property) { return !property.has(property_flag::fromFileRecord); };
@@ -160,6 +145,21 @@ Status fillLimits(ScanCriteria& criteria)
 
 }  // namespace
 
+std::string masksInForce(const CScanNode& definition, const EngineOptions& options)
+{
+    // A single character is what an emptied mask field is left with ("*", a comma), not a choice of files.
+    if (definition.masks.size() > 1)
+        return definition.masks;
+    const auto index = static_cast<std::size_t>(definition.category());
+    const auto custom = static_cast<std::size_t>(Category::custom);
+    if (index > custom)
+        return {};
+    const std::string masks = index < options.categories.size() ? options.categories[index].masks : std::string{};
+    if (index == custom)
+        return masks.size() > 1 ? masks : std::string{};
+    return masks.empty() ? defaultCategories()[index].masks : masks;
+}
+
 Result<ScanCriteria> makeCriteria(const CScanNode& definition, const EngineOptions& options,
                                   const PropertyCatalogue& catalogue)
 {
@@ -170,7 +170,7 @@ Result<ScanCriteria> makeCriteria(const CScanNode& definition, const EngineOptio
         return filled.error();
     if (auto filled = fillLimits(criteria); !filled)
         return filled.error();
-    criteria.masks = masksOf(definition, options);
+    criteria.masks = FileMasks(masksInForce(definition, options));
     criteria.skipOffline = opensFiles(criteria);
     return criteria;
 }

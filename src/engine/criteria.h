@@ -39,6 +39,10 @@ struct ScanCriteria {
     [[nodiscard]] Category category() const { return definition.category(); }
 };
 
+// The masks that a scan goes by: the definition's own when they hold more than one character, else its category's;
+// empty when every file is looked at.
+[[nodiscard]] std::string masksInForce(const CScanNode& definition, const EngineOptions& options);
+
 // `invalid` with a message for a definition that names unknown properties (the message offers the nearest known
 // names), compares nothing at all, or has a malformed size range.
 [[nodiscard]] Result<ScanCriteria> makeCriteria(const CScanNode& definition, const EngineOptions& options,

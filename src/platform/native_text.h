@@ -41,4 +41,14 @@ template <class Char = NativeString::value_type>
     }
 }
 
+// The form in which path rules and reports hold a name: the same bytes on Linux, UTF-8 on Windows.
+[[nodiscard]] inline std::string bytesFromNative(std::string_view name)
+{
+    return std::string(name);
+}
+[[nodiscard]] inline std::string bytesFromNative(std::wstring_view name)
+{
+    return toUtf8(std::u16string(name.begin(), name.end()));
+}
+
 }  // namespace kelvane

@@ -1,0 +1,80 @@
+#include "engine/scan_summary.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "base/utf.h"
+#include "engine/message_text.h"
+#include "platform/file_namespace.h"
+#include "support/fakes.h"
+#include "support/memory_file_system.h"
+
+namespace kelvane {
+namespace {
+
+class ScanSummary : public ::testing::Test {
+protected:
+    std::map<std::string, std::string> summary()
+    {
+        std::map<std::string, std::string> texts;
+        for (const auto& [tag, text] : scanSummary(node, options, *rules, *shell))
+            texts[tag] = toUtf8(text);
+        return texts;
+    }
+
+    CScanNode node;
+    EngineOptions options;
+    testing::MemoryFileSystem files;
+    testing::SimpleFolding folding;
+    std::unique_ptr<PathRules> rules = makePosixPathRules();
+    std::unique_ptr<ShellNamespace> shell = makeFileNamespace(files, nullptr, folding);
+};
+
+TEST_F(ScanSummary, DescribesTheOptionsInWords)
+{
+    node.similarity = 70;
+    node.properties = "System.Size,System.Music.Artist,Stock.Kind";
+    auto texts = summary();
+    EXPECT_EQ(texts["<%MODE%>"], "Music");
+    EXPECT_TRUE(texts["<%WILD%>"].starts_with("mp2,wav,")) << texts["<%WILD%>"];
+    EXPECT_EQ(texts["<%FUZZY%>"], "100 %");
+    EXPECT_EQ(texts["<%OPTSYS%>"] + texts["<%OPTYPE%>"] + texts["<%OPTSML%>"], "TrueTrueTrue");
+    EXPECT_EQ(texts["<%GREP%>"], "False");
+    EXPECT_EQ(texts["<%PROPS%>"], "Size,Music.Artist,Stock.Kind");
+    node.flags = scan_flag::fuzzy | scan_flag::contents | static_cast<std::uint32_t>(Category::folders);
+    texts = summary();
+    EXPECT_EQ(texts["<%MODE%>"], "(Folders)");
+    EXPECT_EQ(texts["<%FUZZY%>"], "70 %");
+    EXPECT_EQ(texts["<%OPTSYS%>"] + texts["<%OPTYPE%>"] + texts["<%OPTSML%>"], "FalseFalseFalse");
+    EXPECT_EQ(texts["<%GREP%>"], "True");
+    node.masks = "iso,img";
+    EXPECT_EQ(summary()["<%WILD%>"], "iso,img");
+    node.flags = 15;  // no such category
+    EXPECT_EQ(summary()["<%MODE%>"], "");
+}
+
+TEST_F(ScanSummary, ListsTheRootsOneALine)
+{
+    const std::string path = "/home/somebody/pictures/2024/summer";
+    node.roots = rules->joinRoots({"/", path});
+    node.extraRootsLine = "Pictures library";
+    EXPECT_EQ(summary()["<%PATHS%>"], "Pictures library<br>[+] /<br>[+] " + path.substr(0, 30));
+    node.set(scan_flag::subfolders, false);
+    node.extraRootsLine.clear();
+    EXPECT_EQ(summary()["<%PATHS%>"], "/<br>" + path.substr(0, 30));
+    node.roots.clear();
+    EXPECT_EQ(summary()["<%PATHS%>"], "");
+}
+
+TEST(MessageText, IsCutBetweenCharacters)
+{
+    EXPECT_EQ(cutTo(u"abc", 3), u"abc");
+    EXPECT_EQ(cutTo(u"abc", 2), u"ab");
+    EXPECT_EQ(cutTo(u"a\U0001F600b", 2), u"a");
+    EXPECT_EQ(cutTo(u"a\U0001F600b", 3), u"a\U0001F600");
+    EXPECT_EQ(withText(u"searching in %s ...", u"/x%s"), u"searching in /x%s ...");
+}
+
+}  // namespace
+}  // namespace kelvane
