@@ -98,7 +98,7 @@ Result<Ref<ShellItem>> FileNamespace::parse(NativeView parsingName)
         return Error{ErrorKind::wrongType, 0, "neither a file nor a folder"};
     if (isSeparator(parsingName.back()) && details->kind == FileKind::regular)
         return archiveRoot(path);
-    FileInfo info = *details;
+    FileInfo info = static_cast<const FileInfo&>(*details);
     info.attributes &= ~attribute::reparsePoint;
     return ShellItem::make(nullptr, path.native(), info, Place::fileSystem);
 }
