@@ -1,0 +1,74 @@
+#include "cli/arguments.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+
+#include "cli/choices.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::size_t optionColumn = 30;
+
+// "Usage: kelvane-cli scan [OPTIONS] ROOT...": positionals are checked after the options, so that a mistyped option is
+// named before a missing file is; CLI11 therefore takes them for optional and would show them so.
+class UsageFormatter final : public CLI::Formatter {
+public:
+    explicit UsageFormatter(std::string_view positionals) : positionals_(positionals) { column_width(optionColumn); }
+    std::string make_usage(const CLI::App* app, std::string /*name*/) const override
+    {
+        return "Usage: kelvane-cli " + app->get_name() + " [OPTIONS] " + positionals_ + '\n';
+    }
+
+private:
+    std::string positionals_;
+};
+
+std::vector<std::string> optionNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const auto& name : option->get_lnames())
+            names.push_back("--" + name);
+    }
+    return names;
+}
+
+std::optional<std::string> leftoverMessage(const CLI::App& app)
+{
+    const std::vector<std::string> rest = app.remaining();
+    if (rest.empty())
+        return std::nullopt;
+    const std::string& word = rest.front();
+    if (word.starts_with("-"))
+        return unknownWord("option", word.substr(0, word.find('=')), optionNames(app));
+    return "one argument too many: \"" + word + '"';
+}
+
+std::vector<std::string> reversed(const Arguments& arguments)
+{
+    return {arguments.rbegin(), arguments.rend()};
+}
+
+}  // namespace
+
+std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positionals, const Arguments& arguments,
+                                       const Console& console)
+{
+    app.formatter(std::make_shared<UsageFormatter>(positionals));
+    app.allow_extras();
+    app.allow_windows_style_options(false);
+    try {
+        app.parse(reversed(arguments));
+    } catch (const CLI::CallForHelp&) {
+        console.out << app.help();
+        return ExitCode::done;
+    } catch (const CLI::ParseError& error) {
+        return refuse(console, error.what());
+    }
+    if (const auto message = leftoverMessage(app))
+        return refuse(console, *message);
+    return std::nullopt;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,19 @@
+// The parsing of a verb's arguments: help, unknown words, leftovers.
+#pragma once
+
+#include <optional>
+
+#include "cli/console.h"
+
+namespace CLI {
+class App;
+}
+
+namespace kelvane {
+
+// Parses into the variables that the app's options are bound to. An exit code means that the verb is over: help was
+// printed, or the usage error that was found. `positionals` is how the usage line names what is no option.
+[[nodiscard]] std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positionals,
+                                                     const Arguments& arguments, const Console& console);
+
+}  // namespace kelvane

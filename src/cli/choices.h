@@ -1,0 +1,36 @@
+// Words that a person may choose from, and what is said about any other word.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/result.h"
+
+namespace kelvane {
+
+// unknown format "jsn" (did you mean json?); known: text, json
+[[nodiscard]] std::string unknownWord(std::string_view what, std::string_view typed,
+                                      const std::vector<std::string>& known);
+
+template <class T>
+struct Choice {
+    std::string_view word;
+    T value;
+};
+
+// The value of a word; `invalid` with the message above for a word that is not among the choices.
+template <class T>
+[[nodiscard]] Result<T> choose(std::string_view what, std::string_view typed, std::span<const Choice<T>> choices)
+{
+    std::vector<std::string> known;
+    for (const auto& choice : choices) {
+        if (choice.word == typed)
+            return choice.value;
+        known.emplace_back(choice.word);
+    }
+    return Error{ErrorKind::invalid, 0, unknownWord(what, typed, known)};
+}
+
+}  // namespace kelvane

@@ -1,0 +1,122 @@
+#include <CLI/CLI.hpp>
+
+#include "base/random.h"
+#include "cli/arguments.h"
+#include "cli/comparison.h"
+#include "cli/problems.h"
+#include "cli/property_access.h"
+#include "cli/verbs.h"
+#include "engine/same_file.h"
+#include "platform/native_text.h"
+
+namespace kelvane {
+namespace {
+
+constexpr const char* footer =
+    "Compares as a scan with the same options would, and prints every stage up to the one at\n"
+    "which the two files part. Options about folders have no effect here.\n"
+    "\nExamples:\n"
+    "  kelvane-cli compare old.txt new.txt\n"
+    "  kelvane-cli compare --match System.FileName,System.DateModified a/x.jpg b/x.jpg\n"
+    "  kelvane-cli compare --json a.bin b.bin\n"
+    "\nThe exit code is 0 when the files match and 1 when they do not.\n";
+
+struct Pair {
+    Ref<ShellItem> a, b;
+};
+
+// A file that can be read as far as the criteria ask; the error is one to show.
+Result<Ref<ShellItem>> openItem(const std::string& path, const ScanCriteria& criteria, Platform& platform)
+{
+    auto item = platform.shell().parse(nativeFromBytes(path));
+    if (!item)
+        return item;
+    if ((*item)->isFolder())
+        return Error{ErrorKind::wrongType, 0, "is a folder; compare takes two files"};
+    if ((*item)->info().kind != FileKind::regular)
+        return Error{ErrorKind::wrongType, 0, "is not a regular file"};
+    if (criteria.has(scan_flag::contents)) {
+        if (const auto opened = platform.shell().open(**item, ReadPattern::sequential); !opened)
+            return opened.error();
+    }
+    return item;
+}
+
+// What a scan would have decided before comparing anything.
+void noteIfLeftOut(const std::string& path, const ShellItem& item, const ScanCriteria& criteria, const Console& console)
+{
+    if (!criteria.masks.admits(bytesFromNative(item.name())))
+        complain(console, path + ": note: a scan with these masks leaves this file out");
+    const std::uint64_t bytes = item.info().size.bytes;
+    const bool tiny = criteria.has(scan_flag::ignoreSmall) && bytes <= criteria.options.tinyFile.bytes;
+    if (!criteria.sizes.holds(bytes) || tiny)
+        complain(console, path + ": note: a scan leaves files of this size out");
+}
+
+Comparison comparePair(const Arguments& files, const Pair& items, const ScanCriteria& criteria,
+                       const PropertySource& source, Platform& platform, const Console& console)
+{
+    Comparison comparison{files[0], files[1], {}, {}, sameFile(*items.a, *items.b, platform.paths())};
+    Candidate a(items.a);
+    Candidate b(items.b);
+    ContentComparer contents(platform.shell(), criteria.options, console.cancel);
+    Matcher matcher(criteria, source, platform.shell(), contents, nullptr);
+    matcher.reportTo(&comparison.stages);
+    comparison.result = matcher.compare(a, b, std::nullopt);
+    return comparison;
+}
+
+ExitCode print(OutputFormat format, const Comparison& comparison, const Console& console)
+{
+    if (comparison.result.cancelled()) {
+        complain(console, "cancelled");
+        return ExitCode::cancelled;
+    }
+    writeComparison(format, comparison, console.out);
+    return comparison.result.match() ? ExitCode::done : ExitCode::incomplete;
+}
+
+ExitCode compare(const ScanRequest& request, const Arguments& files, Platform& platform, const Console& console)
+{
+    const PropertyAccess properties(platform, request.options);
+    const auto criteria = makeCriteria(request.definition, request.options, properties.catalogue);
+    if (!criteria)
+        return refuse(console, criteria.error().detail);
+    if (const auto able = checkDescriptors(*criteria, nullptr); !able)
+        return refuse(console, able.error().detail);
+    seedRandom(request.seed.value_or(platform.clock().ticks()));
+    std::vector<Ref<ShellItem>> items;
+    for (const std::string& file : files) {
+        auto item = openItem(file, *criteria, platform);
+        if (!item)
+            return refuse(console, file + ": " + errorText(item.error()));
+        noteIfLeftOut(file, **item, *criteria, console);
+        items.push_back(*item);
+    }
+    const auto compared = comparePair(files, {items[0], items[1]}, *criteria, properties.source, platform, console);
+    return print(request.format, compared, console);
+}
+
+}  // namespace
+
+ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Console& console)
+{
+    CLI::App app("Says stage by stage why two files match or not, with the values compared.", "compare");
+    app.footer(std::string(footer) + exitCodeHelp);
+    std::vector<std::string> files;
+    app.add_option("FILE", files, "The two files");
+    RawOptions raw;
+    addOptions(app, raw);
+    if (const auto over = parseArguments(app, "A B", arguments, console))
+        return *over;
+    if (files.size() != 2)
+        return refuse(console, "compare needs two files; 'kelvane-cli compare --help' says more");
+    const auto request = makeRequest(raw, {}, platform.paths());
+    if (!request)
+        return refuse(console, request.error().detail);
+    if (request->format == OutputFormat::null)
+        return refuse(console, "compare prints text, json or csv");
+    return compare(*request, files, platform, console);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,161 @@
+#include "cli/comparison.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ostream>
+
+#include "base/utf.h"
+#include "cli/csv.h"
+#include "cli/printable.h"
+#include "cli/value_json.h"
+
+namespace kelvane {
+namespace {
+
+using Row = std::vector<std::string>;
+
+std::string percentText(const std::optional<double>& percent)
+{
+    if (!percent)
+        return {};
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.4g %%", *percent);
+    return text.data();
+}
+
+std::string verdictText(const StageReport& stage, bool approximate)
+{
+    const bool sampled = approximate && stage.name == "content";
+    return std::string(stage.equal ? "equal" : "different") + (sampled ? " (sampled)" : "");
+}
+
+Row stageCells(const StageReport& stage, bool approximate)
+{
+    return {std::to_string(stage.stage),
+            stage.name,
+            toUtf8(stage.textA),
+            toUtf8(stage.textB),
+            percentText(stage.difference),
+            percentText(stage.allowed),
+            stage.score ? std::to_string(*stage.score) : "",
+            verdictText(stage, approximate)};
+}
+
+// Characters as a terminal counts them, nearly: bytes of UTF-8 that begin one.
+std::size_t shownLength(const std::string& text)
+{
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+// Columns that are empty in every row but the first, the titles, are left out.
+void writeTable(const std::vector<Row>& rows, std::ostream& out)
+{
+    std::vector<std::size_t> widths(rows.front().size());
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        const bool used =
+            std::any_of(rows.begin() + 1, rows.end(), [&](const Row& row) { return !row[column].empty(); });
+        for (const Row& row : rows)
+            widths[column] = used ? std::max(widths[column], shownLength(row[column])) : 0;
+    }
+    for (const Row& row : rows) {
+        std::string line;
+        for (std::size_t column = 0; column < widths.size(); ++column) {
+            if (widths[column] > 0)
+                line += row[column] + std::string(widths[column] - shownLength(row[column]) + 2, ' ');
+        }
+        out << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+    }
+}
+
+std::string conclusion(const Comparison& comparison)
+{
+    if (!comparison.result.match())
+        return "The files do not match: they part at stage " + std::to_string(comparison.result.stage) + ".";
+    std::string text = "The files match";
+    if (comparison.result.approximate)
+        text += ", as far as samples of their contents tell";
+    return text + '.';
+}
+
+void writeText(const Comparison& comparison, std::ostream& out)
+{
+    out << "A: " << printable(comparison.a) << "\nB: " << printable(comparison.b) << "\n\n";
+    std::vector<Row> rows = {{"stage", "compared", "A", "B", "difference", "allowed", "score", "result"}};
+    for (const StageReport& stage : comparison.stages) {
+        rows.push_back(stageCells(stage, comparison.result.approximate));
+        for (std::string& cell : rows.back())
+            cell = printable(cell);
+    }
+    writeTable(rows, out);
+    out << '\n' << conclusion(comparison) << '\n';
+    if (comparison.sameFile)
+        out << "Both names lead to one file: a scan lists it once.\n";
+}
+
+Json optionalJson(const auto& value)
+{
+    return value ? Json(*value) : Json(nullptr);
+}
+
+// The value by its kind; a stage that is about no property may still have texts.
+Json sideJson(const PropValue& value, const std::u16string& text)
+{
+    if (value.missing() && !text.empty())
+        return toUtf8(text);
+    return valueJson(value, {});
+}
+
+Json stageJson(const StageReport& stage)
+{
+    return {{"stage", stage.stage},
+            {"name", stage.name},
+            {"a", sideJson(stage.a, stage.textA)},
+            {"b", sideJson(stage.b, stage.textB)},
+            {"difference", optionalJson(stage.difference)},
+            {"allowed", optionalJson(stage.allowed)},
+            {"equal", stage.equal}};
+}
+
+void writeJson(const Comparison& comparison, std::ostream& out)
+{
+    Json stages = Json::array();
+    Json score;
+    for (const StageReport& stage : comparison.stages) {
+        stages.push_back(stageJson(stage));
+        if (stage.score)
+            score = *stage.score;
+    }
+    out << dump({{"result", comparison.result.stage},
+                 {"match", comparison.result.match()},
+                 {"approximate", comparison.result.approximate},
+                 {"sameFile", comparison.sameFile},
+                 {"stages", std::move(stages)},
+                 {"score", std::move(score)}})
+        << '\n';
+}
+
+void writeCsv(const Comparison& comparison, std::ostream& out)
+{
+    writeCsvRow({"stage", "name", "a", "b", "difference", "allowed", "score", "equal"}, out);
+    for (const StageReport& stage : comparison.stages) {
+        Row cells = stageCells(stage, false);
+        cells.back() = stage.equal ? "true" : "false";
+        writeCsvRow(cells, out);
+    }
+}
+
+}  // namespace
+
+void writeComparison(OutputFormat format, const Comparison& comparison, std::ostream& out)
+{
+    if (format == OutputFormat::json)
+        writeJson(comparison, out);
+    else if (format == OutputFormat::csv)
+        writeCsv(comparison, out);
+    else
+        writeText(comparison, out);
+}
+
+}  // namespace kelvane

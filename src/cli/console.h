@@ -1,0 +1,36 @@
+// What a verb talks to: the streams, the person's cancel flag, the terminal.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "base/cancel.h"
+#include "cli/exit_code.h"
+#include "platform/platform.h"
+
+namespace kelvane {
+
+struct Console {
+    std::ostream& out;  // results, and nothing else
+    std::ostream& err;  // progress and messages
+    const CancelFlag& cancel;
+    std::optional<unsigned> errorColumns;            // the width of the terminal behind `err`; nothing for a file
+    std::function<std::error_code()> outputFailure;  // why `out` failed, where the stream knows; may be empty
+};
+
+using Arguments = std::vector<std::string>;  // paths in the form of PathRules
+
+// Runs the program: the first argument names the verb. Decides the exit code alone; a failure of `out` included.
+[[nodiscard]] ExitCode runConsole(const Arguments& arguments, Platform& platform, const Console& console);
+
+// "kelvane-cli: <message>" on a line of its own.
+void complain(const Console& console, std::string_view message);
+
+// The same for an end by bad usage or input: gives ExitCode::usage.
+[[nodiscard]] ExitCode refuse(const Console& console, std::string_view message);
+
+}  // namespace kelvane

@@ -1,0 +1,153 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <ostream>
+
+#include "base/size_text.h"
+#include "base/utf.h"
+#include "cli/arguments.h"
+#include "cli/options.h"
+#include "cli/printable.h"
+#include "cli/problems.h"
+#include "cli/property_access.h"
+#include "cli/value_json.h"
+#include "cli/verbs.h"
+#include "platform/native_text.h"
+#include "props/value_convert.h"
+
+namespace kelvane {
+namespace {
+
+constexpr const char* footer = "\nExamples:\n"
+                               "  kelvane-cli describe photo.jpg\n"
+                               "  kelvane-cli describe --json photo.jpg\n"
+                               "  kelvane-cli describe --list\n";
+
+struct RawDescribe {
+    std::vector<std::string> files;
+    std::string descriptor, format;
+    bool json = false, list = false;
+};
+
+struct Described {
+    PropRef property;
+    PropValue value;
+    const PROPCACHE* node = nullptr;
+};
+
+// Only a scan gives a file a group; descriptors and previews are objects, which have no text.
+bool canBeShown(const PropRef& property)
+{
+    return property.info->type != VarType::object && property.identifier != property_id::groupId;
+}
+
+// Every property that has a value, the system's first, then the program's own.
+std::vector<Described> describe(ItemContext& file, const PropertySource& source, const CancelFlag& cancel)
+{
+    std::vector<Described> all;
+    for (const std::string& name : source.catalogue().names()) {
+        if (cancel.cancelled())
+            break;
+        const PropRef property = source.catalogue().byName(name);
+        if (!property || !canBeShown(property))
+            continue;
+        const PROPCACHE& node = source.cached(file, property);
+        if (const PropValue value = source.value(file, property); !value.missing())
+            all.push_back({property, value, &node});
+    }
+    return all;
+}
+
+std::string valueText(const Described& described)
+{
+    std::string text = printable(toUtf8(formatRaw(described.node->raw)));
+    if (described.property.identifier == property_id::size)
+        text += " (" + sizeText({described.value.bits}) + ')';
+    return text;
+}
+
+void writeText(const std::string& path, const std::vector<Described>& all, std::ostream& out)
+{
+    std::size_t width = 0;
+    for (const Described& described : all)
+        width = std::max(width, described.property.info->name.size());
+    out << printable(path) << '\n';
+    for (const Described& described : all) {
+        const std::string_view name = described.property.info->name;
+        out << "  " << name << std::string(width - name.size() + 2, ' ') << valueText(described) << '\n';
+    }
+}
+
+void writeJson(const std::string& path, const std::vector<Described>& all, std::ostream& out)
+{
+    Json properties = Json::object();
+    for (const Described& described : all)
+        properties[std::string(described.property.info->name)] = valueJson(described.value, described.node->raw);
+    Json document;
+    addPath(document, path);
+    document["properties"] = std::move(properties);
+    out << dump(document) << '\n';
+}
+
+void writeNames(OutputFormat format, const PropertyCatalogue& catalogue, std::ostream& out)
+{
+    const std::vector<std::string> names = catalogue.names();
+    if (format == OutputFormat::json) {
+        out << dump({{"properties", names}}) << '\n';
+        return;
+    }
+    for (const std::string& name : names)
+        out << name << '\n';
+}
+
+ExitCode describeFile(const std::string& path, OutputFormat format, const PropertySource& source, Platform& platform,
+                      const Console& console)
+{
+    const auto item = platform.shell().parse(nativeFromBytes(path));
+    if (!item)
+        return refuse(console, path + ": " + errorText(item.error()));
+    ItemContext file(*item);
+    const std::vector<Described> all = describe(file, source, console.cancel);
+    if (console.cancel.cancelled())
+        return ExitCode::cancelled;
+    format == OutputFormat::json ? writeJson(path, all, console.out) : writeText(path, all, console.out);
+    return ExitCode::done;
+}
+
+void addDescribeOptions(CLI::App& app, RawDescribe& raw)
+{
+    app.add_option("FILE", raw.files, "The file");
+    app.add_option("--as", raw.descriptor, "text, audio or image: only that descriptor (not built yet: refused)")
+        ->type_name("WORD");
+    app.add_option("--format", raw.format, "text (the default) or json")->type_name("WORD")->take_last();
+    app.add_flag("--json", raw.json, "The same as --format json");
+    app.add_flag("--list", raw.list, "Print the names of all properties, those that --match of a scan accepts");
+}
+
+}  // namespace
+
+ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Console& console)
+{
+    CLI::App app("Prints every property of a file that has a value.", "describe");
+    app.footer(std::string(footer) + exitCodeHelp);
+    RawDescribe raw;
+    addDescribeOptions(app, raw);
+    if (const auto over = parseArguments(app, "FILE", arguments, console))
+        return *over;
+    if (!raw.descriptor.empty())
+        return refuse(console, "describe --as " + raw.descriptor + " is not built yet");
+    const auto format = chooseFormat(raw.format, raw.json);
+    if (!format)
+        return refuse(console, format.error().detail);
+    if (*format != OutputFormat::text && *format != OutputFormat::json)
+        return refuse(console, "describe prints text or json");
+    const PropertyAccess properties(platform, {});
+    if (raw.list) {
+        writeNames(*format, properties.catalogue, console.out);
+        return ExitCode::done;
+    }
+    if (raw.files.size() != 1)
+        return refuse(console, "describe needs one file; 'kelvane-cli describe --help' says more");
+    return describeFile(raw.files.front(), *format, properties.source, platform, console);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,195 @@
+#include "cli/options.h"
+
+#include <array>
+#include <charconv>
+
+#include "base/words.h"
+#include "cli/choices.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::array categories = {
+    Choice<Category>{"audio", Category::audio},         Choice<Category>{"video", Category::video},
+    Choice<Category>{"documents", Category::documents}, Choice<Category>{"images", Category::images},
+    Choice<Category>{"ebooks", Category::ebooks},       Choice<Category>{"all", Category::custom},
+};
+constexpr std::array formats = {
+    Choice<OutputFormat>{"text", OutputFormat::text},
+    Choice<OutputFormat>{"json", OutputFormat::json},
+    Choice<OutputFormat>{"csv", OutputFormat::csv},
+    Choice<OutputFormat>{"null", OutputFormat::null},
+};
+constexpr std::array progressModes = {
+    Choice<ProgressMode>{"auto", ProgressMode::automatic},
+    Choice<ProgressMode>{"always", ProgressMode::always},
+    Choice<ProgressMode>{"never", ProgressMode::never},
+};
+constexpr std::uint64_t mostThreads = 256;
+
+Error invalid(std::string message)
+{
+    return {ErrorKind::invalid, 0, std::move(message)};
+}
+
+std::optional<std::uint64_t> parseNumber(std::string_view text)
+{
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+// An option that was not given keeps its default.
+template <class T>
+Status readNumber(const char* option, std::string_view typed, std::uint64_t least, std::uint64_t most, T& value)
+{
+    if (typed.empty())
+        return {};
+    const auto number = parseNumber(typed);
+    if (!number || *number < least || *number > most)
+        return invalid(std::string(option) + " takes a number from " + std::to_string(least) + " to " +
+                       std::to_string(most) + ", not \"" + std::string(typed) + '"');
+    value = static_cast<T>(*number);
+    return {};
+}
+
+// A single character means "every file" to a scan definition; "c" as it is meant here is written "*.c" there.
+std::string definitionMasks(const std::string& typed)
+{
+    return typed.size() == 1 && typed != "*" ? "*." + typed : typed;
+}
+
+Status readFiles(const RawOptions& raw, CScanNode& definition)
+{
+    const auto category = choose<Category>("category", raw.category, categories);
+    if (!category)
+        return category.error();
+    if (!raw.masks.empty() && splitWords(raw.masks, ',').empty())
+        return invalid("--masks needs at least one mask");
+    definition.setCategory(*category);
+    definition.masks = definitionMasks(raw.masks);
+    definition.set(scan_flag::ignoreSmall, raw.ignoreSmall);
+    definition.set(scan_flag::subfolders, !raw.noSubfolders);
+    definition.set(scan_flag::protect, !raw.noProtect);
+    definition.set(scan_flag::skipLinks, !raw.followLinks);
+    return {};
+}
+
+Status readMinSize(const RawOptions& raw, CScanNode& definition)
+{
+    if (raw.minSize.empty())
+        return {};
+    const auto smallest = parseSize(raw.minSize);
+    if (!smallest)
+        return invalid("--min-size takes a number of bytes such as 4096, 64K or 10M, not \"" + raw.minSize + '"');
+    definition.set(scan_flag::skipEmpty, *smallest > 0);
+    if (*smallest > 1)
+        definition.sizeRange = std::to_string(*smallest) + '-';
+    return {};
+}
+
+Status readMatch(const RawOptions& raw, CScanNode& definition)
+{
+    if (raw.content && raw.noContent)
+        return invalid("--content and --no-content exclude each other");
+    const bool anyProperty = !splitWords(raw.match, ',').empty();
+    if (raw.noContent && !anyProperty)
+        return invalid("--no-content leaves nothing to compare: name properties with --match");
+    definition.properties = raw.match;
+    definition.set(scan_flag::contents, raw.content || (!raw.noContent && !anyProperty));
+    definition.set(scan_flag::sameType, raw.sameType);
+    definition.set(scan_flag::fuzzy, !raw.similar.empty());
+    return readNumber("--similar", raw.similar, 1, 100, definition.similarity);
+}
+
+void readEngineFlags(const RawOptions& raw, EngineOptions& options)
+{
+    if (raw.followLinks)
+        options.flags |= option_flag::followJunctions;
+    if (raw.archives)
+        options.flags |= option_flag::enterVirtualFolders;
+    if (raw.lowPriority)
+        options.flags |= option_flag::lowPriority;
+}
+
+Status readRunning(const RawOptions& raw, ScanRequest& request)
+{
+    if (!raw.settings.empty())
+        return invalid("--settings is not built yet");
+    if (auto read = readNumber("--threads", raw.threads, 1, mostThreads, request.options.threads); !read)
+        return read;
+    std::uint64_t seed = 0;
+    if (auto read = readNumber("--seed", raw.seed, 0, UINT64_MAX, seed); !read)
+        return read;
+    if (!raw.seed.empty())
+        request.seed = seed;
+    readEngineFlags(raw, request.options);
+    return {};
+}
+
+Status readOutput(const RawOptions& raw, ScanRequest& request)
+{
+    const auto progress = choose<ProgressMode>("progress mode", raw.progress, progressModes);
+    if (!progress)
+        return progress.error();
+    const auto format = chooseFormat(raw.format, raw.json);
+    if (!format)
+        return format.error();
+    request.progress = *progress;
+    request.format = *format;
+    request.verbose = raw.verbose;
+    return {};
+}
+
+}  // namespace
+
+Result<OutputFormat> chooseFormat(std::string_view format, bool json)
+{
+    if (format.empty())
+        return json ? OutputFormat::json : OutputFormat::text;
+    const auto chosen = choose<OutputFormat>("format", format, formats);
+    if (chosen && json && *chosen != OutputFormat::json)
+        return invalid("--json and --format " + std::string(format) + " exclude each other");
+    return chosen;
+}
+
+Result<ScanRequest> makeRequest(const RawOptions& raw, const std::vector<std::string>& roots, const PathRules& paths)
+{
+    ScanRequest request;
+    request.definition.roots = paths.joinRoots(roots);
+    for (const auto& read : {readFiles(raw, request.definition), readMinSize(raw, request.definition),
+                             readMatch(raw, request.definition), readRunning(raw, request), readOutput(raw, request)}) {
+        if (!read)
+            return read.error();
+    }
+    return request;
+}
+
+std::string_view categoryWord(Category category)
+{
+    for (const auto& choice : categories) {
+        if (choice.value == category)
+            return choice.word;
+    }
+    return {};
+}
+
+std::optional<std::uint64_t> parseSize(std::string_view text)
+{
+    const auto digits = text.find_first_not_of("0123456789");
+    const auto number = parseNumber(text.substr(0, digits));
+    if (!number || digits == std::string_view::npos)
+        return number;
+    const std::string unit = asciiLower(text.substr(digits));
+    const auto power = std::string_view("kmgt").find(unit.front());
+    if (power == std::string_view::npos || (unit.substr(1) != "" && unit.substr(1) != "b" && unit.substr(1) != "ib"))
+        return std::nullopt;
+    const auto shift = static_cast<unsigned>(power + 1) * 10;
+    if (*number > UINT64_MAX >> shift)
+        return std::nullopt;
+    return *number << shift;
+}
+
+}  // namespace kelvane

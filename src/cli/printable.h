@@ -1,0 +1,13 @@
+// Text from outside on its way to a terminal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+// The bytes as one line of UTF-8 that cannot disturb a terminal: what is no UTF-8 becomes U+FFFD, control characters
+// become "\n", "\t" or "\x1b". For people; programs read JSON, CSV or NUL-terminated names.
+[[nodiscard]] std::string printable(std::string_view bytes);
+
+}  // namespace kelvane

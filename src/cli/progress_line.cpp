@@ -1,0 +1,110 @@
+#include "cli/progress_line.h"
+
+#include <array>
+#include <cstdio>
+#include <optional>
+#include <ostream>
+
+#include "base/size_text.h"
+#include "base/text_table.h"
+#include "base/utf.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::uint64_t soonestEstimateMs = 2'000;  // a rate over less time says little about the rest
+
+std::string phaseText(ScanPhase phase)
+{
+    switch (phase) {
+    case ScanPhase::gathering:
+        return toUtf8(text(TextId::phaseGathering));
+    case ScanPhase::sorting:
+        return toUtf8(text(TextId::phaseSorting));
+    case ScanPhase::comparing:
+        return toUtf8(text(TextId::phaseComparing));
+    }
+    return {};
+}
+
+std::string itemsText(const ScanProgress& progress)
+{
+    if (progress.totalItems == 0)
+        return std::to_string(progress.items) + (progress.items == 1 ? " file" : " files");
+    return std::to_string(progress.items) + " of " + std::to_string(progress.totalItems) + " files";
+}
+
+// How many milliseconds the rest takes at the pace so far: by bytes where bytes are what the phase works on.
+std::optional<std::uint64_t> timeLeft(const ScanProgress& progress, std::uint64_t elapsed)
+{
+    const bool byBytes = progress.totalBytes > 0;
+    const std::uint64_t done = byBytes ? progress.bytes : progress.items;
+    const std::uint64_t total = byBytes ? progress.totalBytes : progress.totalItems;
+    if (elapsed < soonestEstimateMs || done == 0 || done > total)
+        return std::nullopt;
+    const double pace = static_cast<double>(elapsed) / static_cast<double>(done);
+    return static_cast<std::uint64_t>(pace * static_cast<double>(total - done));
+}
+
+std::string minutesText(std::uint64_t milliseconds)
+{
+    const std::uint64_t seconds = (milliseconds + 999) / 1000;
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%llu:%02u", static_cast<unsigned long long>(seconds / 60),
+                  static_cast<unsigned>(seconds % 60));
+    return text.data();
+}
+
+}  // namespace
+
+ProgressLine::ProgressLine(std::ostream& err, const Clock& clock, unsigned columns)
+    : err_(err), clock_(clock), width_(columns > 1 ? columns - 1 : 1), phaseBegan_(clock.ticks())
+{
+}
+
+void ProgressLine::show(const ScanProgress& progress)
+{
+    if (progress.phase != phase_) {
+        phase_ = progress.phase;
+        phaseBegan_ = clock_.ticks();
+    }
+    draw(compose(progress));
+}
+
+// Whole parts are left out from the right until the line fits.
+std::string ProgressLine::compose(const ScanProgress& progress) const
+{
+    const std::uint64_t elapsed = clock_.ticks() - phaseBegan_;
+    std::array<std::string, 4> parts = {itemsText(progress)};
+    if (progress.bytes > 0)
+        parts[1] = sizeText({progress.bytes}) + " read";
+    if (progress.bytes > 0 && elapsed >= 1000)
+        parts[2] = sizeText({progress.bytes * 1000 / elapsed}) + "/s";
+    if (const auto left = timeLeft(progress, elapsed))
+        parts[3] = "at most " + minutesText(*left) + " left";
+    std::string line = phaseText(progress.phase);
+    for (const auto& part : parts) {
+        if (!part.empty() && line.size() + 2 + part.size() <= width_)
+            line += ", " + part;
+    }
+    return line;
+}
+
+void ProgressLine::draw(std::string line)
+{
+    line.resize(std::min(line.size(), width_));
+    const std::size_t shown = line.size();
+    if (shown < drawn_)
+        line.append(drawn_ - shown, ' ');
+    drawn_ = shown;
+    err_ << '\r' + line + '\r' << std::flush;
+}
+
+void ProgressLine::erase()
+{
+    if (drawn_ == 0)
+        return;
+    draw({});
+}
+
+}  // namespace kelvane

@@ -1,0 +1,112 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <ostream>
+
+#include "base/random.h"
+#include "cli/arguments.h"
+#include "cli/problems.h"
+#include "cli/property_access.h"
+#include "cli/report.h"
+#include "cli/scan_watch.h"
+#include "cli/verbs.h"
+#include "engine/matcher.h"
+
+namespace kelvane {
+namespace {
+
+constexpr const char* footer =
+    "Without further options every group holds exact copies: files of at least one byte whose\n"
+    "contents are equal, whatever their names. Other names of a listed file (hard links) are not\n"
+    "listed. Groups go to standard output, everything else to standard error.\n"
+    "\nExamples:\n"
+    "  kelvane-cli scan ~/Pictures ~/Backup\n"
+    "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
+    "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
+    "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
+
+// Names every root that is not walked. True when one of them is a fault; a root inside another one is none.
+bool complainOfRoots(const RootList& roots, const Console& console)
+{
+    bool fault = false;
+    for (const DroppedRoot& dropped : roots.dropped) {
+        if (dropped.problem == RootProblem::insideOther)
+            continue;
+        fault = true;
+        complain(console, dropped.root + ": " + rootProblemText(dropped));
+    }
+    return fault;
+}
+
+void complainOfSkipped(std::uint64_t count, const ScanWatch& watch, const ScanRequest& request, const Console& console)
+{
+    for (const SkippedItem& item : watch.skippedItems())
+        complain(console, item.path + ": " + errorText(item.error));
+    if (count == 0)
+        return;
+    const std::string what = count == 1 ? "1 file or folder" : std::to_string(count) + " files or folders";
+    complain(console, what + " could not be read" + (request.verbose ? "" : "; --verbose lists them"));
+}
+
+ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
+{
+    const RootList& roots = outcome.report.roots;
+    const bool rootFault = complainOfRoots(roots, console);
+    if (roots.roots.empty())
+        return ExitCode::usage;
+    if (outcome.report.rows < 0) {
+        complain(console, "cancelled");
+        return ExitCode::cancelled;
+    }
+    writeReport(request.format, outcome, console.out);
+    console.out.flush();
+    const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
+    complainOfSkipped(skipped, watch, request, console);
+    if (request.format == OutputFormat::text)
+        writeSummary(outcome, console.err);
+    if (request.format != OutputFormat::json && console.cancel.cancelled())
+        return ExitCode::cancelled;
+    return rootFault || skipped > 0 ? ExitCode::incomplete : ExitCode::done;
+}
+
+ExitCode scan(const ScanRequest& request, Platform& platform, const Console& console)
+{
+    const PropertyAccess properties(platform, request.options);
+    const auto criteria = makeCriteria(request.definition, request.options, properties.catalogue);
+    if (!criteria)
+        return refuse(console, criteria.error().detail);
+    if (const auto able = checkDescriptors(*criteria, nullptr); !able)
+        return refuse(console, able.error().detail);
+    seedRandom(request.seed.value_or(platform.clock().ticks()));
+    ResultsModel results;
+    ScanWatch watch(console, platform.clock(), request);
+    const ScanPorts ports{
+        platform.shell(), platform.paths(), properties.source, platform.clock(), platform.priority(), watch,
+        console.cancel,   results};
+    const ScanReport scanned = runScan(*criteria, ports);
+    watch.finish();
+    return report(request, {*criteria, scanned, results, console.cancel}, watch, console);
+}
+
+}  // namespace
+
+ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console& console)
+{
+    CLI::App app("Finds duplicate files in folders and prints them in groups.", "scan");
+    app.footer(std::string(footer) + exitCodeHelp);
+    std::vector<std::string> roots;
+    app.add_option("ROOT", roots, "A folder to search");
+    RawOptions raw;
+    addOptions(app, raw);
+    if (const auto over = parseArguments(app, "ROOT...", arguments, console))
+        return *over;
+    if (roots.empty()) {
+        complain(console, "scan needs a folder to search; 'kelvane-cli scan --help' says more");
+        return ExitCode::usage;
+    }
+    const auto request = makeRequest(raw, roots, platform.paths());
+    if (!request)
+        return refuse(console, request.error().detail);
+    return scan(*request, platform, console);
+}
+
+}  // namespace kelvane
