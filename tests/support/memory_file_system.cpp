@@ -243,9 +243,8 @@ namespace {
 
 std::vector<std::byte> toBytes(const std::string& text)
 {
-    std::vector<std::byte> bytes(text.size());
-    std::memcpy(bytes.data(), text.data(), text.size());
-    return bytes;
+    const auto bytes = std::as_bytes(std::span(text));
+    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace

@@ -1,0 +1,40 @@
+#include "platform/platform.h"
+
+#include "platform/file_namespace.h"
+#include "platform/linux/adapters.h"
+
+namespace kelvane {
+namespace {
+
+class LinuxPlatform final : public Platform {
+public:
+    FileSystem& files() override { return *files_; }
+    ShellNamespace& shell() override { return *shell_; }
+    PathRules& paths() override { return *paths_; }
+    TextFolding& folding() override { return *folding_; }
+    Clock& clock() override { return *clock_; }
+    Priority& priority() override { return *priority_; }
+    PropertySystem& properties() override { return *properties_; }
+    PropertyReaders& readers() override { return *readers_; }
+
+private:
+    // In the order in which they need one another.
+    std::unique_ptr<FileSystem> files_ = makeLinuxFileSystem();
+    std::unique_ptr<ArchiveFolders> archives_ = makeLibarchiveFolders();
+    std::unique_ptr<TextFolding> folding_ = makeIcuFolding();
+    std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(*files_, archives_.get(), *folding_);
+    std::unique_ptr<PathRules> paths_ = makePosixPathRules();
+    std::unique_ptr<Clock> clock_ = makeSystemClock();
+    std::unique_ptr<Priority> priority_ = makeLinuxPriority();
+    std::unique_ptr<PropertySystem> properties_ = makePropertyTable();
+    std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
+};
+
+}  // namespace
+
+std::unique_ptr<Platform> makePlatform()
+{
+    return std::make_unique<LinuxPlatform>();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,170 @@
+// What only the Linux version of the file system promises.
+#include <fcntl.h>
+#include <set>
+#include <sys/fsuid.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+
+#include "platform/linux/adapters.h"
+#include "support/temp_tree.h"
+
+namespace kelvane {
+namespace {
+
+class LinuxFileSystemTest : public ::testing::Test {
+protected:
+    std::optional<ErrorKind> openFault(const std::filesystem::path& path)
+    {
+        const auto reader = files_->openForReading(path, ReadPattern::sequential);
+        return reader ? std::nullopt : std::optional(reader.error().kind);
+    }
+
+    testing::TempTree tree_;
+    std::unique_ptr<FileSystem> files_ = makeLinuxFileSystem();
+};
+
+TEST_F(LinuxFileSystemTest, DevicesAndSocketsAreNotOpened)
+{
+    const auto path = tree_.path("socket");
+    const int handle = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.native().size(), sizeof address.sun_path);
+    path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ::close(handle);
+
+    EXPECT_EQ(openFault(path), ErrorKind::wrongType);
+    EXPECT_EQ(openFault("/dev/null"), ErrorKind::wrongType);
+}
+
+// Root may read everything; a thread that gives up its file-system user id may not.
+TEST_F(LinuxFileSystemTest, UnreadableFilesAndFoldersAreDenied)
+{
+    ::chmod(tree_.write("file", "x").c_str(), 0);
+    ::chmod(tree_.folder("folder").c_str(), 0);
+    ::chmod(tree_.write("listable/file", "x").parent_path().c_str(), 0744);
+    std::thread([&] {
+        ::setfsuid(65534);
+        const auto nothing = [](const DirectoryEntry&) { return true; };
+        EXPECT_EQ(openFault(tree_.path("file")), ErrorKind::accessDenied);
+        for (const char* folder : {"folder", "listable"}) {
+            const Status status = files_->enumerate(tree_.path(folder), Links::asThemselves, nothing);
+            ASSERT_FALSE(status.ok()) << folder;
+            EXPECT_EQ(status.error().kind, ErrorKind::accessDenied) << folder;
+        }
+    }).join();
+}
+
+TEST_F(LinuxFileSystemTest, AFileWithoutAnyWriteBitIsReadOnly)
+{
+    ::chmod(tree_.write("nobody", "").c_str(), 0444);
+    ::chmod(tree_.write("others", "").c_str(), 0446);
+
+    const auto isReadOnly = [&](const char* name) {
+        return (files_->details(tree_.path(name), Links::followed)->attributes & attribute::readOnly) != 0;
+    };
+    EXPECT_TRUE(isReadOnly("nobody"));
+    EXPECT_FALSE(isReadOnly("others"));
+}
+
+TEST_F(LinuxFileSystemTest, PathsMayBeLongerThanTheKernelTakes)
+{
+    // Made step by step, as no single call can.
+    const std::string part(200, 'd');
+    int at = ::open(tree_.path().c_str(), O_PATH | O_DIRECTORY);
+    std::filesystem::path path = tree_.path();
+    for (int depth = 0; depth < 50; ++depth) {
+        ASSERT_EQ(::mkdirat(at, part.c_str(), 0700), 0);
+        const int next = ::openat(at, part.c_str(), O_PATH | O_DIRECTORY);
+        ::close(at);
+        at = next;
+        path /= part;
+    }
+    const int file = ::openat(at, "file", O_CREAT | O_WRONLY, 0600);
+    ASSERT_EQ(::write(file, "deep", 4), 4);
+    ::close(file);
+    ::close(at);
+    ASSERT_GT(path.native().size(), 10'000u);
+
+    std::vector<std::string> names;
+    const Status status = files_->enumerate(path, Links::followed, [&](const DirectoryEntry& entry) {
+        names.emplace_back(entry.name);
+        return true;
+    });
+    const auto reader = files_->openForReading(path / "file", ReadPattern::sequential);
+
+    EXPECT_TRUE(status.ok());
+    EXPECT_EQ(names, std::vector<std::string>{"file"});
+    EXPECT_EQ(files_->details(path / "file", Links::followed)->size.bytes, 4u);
+    ASSERT_TRUE(reader.ok());
+    std::byte buffer[10];
+    EXPECT_EQ(*(*reader)->read(buffer), 4u);
+    EXPECT_TRUE(files_->streamNames(path / "file").ok());
+    EXPECT_EQ(files_->details(path / "none", Links::followed).error().kind, ErrorKind::notFound);
+    EXPECT_EQ(files_->details(path / std::string(5000, 'n'), Links::followed).error().kind, ErrorKind::invalid);
+}
+
+TEST_F(LinuxFileSystemTest, APathWithAZeroByteIsNotCutShort)
+{
+    tree_.write("file", "x");
+    const std::filesystem::path path(tree_.path("file").native() + std::string("\0.jpg", 5));
+
+    EXPECT_EQ(openFault(path), ErrorKind::invalid);
+}
+
+TEST_F(LinuxFileSystemTest, FoldersOfAnySizeAreListedWhole)
+{
+    std::set<std::string> made;
+    for (int i = 0; i < 3000; ++i) {
+        const std::string name = "a-rather-long-name-to-fill-the-kernel-s-buffer-" + std::to_string(i);
+        tree_.write(name, "");
+        made.insert(name);
+    }
+    std::multiset<std::string> seen;
+
+    const Status status = files_->enumerate(tree_.path(), Links::asThemselves, [&](const DirectoryEntry& entry) {
+        seen.emplace(entry.name);
+        return true;
+    });
+
+    EXPECT_TRUE(status.ok());
+    EXPECT_EQ(seen, std::multiset<std::string>(made.begin(), made.end()));
+}
+
+TEST_F(LinuxFileSystemTest, DetailsTellTimesPlaceOnDiskAndOwner)
+{
+    const auto path = tree_.write("file", std::string(10'000, 'x'));
+
+    const auto details = files_->details(path, Links::followed);
+
+    ASSERT_TRUE(details.ok());
+    EXPECT_GE(details->changed, details->modified);
+    EXPECT_TRUE(details->created.ticks == 0 || details->created <= details->changed);
+    EXPECT_EQ(details->ownerId, ::geteuid());
+    EXPECT_EQ(*files_->ownerName(0), u"root");
+    EXPECT_EQ(files_->ownerName(4'000'000'123).error().kind, ErrorKind::notFound);
+}
+
+TEST_F(LinuxFileSystemTest, KernelFileSystemsArePseudo)
+{
+    const auto facts = files_->volumeFacts("/proc/self/status");
+    ASSERT_TRUE(facts.ok());
+    EXPECT_TRUE(facts->pseudo);
+    EXPECT_FALSE(facts->fixed);
+    EXPECT_EQ(facts->fileSystem, "proc");
+}
+
+TEST_F(LinuxFileSystemTest, AFileThatClaimsToBeEmptyIsReadAllTheSame)
+{
+    const auto reader = files_->openForReading("/proc/self/status", ReadPattern::sequential);
+    ASSERT_TRUE(reader.ok());
+    std::byte buffer[64];
+    EXPECT_EQ(*(*reader)->read(buffer), sizeof buffer);
+}
+
+}  // namespace
+}  // namespace kelvane

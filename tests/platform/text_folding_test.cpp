@@ -1,0 +1,37 @@
+#include "platform/text_folding.h"
+
+#include "platform/linux/adapters.h"
+
+namespace kelvane {
+namespace {
+
+class TextFoldingTest : public ::testing::Test {
+protected:
+    std::unique_ptr<TextFolding> folding_ = makeIcuFolding();
+};
+
+TEST_F(TextFoldingTest, LowersEveryScriptCharacterByCharacter)
+{
+    EXPECT_EQ(folding_->lower(u"Straße ÄÖÜ ΣΑΣ Жук 123"), u"straße äöü σασ жук 123");
+    EXPECT_EQ(folding_->lower(u"\U00010400"), u"\U00010428");  // outside the basic plane
+    EXPECT_EQ(folding_->lower(u"\u0130I"), u"ii");             // simple mapping, whatever the user's language
+    EXPECT_EQ(folding_->lower(u""), u"");
+}
+
+TEST_F(TextFoldingTest, DropsAccentsAndKeepsLetters)
+{
+    EXPECT_EQ(folding_->withoutAccents(u"Crème Brûlée, Ångström, Việt, naïve"), u"Creme Brulee, Angstrom, Viet, naive");
+    EXPECT_EQ(folding_->withoutAccents(u"e\u0301"), u"e");
+    EXPECT_EQ(folding_->withoutAccents(u"ø ß 日本"), u"ø ß 日本");
+    EXPECT_EQ(folding_->withoutAccents(u"\u0390"), u"\u03B9");  // decomposes to three characters
+}
+
+TEST_F(TextFoldingTest, MalformedTextPassesThrough)
+{
+    const std::u16string lone{u'A', char16_t(0xD800), u'B', char16_t(0xDC00)};
+    EXPECT_EQ(folding_->lower(lone), (std::u16string{u'a', char16_t(0xD800), u'b', char16_t(0xDC00)}));
+    EXPECT_EQ(folding_->withoutAccents(lone), lone);
+}
+
+}  // namespace
+}  // namespace kelvane
