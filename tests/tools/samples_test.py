@@ -1,7 +1,5 @@
 """The console program finds the groups that are hidden in the samples. KELVANE_CLI names the program."""
 
-import importlib.machinery
-import importlib.util
 import json
 import os
 import subprocess
@@ -12,6 +10,9 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True
 HOUSE = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(HOUSE / "tools"))
+
+import measure  # noqa: E402
 
 # One of several names of one file stands for all of them, whichever it is.
 EXPECTED = {
@@ -24,13 +25,6 @@ EXPECTED = {
 }
 
 
-def load_script(path):
-    loader = importlib.machinery.SourceFileLoader(path.name, str(path))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(path.name, loader))
-    loader.exec_module(module)
-    return module
-
-
 def snapshot(folder):
     return {path: (path.stat().st_ino, path.stat().st_mtime_ns) for path in folder.rglob("*") if path.is_file()}
 
@@ -40,7 +34,7 @@ class Samples(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name) / "samples"
-        self.maker = load_script(HOUSE / "tools/make_samples")
+        self.maker = measure.load_script(HOUSE / "tools/make_samples")
         self.maker.make(str(self.folder))
 
     def scan(self, *options):
