@@ -5,6 +5,7 @@
 #include "cli/comparison.h"
 #include "cli/problems.h"
 #include "cli/property_access.h"
+#include "cli/requested_criteria.h"
 #include "cli/verbs.h"
 #include "engine/same_file.h"
 #include "platform/native_text.h"
@@ -79,11 +80,9 @@ ExitCode print(OutputFormat format, const Comparison& comparison, const Console&
 ExitCode compare(const ScanRequest& request, const Arguments& files, Platform& platform, const Console& console)
 {
     const PropertyAccess properties(platform, request.options);
-    const auto criteria = makeCriteria(request.definition, request.options, properties.catalogue);
+    const auto criteria = requestedCriteria(request, properties.catalogue);
     if (!criteria)
         return refuse(console, criteria.error().detail);
-    if (const auto able = checkDescriptors(*criteria, nullptr); !able)
-        return refuse(console, able.error().detail);
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     std::vector<Ref<ShellItem>> items;
     for (const std::string& file : files) {

@@ -1,15 +1,13 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <ostream>
 
 #include "base/random.h"
 #include "cli/arguments.h"
 #include "cli/problems.h"
 #include "cli/property_access.h"
 #include "cli/report.h"
+#include "cli/requested_criteria.h"
 #include "cli/scan_watch.h"
 #include "cli/verbs.h"
-#include "engine/matcher.h"
 
 namespace kelvane {
 namespace {
@@ -71,11 +69,9 @@ ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const Sc
 ExitCode scan(const ScanRequest& request, Platform& platform, const Console& console)
 {
     const PropertyAccess properties(platform, request.options);
-    const auto criteria = makeCriteria(request.definition, request.options, properties.catalogue);
+    const auto criteria = requestedCriteria(request, properties.catalogue);
     if (!criteria)
         return refuse(console, criteria.error().detail);
-    if (const auto able = checkDescriptors(*criteria, nullptr); !able)
-        return refuse(console, able.error().detail);
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     ResultsModel results;
     ScanWatch watch(console, platform.clock(), request);
