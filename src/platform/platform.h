@@ -7,10 +7,12 @@
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
 #include "platform/file_system.h"
+#include "platform/interrupts.h"
 #include "platform/path_rules.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
 #include "platform/shell_namespace.h"
+#include "platform/terminal.h"
 #include "platform/text_folding.h"
 
 namespace kelvane {
@@ -26,6 +28,8 @@ public:
     virtual Priority& priority() = 0;
     virtual PropertySystem& properties() = 0;
     virtual PropertyReaders& readers() = 0;
+    virtual Terminal& terminal() = 0;
+    virtual Interrupts& interrupts() = 0;
 };
 
 // Defined by the adapter that the program is linked with.

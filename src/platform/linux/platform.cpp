@@ -16,6 +16,8 @@ public:
     Priority& priority() override { return *priority_; }
     PropertySystem& properties() override { return *properties_; }
     PropertyReaders& readers() override { return *readers_; }
+    Terminal& terminal() override { return *terminal_; }
+    Interrupts& interrupts() override { return *interrupts_; }
 
 private:
     // In the order in which they need one another.
@@ -28,6 +30,8 @@ private:
     std::unique_ptr<Priority> priority_ = makeLinuxPriority();
     std::unique_ptr<PropertySystem> properties_ = makePropertyTable();
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
+    std::unique_ptr<Terminal> terminal_ = makePosixTerminal();
+    std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
 };
 
 }  // namespace
