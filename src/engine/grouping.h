@@ -27,10 +27,13 @@ struct GroupingPorts {
     SimilarContent* similar = nullptr;
 };
 
+struct AheadBudget;
+
 // How a grouping differs from that of a fresh scan.
 struct GroupingMode {
     bool recheck = false;                    // the candidates are earlier results
     const ShellItem* onlyGroupOf = nullptr;  // keep only the group that holds this file
+    const AheadBudget* budget = nullptr;     // of reading ahead; the usual one when null
 };
 
 struct GroupingStats {

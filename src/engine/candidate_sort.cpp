@@ -1,0 +1,188 @@
+#include "engine/candidate_sort.h"
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+
+#include "props/value_order.h"
+
+namespace kelvane {
+namespace {
+
+struct NumberKey {
+    std::uint64_t key;
+    std::uint32_t index;
+    friend bool operator<(const NumberKey& a, const NumberKey& b)
+    {
+        return a.key != b.key ? a.key < b.key : a.index < b.index;
+    }
+};
+
+struct ValueKey {
+    PropValue value;
+    std::uint32_t index;
+    friend bool operator<(const ValueKey& a, const ValueKey& b)
+    {
+        const std::weak_ordering order = compareValues(a.value, b.value);
+        return order != 0 ? order < 0 : a.index < b.index;
+    }
+};
+
+bool equalKeys(const NumberKey& a, const NumberKey& b)
+{
+    return a.key == b.key;
+}
+bool equalKeys(const ValueKey& a, const ValueKey& b)
+{
+    return !a.value.missing() && compareValues(a.value, b.value) == 0;
+}
+
+// A merge sort in blocks, so that a person who cancels does not wait for the end of it. False when cancelled.
+template <class Key>
+bool sortKeys(std::vector<Key>& keys, const CancelFlag& cancel)
+{
+    constexpr std::size_t blockSize = 32'768;
+    const std::size_t count = keys.size();
+    const auto at = [&](std::size_t i) { return keys.begin() + static_cast<std::ptrdiff_t>(std::min(i, count)); };
+    for (std::size_t i = 0; i < count; i += blockSize) {
+        if (cancel.cancelled())
+            return false;
+        std::sort(at(i), at(i + blockSize));
+    }
+    std::vector<Key> merged;
+    for (std::size_t run = blockSize; run < count; run *= 2) {
+        merged.clear();
+        merged.reserve(count);
+        for (std::size_t i = 0; i < count; i += 2 * run) {
+            if (cancel.cancelled())
+                return false;
+            std::merge(at(i), at(i + run), at(i + run), at(i + 2 * run), std::back_inserter(merged));
+        }
+        keys.swap(merged);
+    }
+    return true;
+}
+
+// Documents are ordered by size, where "sizes too different to be scored" ends the inner walk; no two of them are known
+// to be equal by that.
+PropRef sortProperty(const ScanCriteria& criteria, const PropertyCatalogue& catalogue)
+{
+    const bool byDescriptor = criteria.primary == catalogue.stock(StockProperty::simDocDescriptor);
+    return byDescriptor ? catalogue.byName("System.Size") : criteria.primary;
+}
+
+// Signed numbers as unsigned ones of the same order.
+std::uint64_t orderedBits(std::uint64_t bits)
+{
+    return bits ^ (std::uint64_t{1} << 63);
+}
+
+class Sorter {
+public:
+    Sorter(CandidateList& list, const PropertySource& properties, const CancelFlag& cancel, PropRef property)
+        : list_(list), properties_(properties), cancel_(cancel), property_(property)
+    {
+    }
+
+    // Nothing when cancelled.
+    std::optional<SortedCandidates> run(bool equalValuesAreOneClass)
+    {
+        const PropKind kind = property_.kind();
+        std::optional<SortedCandidates> sorted;
+        std::vector<NumberKey> numbers;
+        if ((kind == PropKind::number || kind == PropKind::date) && collectNumbers(numbers))
+            sorted = sort(numbers);
+        else
+            sorted = sortValues();
+        if (sorted && !equalValuesAreOneClass)
+            std::iota(sorted->classes.begin(), sorted->classes.end(), 0);
+        return sorted;
+    }
+
+private:
+    template <class Take>
+    bool forEach(Take take)
+    {
+        std::uint32_t index = 0;
+        for (Candidate& file : list_) {
+            if (cancel_.cancelled())
+                return false;
+            if (!file.group.isExcluded() && !take(properties_.value(file, property_), index))
+                return false;
+            ++index;
+        }
+        return true;
+    }
+
+    // False for values that are not plain numbers after all (missing ones), and when cancelled.
+    bool collectNumbers(std::vector<NumberKey>& keys)
+    {
+        keys.reserve(list_.size());
+        return forEach([&](const PropValue& value, std::uint32_t index) {
+            keys.push_back({orderedBits(value.bits), index});
+            return !value.missing() && value.kind == property_.kind();
+        });
+    }
+
+    std::optional<SortedCandidates> sortValues()
+    {
+        std::vector<ValueKey> keys;
+        keys.reserve(list_.size());
+        const bool complete = forEach([&](const PropValue& value, std::uint32_t index) {
+            keys.push_back({value, index});
+            return true;
+        });
+        return complete ? sort(keys) : std::nullopt;
+    }
+
+    // The numbers of the classes are given in a pass after the sort: a comparator that numbers while it sorts does not
+    // keep its own promise from four equal files on.
+    template <class Key>
+    std::optional<SortedCandidates> sort(std::vector<Key>& keys)
+    {
+        if (!sortKeys(keys, cancel_))
+            return std::nullopt;
+        SortedCandidates sorted{&list_, {}, {}};
+        sorted.order.reserve(keys.size());
+        sorted.classes.reserve(keys.size());
+        std::uint32_t number = 0;
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            if (i > 0 && !equalKeys(keys[i - 1], keys[i]))
+                ++number;
+            sorted.order.push_back(keys[i].index);
+            sorted.classes.push_back(number);
+        }
+        return sorted;
+    }
+
+    CandidateList& list_;
+    const PropertySource& properties_;
+    const CancelFlag& cancel_;
+    PropRef property_;
+};
+
+}  // namespace
+
+void prepareCandidates(const ScanCriteria& criteria, CandidateList& candidates, const PropertySource& properties,
+                       const GroupingMode& mode)
+{
+    if (mode.recheck) {
+        std::erase_if(candidates, [&](Candidate& file) { return properties.value(file, criteria.primary).missing(); });
+    }
+    const bool keepExcluded = !(mode.recheck && mode.onlyGroupOf != nullptr);
+    for (Candidate& file : candidates) {
+        if (!(keepExcluded && file.group.isExcluded()))
+            file.group.value = GroupField::none;
+        if (mode.recheck && criteria.skipOffline && file.item().inFileSystem() && file.item().isOffline())
+            file.group.value = GroupField::excluded;
+    }
+}
+
+std::optional<SortedCandidates> sortCandidates(const ScanCriteria& criteria, CandidateList& candidates,
+                                               const PropertySource& properties, const CancelFlag& cancel)
+{
+    const PropRef property = sortProperty(criteria, properties.catalogue());
+    return Sorter(candidates, properties, cancel, property).run(property == criteria.primary);
+}
+
+}  // namespace kelvane

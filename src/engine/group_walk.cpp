@@ -1,0 +1,144 @@
+#include "engine/group_walk.h"
+
+#include <algorithm>
+
+#include "engine/compared_ranges.h"
+#include "engine/same_file.h"
+
+namespace kelvane {
+
+GroupWalk::GroupWalk(const ScanCriteria& criteria, const GroupingPorts& ports, const GroupingMode& mode,
+                     const SortedCandidates& sorted, GroupingStats& stats)
+    : criteria_(criteria),
+      ports_(ports),
+      mode_(mode),
+      sorted_(sorted),
+      stats_(stats),
+      contents_(ports.shell, criteria.options, ports.cancel),
+      matcher_(criteria, ports.properties, ports.shell, contents_, ports.similar),
+      pacer_(ports.clock, ports.observer),
+      used_(sorted.size()),
+      known_(ports.paths)
+{
+    matcher_.setContentOracle([this](const Candidate&, const Candidate&) -> std::optional<ContentResult> {
+        if (neighbours_->contentsKnownEqual(reference_))
+            return ContentResult::equal;
+        return std::nullopt;
+    });
+}
+
+bool GroupWalk::run(Neighbours& neighbours)
+{
+    neighbours_ = &neighbours;
+    std::uint32_t seed = 0;
+    while (seed < sorted_.size() && seedGroup(seed))
+        ++seed;
+    report(seed);
+    return seed == sorted_.size();
+}
+
+bool GroupWalk::seedGroup(std::uint32_t seed)
+{
+    const auto reportWhenDue = [&] {
+        if (pacer_.due())
+            report(seed);
+    };
+    reportWhenDue();
+    if (!neighbours_->ready(seed, reportWhenDue) || ports_.cancel.cancelled())
+        return false;
+    if (used_[seed])
+        return true;
+    if (!collect(seed))
+        return false;
+    if (!members_.empty() && wanted(seed))
+        handOver(seed);
+    return true;
+}
+
+bool GroupWalk::collect(std::uint32_t seed)
+{
+    members_.clear();
+    approximate_ = false;
+    reference_ = seed;
+    bool knowsSeed = false;
+    for (std::uint32_t i = neighbours_->next(seed); i != Neighbours::none; i = neighbours_->next(i)) {
+        if (used_[i])
+            continue;
+        const MatchResult result = compare(reference_, i);
+        if (result.cancelled() || ports_.cancel.cancelled())
+            return false;
+        if (result.endsWalk)
+            break;
+        if (!result.match())
+            continue;
+        if (!knowsSeed) {
+            known_.clear();
+            knowsSeed = known_.insert(sorted_.at(seed).item());
+        }
+        approximate_ = approximate_ || result.approximate;
+        accept(i);
+    }
+    return true;
+}
+
+MatchResult GroupWalk::compare(std::uint32_t a, std::uint32_t b)
+{
+    return matcher_.compare(sorted_.at(a), sorted_.at(b), neighbours_->keysEqual(a, b));
+}
+
+void GroupWalk::accept(std::uint32_t candidate)
+{
+    used_[candidate] = true;
+    Candidate& file = sorted_.at(candidate);
+    if (!known_.insert(file.item())) {
+        file.group.value = GroupField::excluded;
+        return;
+    }
+    members_.push_back(candidate);
+    reference_ = candidate;
+}
+
+// A search for one file's duplicates keeps no other group.
+bool GroupWalk::wanted(std::uint32_t seed) const
+{
+    if (mode_.onlyGroupOf == nullptr)
+        return true;
+    const auto isTheFile = [&](std::uint32_t position) {
+        return sameFile(sorted_.at(position).item(), *mode_.onlyGroupOf, ports_.paths);
+    };
+    return isTheFile(seed) || std::any_of(members_.begin(), members_.end(), isTheFile);
+}
+
+void GroupWalk::handOver(std::uint32_t seed)
+{
+    ++stats_.groups;
+    const bool approximate = approximate_ || approximateBySize(sorted_.at(seed).item());
+    const std::uint32_t flags = approximate ? add_flag::approximate : 0;
+    used_[seed] = true;
+    handOver(seed, flags);
+    std::for_each(members_.rbegin(), members_.rend(), [&](std::uint32_t member) { handOver(member, flags); });
+    if (mode_.onlyGroupOf != nullptr)
+        ports_.sink.selectLast();
+}
+
+void GroupWalk::handOver(std::uint32_t position, std::uint32_t flags)
+{
+    Candidate& file = sorted_.at(position);
+    file.group.value = static_cast<std::int32_t>(stats_.groups);
+    ports_.properties.groupChanged(file);
+    if (ports_.sink.add(file, flags))
+        ++stats_.grouped;
+}
+
+bool GroupWalk::approximateBySize(const ShellItem& seed) const
+{
+    return criteria_.exactContents() && comparedBySamples(seed, seed, criteria_.options);
+}
+
+void GroupWalk::report(std::uint32_t position)
+{
+    stats_.bytesRead = contents_.bytesRead() + neighbours_->bytesRead();
+    pacer_.report({ScanPhase::comparing, position, sorted_.size(), stats_.bytesRead, neighbours_->bytesToRead()});
+}
+
+}  // namespace kelvane

@@ -1,0 +1,54 @@
+// Which later candidates a file may match at all: what the group walk goes through.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <optional>
+
+#include "engine/candidate_sort.h"
+
+namespace kelvane {
+
+// Positions are those of SortedCandidates. Used by the walk's thread alone.
+class Neighbours {
+public:
+    static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+    virtual ~Neighbours() = default;
+
+    // Called for every position in ascending order, before anything else is asked about it; may wait, and then calls
+    // the function every now and then. False when the work was cancelled.
+    [[nodiscard]] virtual bool ready(std::uint32_t /*position*/, const std::function<void()>& /*whileWaiting*/)
+    {
+        return true;
+    }
+    // The nearest later position that may match this one, or none.
+    [[nodiscard]] virtual std::uint32_t next(std::uint32_t position) const = 0;
+    // Whether the two have equal primary values by the sort.
+    [[nodiscard]] virtual std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const = 0;
+    // Whether this file and its neighbours were read already and have equal contents.
+    [[nodiscard]] virtual bool contentsKnownEqual(std::uint32_t /*position*/) const { return false; }
+    // Bytes read so far to find the neighbours, and an upper bound of what there is to read (0: not known).
+    [[nodiscard]] virtual std::uint64_t bytesRead() const { return 0; }
+    [[nodiscard]] virtual std::uint64_t bytesToRead() const { return 0; }
+};
+
+// Every later candidate: the plain walk.
+class AllLater final : public Neighbours {
+public:
+    explicit AllLater(const SortedCandidates& sorted) : sorted_(sorted) {}
+    [[nodiscard]] std::uint32_t next(std::uint32_t position) const override
+    {
+        return position + 1 < sorted_.size() ? position + 1 : none;
+    }
+    [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override
+    {
+        return sorted_.classes[a] == sorted_.classes[b];
+    }
+
+private:
+    const SortedCandidates& sorted_;
+};
+
+}  // namespace kelvane
