@@ -38,7 +38,7 @@ FileSort fileKind(bool folder, std::u16string_view itemType) noexcept
 {
     if (folder)
         return {u"folder", u"Folder"};
-    if (itemType.size() < 2)
+    if (itemType.size() < 2 || itemType.find(u' ') != std::u16string_view::npos)
         return {};
     for (const Sort& sort : sorts)
         for (auto at = sort.extensions.find(itemType); at != std::u16string_view::npos;

@@ -27,15 +27,6 @@ RawValue accessed(ShellNamespace& shell, const ShellItem& item)
     return details ? timeValue(details->accessed) : RawValue{};
 }
 
-// Entries of an archive take no room and have no owner of their own.
-RawValue allocated(ShellNamespace& shell, const ShellItem& item)
-{
-    if (!item.inFileSystem())
-        return {};
-    const auto details = shell.details(item);
-    return details ? RawValue::number(VarType::uint64, details->allocated.bytes) : RawValue{};
-}
-
 RawValue owner(ShellNamespace& shell, const ShellItem& item)
 {
     if (!item.inFileSystem())
@@ -52,29 +43,23 @@ RawValue name(ShellNamespace& shell, const ShellItem& item)
     return RawValue::text(shell.displayName(item));
 }
 
-// Where the extension of a file name begins, its dot included; a dot in front hides a file and begins no extension.
-std::size_t extensionStart(const ShellItem& item, std::u16string_view text)
+// The length of the name without its extension; the shell says what an extension is, in lower case but as long.
+std::size_t baseLength(ShellNamespace& shell, const ShellItem& item, std::u16string_view text)
 {
-    const auto dot = text.rfind(u'.');
-    return item.info().kind == FileKind::folder || dot == std::u16string_view::npos || dot == 0 ? text.size() : dot;
+    return text.size() - std::min(text.size(), shell.itemType(item).size());
 }
 
 RawValue nameWithoutExtension(ShellNamespace& shell, const ShellItem& item)
 {
     std::u16string text = shell.displayName(item);
-    text.resize(extensionStart(item, text));
+    text.resize(baseLength(shell, item, text));
     return RawValue::text(std::move(text));
 }
 
 RawValue extension(ShellNamespace& shell, const ShellItem& item)
 {
     const std::u16string text = shell.displayName(item);
-    return RawValue::text(text.substr(extensionStart(item, text)));
-}
-
-RawValue parsingName(ShellNamespace&, const ShellItem& item)
-{
-    return RawValue::text(displayFromNative(item.name()));
+    return RawValue::text(text.substr(baseLength(shell, item, text)));
 }
 
 RawValue fullPath(ShellNamespace&, const ShellItem& item)
@@ -83,18 +68,20 @@ RawValue fullPath(ShellNamespace&, const ShellItem& item)
 }
 
 // A root has no parent item; its folder is what its path says.
-RawValue folderPath(ShellNamespace&, const ShellItem& item)
+std::filesystem::path folderOf(const ShellItem& item)
 {
-    const auto path = item.parent() != nullptr ? item.parent()->path() : item.path().parent_path();
-    return RawValue::text(displayFromNative(path.native()));
+    return item.parent() != nullptr ? item.parent()->path() : item.path().parent_path();
 }
 
-RawValue folderName(ShellNamespace& shell, const ShellItem& item)
+RawValue folderPath(ShellNamespace&, const ShellItem& item)
 {
-    if (item.parent() != nullptr && item.parent()->parent() != nullptr)
-        return RawValue::text(shell.displayName(*item.parent()));
-    const auto path = item.parent() != nullptr ? item.parent()->path() : item.path().parent_path();
-    return RawValue::text(displayFromNative(path.has_filename() ? path.filename().native() : path.native()));
+    return RawValue::text(displayFromNative(folderOf(item).native()));
+}
+
+RawValue folderName(ShellNamespace&, const ShellItem& item)
+{
+    const std::filesystem::path folder = folderOf(item);
+    return RawValue::text(displayFromNative(folder.has_filename() ? folder.filename().native() : folder.native()));
 }
 
 RawValue url(ShellNamespace&, const ShellItem& item)
@@ -133,14 +120,14 @@ struct Reader {
 constexpr std::array readers = {
     Reader{property_id::dateCreated, created},
     Reader{property_id::dateAccessed, accessed},
-    Reader{property_id::fileAllocationSize, allocated},
+    Reader{property_id::fileAllocationSize, readAllocatedSize},
     Reader{property_id::fileOwner, owner},
     Reader{property_id::fileName, name},
     Reader{property_id::itemName, name},
     Reader{property_id::itemNameDisplay, name},
     Reader{property_id::itemNameDisplayWithoutExtension, nameWithoutExtension},
     Reader{property_id::fileExtension, extension},
-    Reader{property_id::parsingName, parsingName},
+    Reader{property_id::parsingName, name},
     Reader{property_id::parsingPath, fullPath},
     Reader{property_id::itemPathDisplay, fullPath},
     Reader{property_id::itemFolderPathDisplay, folderPath},
@@ -153,6 +140,14 @@ constexpr std::array readers = {
 };
 
 }  // namespace
+
+RawValue readAllocatedSize(ShellNamespace& shell, const ShellItem& item)
+{
+    if (!item.inFileSystem())
+        return {};
+    const auto details = shell.details(item);
+    return details ? RawValue::number(VarType::uint64, details->allocated.bytes) : RawValue{};
+}
 
 std::optional<RawValue> readFileProperty(ShellNamespace& shell, const ShellItem& item, const PropRef& property)
 {

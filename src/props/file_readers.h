@@ -13,4 +13,7 @@ namespace kelvane {
 [[nodiscard]] std::optional<RawValue> readFileProperty(ShellNamespace& shell, const ShellItem& item,
                                                        const PropRef& property);
 
+// Bytes taken on the disk; empty for an entry of an archive, which takes none of its own.
+[[nodiscard]] RawValue readAllocatedSize(ShellNamespace& shell, const ShellItem& item);
+
 }  // namespace kelvane

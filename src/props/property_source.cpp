@@ -29,6 +29,7 @@ PropertySource::PropertySource(const PropertyCatalogue& catalogue, ShellNamespac
       readers_(readers),
       folding_(folding),
       kinds_(std::move(kinds)),
+      substitutes_(catalogue),
       latitudeRef_(catalogue.byName("System.GPS.LatitudeRef")),
       longitudeRef_(catalogue.byName("System.GPS.LongitudeRef"))
 {
@@ -97,6 +98,12 @@ RawValue PropertySource::readRaw(ItemContext& file, const PropRef& property) con
 {
     if (property.has(property_flag::combined))
         return combinedList(file, property);
+    RawValue own = readOwn(file, property);
+    return own.empty() ? substitute(file, property) : own;
+}
+
+RawValue PropertySource::readOwn(ItemContext& file, const PropRef& property) const
+{
     if (const auto number = recordNumber(file, property))
         return number->raw();
     const ShellItem& item = file.item();
@@ -124,6 +131,17 @@ RawValue PropertySource::combinedList(ItemContext& file, const PropRef& property
         all += part.text;
     }
     return all.empty() ? RawValue{} : RawValue::text(uniqueWords(foldText(all, folding_)));
+}
+
+// A coordinate is taken as the signed number that it was made into, other values as they were read.
+RawValue PropertySource::substitute(ItemContext& file, const PropRef& property) const
+{
+    for (const PropRef& source : substitutes_.of(property)) {
+        const PROPCACHE& node = cached(file, source);
+        if (!node.missing())
+            return node.kind == PropKind::real ? RawValue::float64(node.real()) : node.raw;
+    }
+    return {};
 }
 
 void PropertySource::applyHemisphere(ItemContext& file, PROPCACHE& node) const

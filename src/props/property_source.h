@@ -8,6 +8,7 @@
 #include "props/prop_cache.h"
 #include "props/property_catalogue.h"
 #include "props/stock_readers.h"
+#include "props/substitutes.h"
 #include "props/text_fold.h"
 
 namespace kelvane {
@@ -56,6 +57,8 @@ public:
 private:
     void fill(ItemContext& file, const PropRef& property, PROPCACHE& node) const;
     [[nodiscard]] RawValue readRaw(ItemContext& file, const PropRef& property) const;
+    [[nodiscard]] RawValue readOwn(ItemContext& file, const PropRef& property) const;
+    [[nodiscard]] RawValue substitute(ItemContext& file, const PropRef& property) const;
     [[nodiscard]] RawValue combinedList(ItemContext& file, const PropRef& property) const;
     void applyHemisphere(ItemContext& file, PROPCACHE& node) const;
 
@@ -64,6 +67,7 @@ private:
     PropertyReaders& readers_;
     const TextFolding& folding_;
     KindMasks kinds_;
+    Substitutes substitutes_;
     PropRef latitudeRef_, longitudeRef_;
 };
 

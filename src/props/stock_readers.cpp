@@ -4,7 +4,7 @@
 
 #include "base/utf.h"
 #include "base/words.h"
-#include "platform/native_text.h"
+#include "props/file_readers.h"
 
 namespace kelvane {
 namespace {
@@ -42,24 +42,16 @@ bool maskAdmits(const std::string& mask, const std::string& name)
     return dot != std::string::npos && wildcardMatch(mask, std::string_view(name).substr(dot + 1));
 }
 
-RawValue kindName(const KindMasks& kinds, const ShellItem& item)
+RawValue kindName(ShellNamespace& shell, const KindMasks& kinds, const ShellItem& item)
 {
     if (item.isFolder())
         return {};
-    const std::string name = asciiLower(pathText(item.name()));
+    const std::string name = asciiLower(toUtf8(shell.displayName(item)));
     for (const auto& [label, masks] : kinds)
         for (const std::string& mask : splitWords(asciiLower(masks), ','))
             if (maskAdmits(mask, name))
                 return RawValue::text(label);
     return {};
-}
-
-RawValue sizeOnDisk(ShellNamespace& shell, const ShellItem& item)
-{
-    if (!item.inFileSystem())
-        return {};
-    const auto details = shell.details(item);
-    return details ? RawValue::number(VarType::uint64, details->allocated.bytes) : RawValue{};
 }
 
 RawValue hardLinks(ShellNamespace& shell, const ShellItem& item)
@@ -117,9 +109,9 @@ std::optional<RawValue> readStock(ShellNamespace& shell, const KindMasks& kinds,
     case StockProperty::fileAttributes:
         return attributesText(item);
     case StockProperty::kind:
-        return kindName(kinds, item);
+        return kindName(shell, kinds, item);
     case StockProperty::totalFileSize:
-        return sizeOnDisk(shell, item);
+        return readAllocatedSize(shell, item);
     case StockProperty::streamCount:
         return streamCount(shell, item);
     case StockProperty::streamNames:
