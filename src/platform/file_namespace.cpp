@@ -193,7 +193,8 @@ Result<std::unique_ptr<ContentReader>> FileNamespace::open(const ShellItem& item
             return Error{ErrorKind::wrongType, 0, "not a file"};
         return archives_->open(archive->path(), item.info().identity.index);
     }
-    const bool follow = item.isReparsePoint() || !item.parent();
+    const bool followedLink = item.isReparsePoint() && item.info().kind != FileKind::link;
+    const bool follow = followedLink || !item.parent();
     return files_.openForReading(item.path(), pattern, follow ? Links::followed : Links::asThemselves);
 }
 

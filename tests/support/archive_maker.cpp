@@ -1,0 +1,86 @@
+#include "support/archive_maker.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <locale.h>
+#include <memory>
+#include <stdexcept>
+
+namespace kelvane::testing {
+namespace {
+
+// Formats that keep names as Unicode convert them from the thread's locale.
+class Utf8Locale {
+public:
+    Utf8Locale() : before_(::uselocale(locale_)) {}
+    ~Utf8Locale()
+    {
+        ::uselocale(before_);
+        ::freelocale(locale_);
+    }
+    Utf8Locale(const Utf8Locale&) = delete;
+    Utf8Locale& operator=(const Utf8Locale&) = delete;
+
+private:
+    locale_t locale_ = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    locale_t before_;
+};
+
+void check(archive* handle, int code)
+{
+    if (code != ARCHIVE_OK)
+        throw std::runtime_error(archive_error_string(handle) ? archive_error_string(handle) : "archive not made");
+}
+
+unsigned typeOf(MadeEntry::Kind kind)
+{
+    switch (kind) {
+    case MadeEntry::Kind::folder:
+        return AE_IFDIR;
+    case MadeEntry::Kind::link:
+        return AE_IFLNK;
+    case MadeEntry::Kind::device:
+        return AE_IFCHR;
+    default:
+        return AE_IFREG;
+    }
+}
+
+void writeEntry(archive* handle, const MadeEntry& made)
+{
+    const std::unique_ptr<archive_entry, decltype(&archive_entry_free)> entry(archive_entry_new(), archive_entry_free);
+    archive_entry_set_pathname(entry.get(), made.path.c_str());
+    archive_entry_set_filetype(entry.get(), typeOf(made.kind));
+    archive_entry_set_perm(entry.get(), 0644);
+    archive_entry_set_mtime(entry.get(), 1'700'000'000, 0);
+    if (made.kind == MadeEntry::Kind::link)
+        archive_entry_set_symlink(entry.get(), made.contents.c_str());
+    if (made.kind == MadeEntry::Kind::hardLink)
+        archive_entry_set_hardlink(entry.get(), made.contents.c_str());
+    const bool hasData = made.kind == MadeEntry::Kind::file;
+    archive_entry_set_size(entry.get(), hasData ? static_cast<la_int64_t>(made.contents.size()) : 0);
+    check(handle, archive_write_header(handle, entry.get()));
+    if (hasData && !made.contents.empty() && archive_write_data(handle, made.contents.data(), made.contents.size()) < 0)
+        check(handle, ARCHIVE_FATAL);
+}
+
+}  // namespace
+
+void makeArchive(const std::filesystem::path& path, const std::vector<MadeEntry>& entries, const std::string& password)
+{
+    const Utf8Locale locale;
+    const std::unique_ptr<archive, decltype(&archive_write_free)> handle(archive_write_new(), archive_write_free);
+    check(handle.get(), archive_write_set_format_filter_by_ext(handle.get(), path.c_str()));
+    if (path.extension() == ".tar")  // takes names that are no UTF-8
+        check(handle.get(), archive_write_set_options(handle.get(), "hdrcharset=BINARY"));
+    if (!password.empty()) {
+        check(handle.get(), archive_write_set_options(handle.get(), "zip:encryption=traditional"));
+        check(handle.get(), archive_write_set_passphrase(handle.get(), password.c_str()));
+    }
+    check(handle.get(), archive_write_open_filename(handle.get(), path.c_str()));
+    for (const MadeEntry& entry : entries)
+        writeEntry(handle.get(), entry);
+    check(handle.get(), archive_write_close(handle.get()));
+}
+
+}  // namespace kelvane::testing
