@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <unordered_set>
 
 #include "base/cancel.h"
 #include "engine/candidate.h"
@@ -21,7 +21,7 @@ namespace kelvane {
 struct WalkStats {
     std::uint64_t folders = 0;
     std::uint64_t filesSeen = 0;  // before any test
-    std::uint64_t skipped = 0;    // unreadable folders, and files left out for a fault
+    std::uint64_t skipped = 0;    // roots and folders that could not be read; not those that vanished meanwhile
     std::uint64_t offlineSkipped = 0;
 };
 
@@ -48,7 +48,9 @@ public:
     Walker(const Walker&) = delete;
     Walker& operator=(const Walker&) = delete;
 
-    // A root that cannot be parsed or listed is skipped and told to the observer.
+    // A root that cannot be parsed or listed is skipped and told to the observer. A root that is a file stands for
+    // itself only. Where archives are entered, an archive is walked as a folder and stays a candidate file as well.
+    // After `cancelled` the walker is good for nothing but its statistics.
     [[nodiscard]] WalkResult walk(const std::string& root);
 
     [[nodiscard]] const WalkStats& stats() const;

@@ -51,4 +51,14 @@ template <class Char = NativeString::value_type>
     return toUtf8(std::u16string(name.begin(), name.end()));
 }
 
+// The same for a look only: a view where the name is bytes already.
+[[nodiscard]] inline std::string_view nameBytes(std::string_view name)
+{
+    return name;
+}
+[[nodiscard]] inline std::string nameBytes(std::wstring_view name)
+{
+    return bytesFromNative(name);
+}
+
 }  // namespace kelvane

@@ -1,0 +1,44 @@
+// Which files take part in a scan.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "engine/candidate.h"
+#include "engine/criteria.h"
+#include "engine/similar_content.h"
+#include "platform/shell_namespace.h"
+#include "props/property_source.h"
+
+namespace kelvane {
+
+// The tests that a file passes on its way to the candidates, in order of rising cost. What is handed over at
+// construction must outlive it. Used by one thread at a time.
+class Admission {
+public:
+    // similar may be null: then no content is looked at.
+    Admission(const ScanCriteria& criteria, ShellNamespace& shell, const PropertySource& properties,
+              SimilarContent* similar);
+
+    // The candidate, or nothing for a file that stays out. Links that are not followed stay out.
+    [[nodiscard]] std::optional<Candidate> test(const Ref<ShellItem>& file);
+
+    // Files that stayed out because their contents would have had to be fetched.
+    [[nodiscard]] std::uint64_t offlineSkipped() const { return offlineSkipped_; }
+
+private:
+    [[nodiscard]] bool hasRightName(const ShellItem& file) const;
+    [[nodiscard]] bool hasRightSize(const ShellItem& file) const;
+    [[nodiscard]] bool isFetched(const ShellItem& file) const;
+    [[nodiscard]] bool hasRightAttributes(const ShellItem& file) const;
+    [[nodiscard]] bool hasRightContents(Candidate& file) const;
+
+    const ScanCriteria& criteria_;
+    ShellNamespace& shell_;
+    const PropertySource& properties_;
+    SimilarContent* similar_;
+    std::uint64_t tinyLimit_;
+    std::uint64_t offlineSkipped_ = 0;
+};
+
+}  // namespace kelvane

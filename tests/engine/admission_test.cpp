@@ -1,0 +1,147 @@
+#include "engine/admission.h"
+
+#include <gtest/gtest.h>
+
+#include "support/scan_world.h"
+
+namespace kelvane {
+namespace {
+
+class FixedAnswer final : public SimilarContent {
+public:
+    bool supports(Category category) const override { return category == Category::documents; }
+    bool admits(const ScanCriteria&, ItemContext&) override
+    {
+        ++asked;
+        return answer;
+    }
+    ContentScore compare(const ScanCriteria&, ItemContext&, ItemContext&) override { return {}; }
+
+    bool answer = true;
+    int asked = 0;
+};
+
+class AdmissionOfFiles : public ::testing::Test {
+protected:
+    static Ref<ShellItem> file(const std::string& name, std::uint64_t bytes, std::uint32_t attributes = 0,
+                               FileKind kind = FileKind::regular, Ref<ShellItem> parent = nullptr,
+                               ShellItem::Place place = ShellItem::Place::fileSystem)
+    {
+        FileInfo info;
+        info.kind = kind;
+        info.size.bytes = bytes;
+        info.attributes = attributes;
+        if (!parent)
+            parent = ShellItem::make(nullptr, "/d", {}, ShellItem::Place::fileSystem);
+        return ShellItem::make(parent, name, info, place);
+    }
+    bool admits(const ScanCriteria& criteria, const Ref<ShellItem>& item)
+    {
+        Admission admission(criteria, *world.shell, world.properties, &similar);
+        const bool admitted = admission.test(item).has_value();
+        offline = admission.offlineSkipped();
+        return admitted;
+    }
+
+    testing::ScanWorld world;
+    FixedAnswer similar;
+    std::uint64_t offline = 0;
+};
+
+TEST_F(AdmissionOfFiles, OnlyFilesWithTheRightName)
+{
+    const auto criteria = world.criteria(0, "System.Size", Category::images);
+    EXPECT_TRUE(admits(criteria, file("a.JPG", 1)));
+    EXPECT_FALSE(admits(criteria, file("a.txt", 1)));
+    EXPECT_FALSE(admits(criteria, file("a.jpg", 1, 0, FileKind::link)));
+    EXPECT_FALSE(admits(criteria, file("a.jpg", 1, 0, FileKind::other)));
+    EXPECT_FALSE(admits(criteria, file("a.jpg", 1, 0, FileKind::folder)));
+    const auto root = ShellItem::make(nullptr, "/d.d/a.jpg", file("x", 1)->info(), ShellItem::Place::fileSystem);
+    EXPECT_TRUE(admits(criteria, root));
+}
+
+TEST_F(AdmissionOfFiles, SmallFilesStayOutOnRequest)
+{
+    EXPECT_FALSE(admits(world.criteria(scan_flag::ignoreSmall), file("a", 50'000)));
+    EXPECT_TRUE(admits(world.criteria(scan_flag::ignoreSmall), file("a", 50'001)));
+    EXPECT_TRUE(admits(world.criteria(0), file("a", 0)));
+    EXPECT_FALSE(admits(world.criteria(scan_flag::skipEmpty), file("a", 0)));
+    EXPECT_TRUE(admits(world.criteria(scan_flag::skipEmpty), file("a", 1)));
+    world.options.tinyFile.bytes = 10;  // never below 2048
+    EXPECT_FALSE(admits(world.criteria(scan_flag::ignoreSmall), file("a", 2048)));
+    EXPECT_TRUE(admits(world.criteria(scan_flag::ignoreSmall), file("a", 2049)));
+    auto ranged = world.criteria(0);
+    ranged.sizes = {10, 20};
+    EXPECT_FALSE(admits(ranged, file("a", 9)));
+    EXPECT_TRUE(admits(ranged, file("a", 20)));
+    EXPECT_FALSE(admits(ranged, file("a", 21)));
+}
+
+TEST_F(AdmissionOfFiles, OfflineFilesStayOutOnlyWhenTheyWouldBeOpened)
+{
+    const auto away = file("a", 9, attribute::offline);
+    EXPECT_FALSE(admits(world.criteria(scan_flag::contents), away));
+    EXPECT_EQ(offline, 1u);
+    EXPECT_TRUE(admits(world.criteria(0), away));
+    EXPECT_EQ(offline, 0u);
+    const auto entry = file("a", 9, attribute::offline, FileKind::regular, nullptr, ShellItem::Place::insideArchive);
+    EXPECT_TRUE(admits(world.criteria(scan_flag::contents), entry));
+}
+
+TEST_F(AdmissionOfFiles, LinksStayOutButNotCloudPlaceholders)
+{
+    const auto criteria = world.criteria(scan_flag::skipLinks);
+    EXPECT_FALSE(admits(criteria, file("a", 1, attribute::reparsePoint)));
+    EXPECT_TRUE(admits(criteria, file("a", 1, attribute::reparsePoint | attribute::cloudPlaceholder)));
+    EXPECT_TRUE(admits(world.criteria(0), file("a", 1, attribute::reparsePoint)));
+}
+
+TEST_F(AdmissionOfFiles, ProtectionKeepsHiddenAndSystemFilesOut)
+{
+    for (const std::uint32_t mark : {attribute::hidden, attribute::system}) {
+        EXPECT_FALSE(admits(world.criteria(scan_flag::protect), file("a", 1, mark)));
+        EXPECT_TRUE(admits(world.criteria(0), file("a", 1, mark)));
+    }
+}
+
+TEST_F(AdmissionOfFiles, ThePrimaryPropertyMustHaveAValue)
+{
+    world.readers.set("/d/titled", "System.Title", RawValue::text(u"x"));
+    world.readers.set("/d/blank", "System.Title", RawValue::text(u""));
+    world.readers.set("/d/zero", "System.Media.Year", RawValue::number(VarType::uint32, 0));
+    const auto byTitle = world.criteria(0, "System.Title");
+    EXPECT_TRUE(admits(byTitle, file("titled", 1)));
+    EXPECT_FALSE(admits(byTitle, file("blank", 1)));
+    EXPECT_FALSE(admits(byTitle, file("none", 1)));
+    EXPECT_TRUE(admits(world.criteria(0, "System.Media.Year"), file("zero", 1)));  // 0 is a value
+}
+
+TEST_F(AdmissionOfFiles, APropertyOfTheRecordCostsNoCacheNode)
+{
+    const auto criteria = world.criteria(0);
+    Admission admission(criteria, *world.shell, world.properties, nullptr);
+    const auto candidate = admission.test(file("a", 1));
+    ASSERT_TRUE(candidate);
+    EXPECT_EQ(candidate->cachedValues(), 0u);
+    EXPECT_EQ(world.readers.reads, 0);
+    EXPECT_TRUE(world.files.accesses().empty());
+}
+
+TEST_F(AdmissionOfFiles, SimilarContentsAreLookedAtLastAndOnlyWhereTheyCount)
+{
+    const auto fuzzy = scan_flag::fuzzy | scan_flag::contents;
+    auto criteria = world.criteria(fuzzy, "System.Size", Category::documents);
+    criteria.primary = world.catalogue.byName("System.Size");
+    similar.answer = false;
+    EXPECT_FALSE(admits(criteria, file("a.txt", 1)));
+    EXPECT_EQ(similar.asked, 1);
+    EXPECT_FALSE(admits(criteria, file("a.jpg", 1)));  // already the name is wrong
+    EXPECT_TRUE(admits(world.criteria(scan_flag::contents, "System.Size", Category::documents), file("a.txt", 1)));
+    EXPECT_TRUE(admits(world.criteria(fuzzy, "System.Size", Category::custom), file("a.txt", 1)));
+    EXPECT_EQ(similar.asked, 1);
+    similar.answer = true;
+    EXPECT_TRUE(admits(criteria, file("a.txt", 1)));
+}
+
+}  // namespace
+}  // namespace kelvane
