@@ -4,7 +4,8 @@ import re
 import shutil
 import subprocess
 
-USING_NAMESPACE = re.compile(r"^\s*using\s+namespace\b")
+# Literal suffixes cannot be had otherwise.
+USING_NAMESPACE = re.compile(r"^\s*using\s+namespace\b(?!.*_literals;)")
 # The first words of clang-format's complaint about a place; its next lines only quote the code.
 COMPLAINT = re.compile(r"^(?P<path>[^:\n]+):(?P<line>\d+):\d+: (?:error|warning): code should be clang-formatted", re.M)
 
