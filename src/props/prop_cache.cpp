@@ -4,6 +4,9 @@
 
 namespace kelvane {
 
+// A scan holds one context for every candidate.
+static_assert(sizeof(ItemContext) <= 32);
+
 PROPCACHE::~PROPCACHE()
 {
     // Taken apart one by one: a long list must not end in a deep recursion of destructors.

@@ -127,7 +127,7 @@ TEST(CommentFiles, veryNameIsPreferred)
 TEST(MarkedText, encodingFollowsTheMark)
 {
     const auto bytes = [](std::string_view text) { return std::as_bytes(std::span(text)); };
-    using namespace std::string_view_literals;
+    using std::string_view_literals::operator""sv;
     EXPECT_EQ(decodeMarkedText(bytes("\xFF\xFEh\0i\0"sv)), u"hi");
     EXPECT_EQ(decodeMarkedText(bytes("\xFE\xFF\0h\0i"sv)), u"hi");
     EXPECT_EQ(decodeMarkedText(bytes("\xEF\xBB\xBFh\xC3\xA9"sv)), u"h\u00E9");
