@@ -63,14 +63,13 @@ ArchiveListing ArchiveListing::read(ArchiveFolders& archives, const std::filesys
 {
     ArchiveListing listing;
     listing.folders_[{}];
-    std::size_t entries = 0;
     const Status status = archives.list(archive, [&](const ArchiveEntry& entry) {
         listing.add(entry);
-        return ++entries < mostEntries;
+        return ++listing.weight_ < mostEntries;
     });
     if (!status)
         listing.fault_ = status.error();
-    else if (entries == mostEntries)
+    else if (listing.weight_ == mostEntries)
         listing.fault_ = Error{ErrorKind::notSupported, 0, "the archive has too many entries"};
     for (auto& [path, children] : listing.folders_)
         settle(children);

@@ -34,6 +34,9 @@ public:
     // Why the listing is not complete, if it is not.
     [[nodiscard]] const std::optional<Error>& fault() const { return fault_; }
 
+    // How many entries of the archive it holds, 1 at least: a measure of the memory it takes.
+    [[nodiscard]] std::size_t weight() const { return weight_; }
+
     static constexpr std::size_t mostEntries = 2'000'000;
 
 private:
@@ -42,6 +45,7 @@ private:
 
     std::unordered_map<NativeString, Children> folders_;
     std::optional<Error> fault_;
+    std::size_t weight_ = 1;
 };
 
 }  // namespace kelvane

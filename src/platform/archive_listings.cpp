@@ -11,8 +11,10 @@ Result<std::shared_ptr<const ArchiveListing>> ArchiveListings::of(const std::fil
         return details.error();
     const std::shared_ptr<Kept> kept = keep(archive, *details);
     const std::lock_guard lock(kept->reading);
-    if (!kept->listing)
+    if (!kept->listing) {
         kept->listing = std::make_shared<const ArchiveListing>(ArchiveListing::read(archives_, archive));
+        weigh(*kept);
+    }
     return kept->listing;
 }
 
@@ -33,9 +35,29 @@ std::shared_ptr<ArchiveListings::Kept> ArchiveListings::keep(const std::filesyst
     added->size = info.size;
     added->modified = info.modified;
     kept_.push_front(std::move(added));
-    if (kept_.size() > mostKept)
-        kept_.pop_back();
+    dropOldest();
     return kept_.front();
+}
+
+void ArchiveListings::weigh(Kept& kept)
+{
+    const std::lock_guard lock(mutex_);
+    kept.weight = kept.listing->weight();
+    dropOldest();
+}
+
+// With mutex_ held. Whoever still uses what is dropped here keeps it alive.
+void ArchiveListings::dropOldest()
+{
+    std::size_t weight = 0;
+    std::size_t count = 0;
+    auto at = kept_.begin();
+    while (at != kept_.end() && (count == 0 || (count < mostKept && weight + (*at)->weight <= mostWeight))) {
+        weight += (*at)->weight;
+        ++count;
+        ++at;
+    }
+    kept_.erase(at, kept_.end());
 }
 
 }  // namespace kelvane

@@ -29,12 +29,16 @@ private:
         FileTime modified;
         std::mutex reading;
         std::shared_ptr<const ArchiveListing> listing;  // null until read
+        std::size_t weight = 0;                         // of the listing; guarded by mutex_
     };
 
     std::shared_ptr<Kept> keep(const std::filesystem::path& archive, const FileInfo& info);
+    void weigh(Kept& kept);
+    void dropOldest();
 
-    // Walks go through archives one by one on a few threads.
+    // Walks go through archives one by one on a few threads. A huge listing is kept only as the last one used.
     static constexpr std::size_t mostKept = 8;
+    static constexpr std::size_t mostWeight = ArchiveListing::mostEntries / 4;
 
     FileSystem& files_;
     ArchiveFolders& archives_;

@@ -196,6 +196,21 @@ TEST_F(FileNamespaceTest, AnArchiveThatChangedIsListedAnew)
     EXPECT_THAT(list(top), ElementsAre(Key("new")));
 }
 
+TEST_F(FileNamespaceTest, GoingThroughManyArchivesKeepsFewListingsButTheLastOnes)
+{
+    std::vector<Ref<ShellItem>> tops;
+    for (int i = 0; i < 20; ++i)
+        tops.push_back(archive("/" + std::to_string(i) + ".zip", {"folder/file"}));
+    for (const auto& top : tops)
+        EXPECT_THAT(list(list(top).at("folder")), ElementsAre(Key("file")));
+    EXPECT_EQ(archives_.lists, 20);
+
+    list(tops.back());
+    EXPECT_EQ(archives_.lists, 20);
+    list(tops.front());
+    EXPECT_EQ(archives_.lists, 21);
+}
+
 TEST_F(FileNamespaceTest, DamageIsToldOnceForAnArchive)
 {
     archives_.damaged = true;

@@ -9,9 +9,9 @@
 #include "platform/linux/open_archive.h"
 
 namespace kelvane {
+namespace linux_os {
 namespace {
 
-using namespace linux_os;
 namespace fs = std::filesystem;
 
 // Archives that were read up to some entry and may be read on from there: one entry after the other is then read in
@@ -165,10 +165,11 @@ private:
 };
 
 }  // namespace
+}  // namespace linux_os
 
 std::unique_ptr<ArchiveFolders> makeLibarchiveFolders()
 {
-    return std::make_unique<LibarchiveFolders>();
+    return std::make_unique<linux_os::LibarchiveFolders>();
 }
 
 }  // namespace kelvane

@@ -8,18 +8,14 @@
 namespace kelvane::linux_os {
 namespace {
 
-using namespace std::string_view_literals;
-
-constexpr std::array archiveExtensions{
-    ".7z"sv,  ".ar"sv,  ".cab"sv, ".cpio"sv, ".deb"sv, ".iso"sv, ".lha"sv, ".lzh"sv,  ".rar"sv, ".rpm"sv, ".tar"sv,
-    ".taz"sv, ".tb2"sv, ".tbz"sv, ".tbz2"sv, ".tgz"sv, ".tlz"sv, ".txz"sv, ".tzst"sv, ".xar"sv, ".zip"sv,
-};
+constexpr auto archiveExtensions = std::to_array<std::string_view>(
+    {".7z",  ".ar",  ".cab", ".cpio", ".deb", ".iso", ".lha", ".lzh",  ".rar", ".rpm", ".tar",
+     ".taz", ".tb2", ".tbz", ".tbz2", ".tgz", ".tlz", ".txz", ".tzst", ".xar", ".zip"});
 
 // What packing adds to the name of one of the containers below.
-constexpr std::array packedExtensions{
-    ".bz2"sv, ".gz"sv, ".lz"sv, ".lz4"sv, ".lzma"sv, ".xz"sv, ".z"sv, ".zst"sv,
-};
-constexpr std::array packedContainers{".tar"sv, ".cpio"sv};
+constexpr auto packedExtensions =
+    std::to_array<std::string_view>({".bz2", ".gz", ".lz", ".lz4", ".lzma", ".xz", ".z", ".zst"});
+constexpr auto packedContainers = std::to_array<std::string_view>({".tar", ".cpio"});
 
 constexpr int deepest = 100;
 

@@ -13,9 +13,9 @@
 #include "platform/linux/os_error.h"
 
 namespace kelvane {
+namespace linux_os {
 namespace {
 
-using namespace linux_os;
 namespace fs = std::filesystem;
 
 class LinuxFileSystem final : public FileSystem {
@@ -90,10 +90,11 @@ Result<std::u16string> LinuxFileSystem::ownerName(std::uint32_t ownerId)
 }
 
 }  // namespace
+}  // namespace linux_os
 
 std::unique_ptr<FileSystem> makeLinuxFileSystem()
 {
-    return std::make_unique<LinuxFileSystem>();
+    return std::make_unique<linux_os::LinuxFileSystem>();
 }
 
 }  // namespace kelvane

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 #include <unicode/uchar.h>
 #include <unicode/unorm2.h>
 #include <unicode/utf16.h>
@@ -7,6 +8,9 @@
 
 namespace kelvane {
 namespace {
+
+// The library counts in 32 bits and may need several times the room.
+constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max() / 32;
 
 bool isAscii(std::u16string_view text)
 {
@@ -65,7 +69,7 @@ public:
 
     std::u16string withoutAccents(std::u16string_view text) const override
     {
-        if (isAscii(text))
+        if (isAscii(text) || text.size() > longest)
             return std::u16string(text);
         std::u16string plain;
         plain.reserve(text.size());

@@ -14,28 +14,22 @@ namespace kelvane::linux_os {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::string_view_literals;
 
 // Made up by the kernel or by a program, with nothing on any disk.
-constexpr std::array pseudoTypes{
-    "autofs"sv,    "binfmt_misc"sv, "bpf"sv,      "cgroup"sv,  "cgroup2"sv,   "configfs"sv,   "debugfs"sv,
-    "devpts"sv,    "devtmpfs"sv,    "efivarfs"sv, "fusectl"sv, "hugetlbfs"sv, "lxcfs"sv,      "mqueue"sv,
-    "nfsd"sv,      "nsfs"sv,        "portal"sv,   "proc"sv,    "pstore"sv,    "rpc_pipefs"sv, "securityfs"sv,
-    "selinuxfs"sv, "sockfs"sv,      "sysfs"sv,    "tracefs"sv,
-};
+constexpr auto pseudoTypes = std::to_array<std::string_view>(
+    {"autofs",   "binfmt_misc", "bpf",        "cgroup",    "cgroup2", "configfs", "debugfs", "devpts", "devtmpfs",
+     "efivarfs", "fusectl",     "hugetlbfs",  "lxcfs",     "mqueue",  "nfsd",     "nsfs",    "portal", "proc",
+     "pstore",   "rpc_pipefs",  "securityfs", "selinuxfs", "sockfs",  "sysfs",    "tracefs"});
 
 // On another computer of one's own network.
-constexpr std::array networkTypes{
-    "9p"sv,    "afs"sv, "ceph"sv, "cifs"sv, "coda"sv,  "glusterfs"sv, "lustre"sv,
-    "ncpfs"sv, "nfs"sv, "nfs4"sv, "smb3"sv, "smbfs"sv, "smbnetfs"sv,  "sshfs"sv,
-};
+constexpr auto networkTypes =
+    std::to_array<std::string_view>({"9p", "afs", "ceph", "cifs", "coda", "glusterfs", "lustre", "ncpfs", "nfs", "nfs4",
+                                     "smb3", "smbfs", "smbnetfs", "sshfs"});
 
 // In a store somewhere that hands contents out file by file, often against payment.
-constexpr std::array fetchingTypes{
-    "curlftpfs"sv, "davfs"sv,        "davfs2"sv, "dbxfs"sv,    "gcsfuse"sv,   "google-drive-ocamlfuse"sv,
-    "goofys"sv,    "gvfsd-fuse"sv,   "jmtpfs"sv, "mount-s3"sv, "onedriver"sv, "rclone"sv,
-    "s3fs"sv,      "simple-mtpfs"sv,
-};
+constexpr auto fetchingTypes = std::to_array<std::string_view>(
+    {"curlftpfs", "davfs", "davfs2", "dbxfs", "gcsfuse", "google-drive-ocamlfuse", "goofys", "gvfsd-fuse", "jmtpfs",
+     "mount-s3", "onedriver", "rclone", "s3fs", "simple-mtpfs"});
 
 template <std::size_t count>
 bool holds(const std::array<std::string_view, count>& list, std::string_view word)
@@ -92,7 +86,7 @@ std::optional<Mount> parseLine(std::string_view line)
 {
     const auto fields = fieldsOf(line);
     // A varying number of optional fields ends with "-"; type, source and options follow.
-    const auto dash = std::find(fields.begin(), fields.end(), "-"sv);
+    const auto dash = std::find(fields.begin(), fields.end(), std::string_view("-"));
     if (dash - fields.begin() < 6 || fields.end() - dash < 3)
         return std::nullopt;
     const auto id = toNumber(fields[0]);
@@ -156,7 +150,7 @@ std::vector<Mount> parseMountInfo(std::string_view text)
 VolumeFacts factsOfType(std::string_view type)
 {
     std::string_view kind = type;
-    for (const std::string_view prefix : {"fuse."sv, "fuseblk."sv}) {
+    for (const std::string_view prefix : std::initializer_list<std::string_view>{"fuse.", "fuseblk."}) {
         if (kind.starts_with(prefix))
             kind.remove_prefix(prefix.size());
     }
