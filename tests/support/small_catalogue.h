@@ -24,13 +24,15 @@ private:
     static constexpr FormatId summary{0xF29F85E0, 0x4FF9, 0x1068, {0xAB, 0x91, 0x08, 0x00, 0x2B, 0x27, 0xB3, 0xD9}};
     static constexpr FormatId media{0x64440490, 0x4C8B, 0x11D1, {0x8B, 0x70, 0x08, 0x00, 0x36, 0xB1, 0x1A, 0x03}};
     static constexpr FormatId music{0x56A3372E, 0xCE9C, 0x11D2, {0x9F, 0x0E, 0x00, 0x60, 0x97, 0xC6, 0x86, 0xF6}};
+    static constexpr FormatId message{0xE3E0584C, 0xB788, 0x4A5A, {0xBB, 0x20, 0x7F, 0x5A, 0x44, 0xC9, 0xAC, 0xDD}};
     static constexpr auto fromRecord = property_flag::fromFileRecord;
 
-    static constexpr std::array<PropertyInfo, 8> rows{{
+    static constexpr std::array<PropertyInfo, 9> rows{{
         {"System.ItemTypeText", {storage, 4}, VarType::wideText, fromRecord, u"Type", u""},
         {"System.Size", {storage, 12}, VarType::uint64, fromRecord, u"Size", u""},
         {"System.DateModified", {storage, 14}, VarType::fileTime, fromRecord, u"Date modified", u""},
         {"System.ItemType", {shell, 11}, VarType::wideText, fromRecord, u"Item type", u""},
+        {"System.ItemFolderPathDisplay", {message, 6}, VarType::wideText, fromRecord, u"Folder path", u""},
         {"System.Title", {summary, 2}, VarType::wideText, 0, u"Title", u""},
         {"System.Media.Duration", {media, 3}, VarType::uint64, 0, u"Length", u""},
         {"System.Media.Year", {music, 5}, VarType::uint32, 0, u"Year", u""},
