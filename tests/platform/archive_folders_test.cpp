@@ -1,7 +1,9 @@
 #include "platform/archive_folders.h"
 
 #include <sys/stat.h>
+#include <thread>
 
+#include "platform/file_namespace.h"
 #include "platform/linux/adapters.h"
 #include "platform/linux/archive_names.h"
 #include "support/archive_maker.h"
@@ -233,6 +235,39 @@ TEST_F(ArchiveFoldersTest, AnArchiveThatWasReplacedIsReadAnew)
     std::filesystem::rename(tree_.path("other.tar"), archive);
 
     EXPECT_EQ(contents(archive, 1), "new!");
+}
+
+TEST_F(ArchiveFoldersTest, ThreadsReadEntriesOfOneArchiveAtOnce)
+{
+    std::vector<MadeEntry> entries;
+    for (int i = 0; i < 40; ++i)
+        entries.push_back({std::to_string(i), std::string(5'000, static_cast<char>('a' + i % 26))});
+    const auto archive = make("shared.7z", entries);
+    std::vector<std::thread> threads;
+    for (unsigned first = 0; first < 4; ++first) {
+        threads.emplace_back([&, first] {
+            for (unsigned i = first; i < entries.size(); i += 4)
+                EXPECT_EQ(contents(archive, i), entries[i].contents);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST_F(ArchiveFoldersTest, TheShellWalksARealArchive)
+{
+    const auto files = makeLinuxFileSystem();
+    const auto folding = makeIcuFolding();
+    const auto shell = makeFileNamespace(*files, archives_.get(), *folding);
+    make("real.tar.gz", {{"deep/er/caf\xE9.txt", "found"}, {"top", ""}});
+
+    const auto entry = shell->parse(tree_.path("real.tar.gz").native() + "/deep/er/caf\xE9.txt");
+
+    ASSERT_TRUE(entry.ok());
+    EXPECT_EQ((*entry)->path(), tree_.path("real.tar.gz/deep/er/caf\xE9.txt"));
+    const auto reader = shell->open(**entry, ReadPattern::sequential);
+    ASSERT_TRUE(reader.ok());
+    EXPECT_EQ(textOf(**reader), "found");
 }
 
 TEST_F(ArchiveFoldersTest, ASinkThatHasEnoughEndsTheListing)

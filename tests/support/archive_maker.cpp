@@ -71,7 +71,7 @@ void makeArchive(const std::filesystem::path& path, const std::vector<MadeEntry>
     const Utf8Locale locale;
     const std::unique_ptr<archive, decltype(&archive_write_free)> handle(archive_write_new(), archive_write_free);
     check(handle.get(), archive_write_set_format_filter_by_ext(handle.get(), path.c_str()));
-    if (path.extension() == ".tar")  // takes names that are no UTF-8
+    if (path.native().find(".tar") != std::string::npos)  // takes names that are no UTF-8
         check(handle.get(), archive_write_set_options(handle.get(), "hdrcharset=BINARY"));
     if (!password.empty()) {
         check(handle.get(), archive_write_set_options(handle.get(), "zip:encryption=traditional"));
