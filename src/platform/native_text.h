@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/utf.h"
+#include "base/wtf8.h"
 #include "platform/file_info.h"
 
 namespace kelvane {
@@ -29,26 +30,26 @@ namespace kelvane {
     return toUtf8(std::u16string(name.begin(), name.end()));
 }
 
-// A name stored in a file as bytes: the same bytes on Linux, taken as UTF-8 on Windows.
+// A name stored in a file as bytes: the same bytes on Linux, taken as WTF-8 on Windows.
 template <class Char = NativeString::value_type>
 [[nodiscard]] std::basic_string<Char> nativeFromBytes(std::string_view bytes)
 {
     if constexpr (sizeof(Char) == 1) {
         return std::basic_string<Char>(bytes);
     } else {
-        const std::u16string text = toUtf16(bytes);
+        const std::u16string text = unitsFromWtf8(bytes);
         return std::basic_string<Char>(text.begin(), text.end());
     }
 }
 
-// The form in which path rules and reports hold a name: the same bytes on Linux, UTF-8 on Windows.
+// The form in which path rules and reports hold a name: the same bytes on Linux, WTF-8 on Windows.
 [[nodiscard]] inline std::string bytesFromNative(std::string_view name)
 {
     return std::string(name);
 }
 [[nodiscard]] inline std::string bytesFromNative(std::wstring_view name)
 {
-    return toUtf8(std::u16string(name.begin(), name.end()));
+    return wtf8FromUnits(std::u16string(name.begin(), name.end()));
 }
 
 // The same for a look only: a view where the name is bytes already.

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "base/utf.h"
 #include "base/words.h"
+#include "base/wtf8.h"
 #include "platform/path_rules.h"
 
 namespace kelvane {
@@ -13,57 +13,6 @@ static_assert(computerPrefix.size() == 40);
 
 constexpr std::size_t longestPlainPath = 259;  // MAX_PATH without its terminating zero
 constexpr std::string_view extendedPrefix = R"(\\?\)";
-
-bool isSurrogate(char16_t unit)
-{
-    return unit >= 0xD800 && unit <= 0xDFFF;
-}
-
-bool isPair(std::u16string_view text, std::size_t at)
-{
-    return text[at] < 0xDC00 && at + 1 < text.size() && text[at + 1] >= 0xDC00 && text[at + 1] <= 0xDFFF;
-}
-
-// Windows names may hold lone surrogates, written here as three bytes each. They are carried through by hand, since a
-// conversion that replaced them would make two different files look like one.
-bool isLoneSurrogate(std::string_view bytes, std::size_t at)
-{
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[at + i]); };
-    return at + 2 < bytes.size() && byte(0) == 0xED && byte(1) >= 0xA0 && byte(1) <= 0xBF;
-}
-
-std::u16string toUnits(std::string_view path)
-{
-    std::u16string units;
-    std::size_t done = 0;
-    for (auto at = path.find('\xED'); at != std::string_view::npos; at = path.find('\xED', at + 1)) {
-        if (!isLoneSurrogate(path, at))
-            continue;
-        units += toUtf16(path.substr(done, at - done));
-        units += static_cast<char16_t>(0xD000 | (path[at + 1] & 0x3F) << 6 | (path[at + 2] & 0x3F));
-        done = at + 3;
-    }
-    return units + toUtf16(path.substr(done));
-}
-
-std::string fromUnits(std::u16string_view units)
-{
-    std::string path;
-    std::size_t done = 0;
-    for (std::size_t at = 0; at < units.size(); ++at) {
-        if (!isSurrogate(units[at]))
-            continue;
-        if (isPair(units, at)) {
-            ++at;
-            continue;
-        }
-        path += toUtf8(units.substr(done, at - done));
-        path +=
-            {'\xED', static_cast<char>(0x80 | (units[at] >> 6 & 0x3F)), static_cast<char>(0x80 | (units[at] & 0x3F))};
-        done = at + 1;
-    }
-    return path + toUtf8(units.substr(done));
-}
 
 bool isAscii(std::string_view text)
 {
@@ -95,7 +44,7 @@ public:
 
     std::string comparable(std::string_view path) const override
     {
-        return isAscii(path) ? asciiLower(path) : fromUnits(folding_.lower(toUnits(path)));
+        return isAscii(path) ? asciiLower(path) : wtf8FromUnits(folding_.lower(unitsFromWtf8(path)));
     }
 
     bool rootIsProtected(std::string_view path) const override
@@ -124,8 +73,8 @@ public:
     {
         if (a.empty() || b.find(a) == std::string_view::npos)
             return false;
-        const std::u16string outer = toUnits(a);
-        const std::u16string inner = toUnits(b);
+        const std::u16string outer = unitsFromWtf8(a);
+        const std::u16string inner = unitsFromWtf8(b);
         return outer.size() < 4 || inner.size() <= outer.size() || inner[outer.size()] == u'\\';
     }
 
@@ -141,7 +90,7 @@ public:
 
     std::string toExtendedLength(std::string_view path) const override
     {
-        if (path.starts_with(':') || toUnits(path).size() <= longestPlainPath)
+        if (path.starts_with(':') || unitsFromWtf8(path).size() <= longestPlainPath)
             return std::string(path);
         if (isDrive(path))
             return std::string(extendedPrefix) += path;
