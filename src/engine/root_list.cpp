@@ -108,7 +108,25 @@ private:
 
     bool covers(const KeptRoot& earlier, const KeptRoot& later) const
     {
-        return input_.subfolders ? rules_.covers(earlier.path, later.path) : earlier.path == later.path;
+        if (earlier.path == later.path)
+            return true;
+        return input_.subfolders && rules_.covers(earlier.path, later.path) && walkReaches(earlier.path, later.path);
+    }
+
+    // A walk stops at links, and under protection at what is hidden. A root behind such a place was named for that
+    // very reason; should the walk get there after all, it still enters each folder once.
+    bool walkReaches(const std::string& outer, const std::string& inner) const
+    {
+        const std::filesystem::path from = nativeFromBytes(outer);
+        std::filesystem::path at = nativeFromBytes(inner);
+        for (; at != from && at.has_relative_path(); at = at.parent_path()) {
+            const auto facts = shell_.files().details(at, Links::asThemselves);
+            if (facts && facts->kind == FileKind::link)
+                return false;
+            if (facts && input_.protect && (facts->attributes & (attribute::hidden | attribute::system)) != 0)
+                return false;
+        }
+        return true;
     }
 
     void dropCovered()

@@ -160,6 +160,19 @@ TEST_F(PosixRoots, NestAtComponentBordersAndKeepTheirCase)
     EXPECT_EQ(clean({"/d/a/b", "/d/a"}, false).roots.size(), 2u);
 }
 
+// Dropped as nested, they would be searched by no walk at all.
+TEST_F(PosixRoots, RootsThatTheOuterWalkCannotReachStay)
+{
+    files.addFolder("/d/.config/x");
+    files.addFolder("/d/plain/x");
+    files.addFolder("/disk/pictures/y");
+    files.addSymbolicLink("/d/pictures", "/disk/pictures");
+    EXPECT_THAT(clean({"/d", "/d/.config", "/d/.config/x", "/d/plain/x"}).roots, ElementsAre("/d", "/d/.config"));
+    EXPECT_THAT(clean({"/d", "/d/.config/x"}).roots, ElementsAre("/d", "/d/.config/x"));
+    EXPECT_THAT(clean({"/d", "/d/.config"}, true, false).roots, ElementsAre("/d"));
+    EXPECT_THAT(clean({"/d", "/d/pictures", "/d/pictures/y"}).roots, ElementsAre("/d", "/d/pictures"));
+}
+
 TEST_F(PosixRoots, OddNamesComeThroughUnchanged)
 {
     const std::string odd = "/d/a|b\\\n\xFF";
