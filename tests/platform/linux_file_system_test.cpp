@@ -158,12 +158,13 @@ TEST_F(LinuxFileSystemTest, KernelFileSystemsArePseudo)
     EXPECT_EQ(facts->fileSystem, "proc");
 }
 
-TEST_F(LinuxFileSystemTest, AFileThatClaimsToBeEmptyIsReadAllTheSame)
+// The kernel hands such a file out in pieces of a page, each shorter than what was asked for.
+TEST_F(LinuxFileSystemTest, AFileThatClaimsToBeEmptyIsReadWholeAllTheSame)
 {
-    const auto reader = files_->openForReading("/proc/self/status", ReadPattern::sequential);
+    const auto reader = files_->openForReading("/proc/self/maps", ReadPattern::sequential);
     ASSERT_TRUE(reader.ok());
-    std::byte buffer[64];
-    EXPECT_EQ(*(*reader)->read(buffer), sizeof buffer);
+    std::vector<std::byte> buffer(64 * 1024);
+    EXPECT_GT(*(*reader)->read(buffer), 4096u);
 }
 
 }  // namespace
