@@ -1,6 +1,7 @@
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <ostream>
 
 #include "cli/choices.h"
@@ -37,12 +38,22 @@ std::vector<std::string> optionNames(const CLI::App& app)
 std::optional<std::string> leftoverMessage(const CLI::App& app)
 {
     const std::vector<std::string> rest = app.remaining();
-    if (rest.empty())
+    const auto first = std::find_if(rest.begin(), rest.end(), [](const std::string& word) { return word != "--"; });
+    if (first == rest.end())
         return std::nullopt;
-    const std::string& word = rest.front();
+    const std::string& word = *first;
     if (word.starts_with("-"))
         return unknownWord("option", word.substr(0, word.find('=')), optionNames(app));
     return "one argument too many: \"" + word + '"';
+}
+
+// CLI11 parts its groups by two empty lines; one is enough.
+std::string helpText(const CLI::App& app)
+{
+    std::string text = app.help();
+    for (auto at = text.find("\n\n\n"); at != std::string::npos; at = text.find("\n\n\n", at))
+        text.erase(at, 1);
+    return text;
 }
 
 std::vector<std::string> reversed(const Arguments& arguments)
@@ -61,7 +72,7 @@ std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positiona
     try {
         app.parse(reversed(arguments));
     } catch (const CLI::CallForHelp&) {
-        console.out << app.help();
+        console.out << helpText(app);
         return ExitCode::done;
     } catch (const CLI::ParseError& error) {
         return refuse(console, error.what());

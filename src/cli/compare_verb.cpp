@@ -103,7 +103,7 @@ ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Conso
     CLI::App app("Says stage by stage why two files match or not, with the values compared.", "compare");
     app.footer(std::string(footer) + exitCodeHelp);
     std::vector<std::string> files;
-    app.add_option("FILE", files, "The two files");
+    app.add_option("FILE", files, "The two files")->type_name("");
     RawOptions raw;
     addOptions(app, raw);
     if (const auto over = parseArguments(app, "A B", arguments, console))

@@ -115,12 +115,14 @@ ExitCode describeFile(const std::string& path, OutputFormat format, const Proper
 
 void addDescribeOptions(CLI::App& app, RawDescribe& raw)
 {
-    app.add_option("FILE", raw.files, "The file");
-    app.add_option("--as", raw.descriptor, "text, audio or image: only that descriptor (not built yet: refused)")
+    app.add_option("FILE", raw.files, "The file or folder")->type_name("");
+    app.add_option("--as", raw.descriptor,
+                   "Only one descriptor: text, audio or image\n"
+                   "(not built yet: refused)")
         ->type_name("WORD");
     app.add_option("--format", raw.format, "text (the default) or json")->type_name("WORD")->take_last();
     app.add_flag("--json", raw.json, "The same as --format json");
-    app.add_flag("--list", raw.list, "Print the names of all properties, those that --match of a scan accepts");
+    app.add_flag("--list", raw.list, "Print the names that --match of a scan accepts");
 }
 
 }  // namespace

@@ -1,7 +1,17 @@
-#include <cstdio>
+#include <algorithm>
+#include <iostream>
 
-int main()
+#include "cli/console.h"
+#include "cli/output_stream.h"
+
+int main(int count, char** words)
 {
-    std::puts("kelvane-cli: no verb is built yet");
-    return 2;
+    using namespace kelvane;
+    const auto platform = makePlatform();
+    CancelFlag cancel;
+    const auto watch = platform->interrupts().watch(cancel);
+    OutputStream out(stdout);
+    const Console console{out, std::cerr, cancel, platform->terminal().columns(StandardStream::errors),
+                          [&out] { return out.failure(); }};
+    return static_cast<int>(runConsole({words + std::min(count, 1), words + count}, *platform, console));
 }

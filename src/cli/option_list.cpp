@@ -34,25 +34,30 @@ private:
 void addFileOptions(Declarer& add, RawOptions& raw)
 {
     add.group(chooseFiles);
-    add.word("--category", raw.category, "WORD", "audio, video, documents, images, ebooks or all (the default)");
+    add.word("--category", raw.category, "WORD",
+             "Only files of this sort: audio, video, documents,\n"
+             "images, ebooks or all (the default)");
     add.word("--masks", raw.masks, "LIST",
-             "Only files with these extensions (jpg,aif*) or names (report*.pdf), comma-separated");
+             "Only files with these extensions or names,\n"
+             "comma-separated: jpg,aif*,report*.pdf");
     add.word("--min-size", raw.minSize, "SIZE",
-             "Only files of at least SIZE bytes; 64K, 10M, 1G are understood. Default 1; 0 takes empty files in");
+             "Only files of at least SIZE bytes (64K, 10M, 1G);\n"
+             "the default is 1, and 0 takes empty files in");
     add.flag("--ignore-small", raw.ignoreSmall, "Leave out tiny files (up to 50000 bytes)");
-    add.flag("--no-subfolders", raw.noSubfolders, "Only the files of the given folders themselves");
-    add.flag("--no-protect", raw.noProtect, "Also enter system folders, hidden folders and hidden files");
+    add.flag("--no-subfolders", raw.noSubfolders, "Only files that lie in the given folders directly");
+    add.flag("--no-protect", raw.noProtect, "Also look at system folders and hidden files");
     add.flag("--follow-links", raw.followLinks, "Follow symbolic links");
-    add.flag("--archives", raw.archives, "Look into archives (zip, 7z, tar and friends)");
+    add.flag("--archives", raw.archives, "Look into archives (zip, 7z, tar and the like)");
 }
 
 void addMatchOptions(Declarer& add, RawOptions& raw)
 {
     add.group(chooseMatch);
     add.word("--match", raw.match, "LIST",
-             "Properties that must be equal, comma-separated (System.Size,System.Title). "
-             "'kelvane-cli describe --list' prints all names");
-    add.word("--similar", raw.similar, "PERCENT", "Values and contents need only be this similar, 1 to 100");
+             "Properties that must be equal, comma-separated:\n"
+             "System.FileName,System.Size ('kelvane-cli describe\n"
+             "--list' prints all names)");
+    add.word("--similar", raw.similar, "PERCENT", "Values need only be this similar, 1 to 100");
     add.flag("--content", raw.content, "Compare contents; the default unless --match is given");
     add.flag("--no-content", raw.noContent, "Compare the --match properties only");
     add.flag("--same-type", raw.sameType, "Files of different types never match");
@@ -61,9 +66,11 @@ void addMatchOptions(Declarer& add, RawOptions& raw)
 void addOutputOptions(Declarer& add, RawOptions& raw)
 {
     add.group(chooseOutput);
-    add.word("--format", raw.format, "WORD", "text (the default), json, csv, or null (names ended by NUL)");
+    add.word("--format", raw.format, "WORD",
+             "text (the default), json, csv, or null (bare names,\n"
+             "each ended by NUL, one more NUL between groups)");
     add.flag("--json", raw.json, "The same as --format json");
-    add.word("--progress", raw.progress, "WORD", "auto (the default: on a terminal), always or never");
+    add.word("--progress", raw.progress, "WORD", "auto (on a terminal; the default), always or never");
     add.flag("--verbose", raw.verbose, "List every file that was skipped, with the reason");
 }
 
@@ -72,8 +79,8 @@ void addRunOptions(Declarer& add, RawOptions& raw)
     add.group(chooseRun);
     add.word("--threads", raw.threads, "N", "Worker threads; default: by the number of processors");
     add.flag("--low-priority", raw.lowPriority, "Give other programs precedence");
-    add.word("--seed", raw.seed, "N", "Seed of the random generator, for runs that can be repeated exactly");
-    add.word("--settings", raw.settings, "FILE", "Settings from an INI file (not built yet: refused)");
+    add.word("--seed", raw.seed, "N", "Seed of the random generator, to repeat a run");
+    add.word("--settings", raw.settings, "FILE", "Settings of an INI file (not built yet: refused)");
 }
 
 }  // namespace

@@ -16,16 +16,18 @@ bool namesAreKnown(const CScanNode& definition, const PropertyCatalogue& catalog
 
 Result<ScanCriteria> requestedCriteria(const ScanRequest& request, const PropertyCatalogue& catalogue)
 {
-    auto criteria = makeCriteria(request.definition, request.options, catalogue);
-    if (!criteria) {
-        Error error = criteria.error();
-        if (!namesAreKnown(request.definition, catalogue))
-            error.detail += "; 'kelvane-cli describe --list' prints all names";
-        return error;
-    }
-    if (auto able = checkDescriptors(*criteria, nullptr); !able)
+    // Asked first, since without a descriptor there may be nothing else to compare either.
+    ScanCriteria asked;
+    asked.definition = request.definition;
+    asked.options = request.options;
+    if (auto able = checkDescriptors(asked, nullptr); !able)
         return able.error();
-    return criteria;
+    auto criteria = makeCriteria(request.definition, request.options, catalogue);
+    if (criteria || namesAreKnown(request.definition, catalogue))
+        return criteria;
+    Error error = criteria.error();
+    error.detail += "; 'kelvane-cli describe --list' prints all names";
+    return error;
 }
 
 }  // namespace kelvane

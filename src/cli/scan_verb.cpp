@@ -90,7 +90,7 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     CLI::App app("Finds duplicate files in folders and prints them in groups.", "scan");
     app.footer(std::string(footer) + exitCodeHelp);
     std::vector<std::string> roots;
-    app.add_option("ROOT", roots, "A folder to search");
+    app.add_option("ROOT", roots, "A folder to search")->type_name("");
     RawOptions raw;
     addOptions(app, raw);
     if (const auto over = parseArguments(app, "ROOT...", arguments, console))

@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "console_run.h"
+#include "support/temp_tree.h"
+
+namespace kelvane {
+namespace {
+
+using nlohmann::json;
+using ::testing::HasSubstr;
+using testing::runCli;
+using ::testing::StartsWith;
+
+class CompareVerb : public ::testing::Test {
+protected:
+    testing::ConsoleRun compare(const char* a, const char* b, Arguments more) const
+    {
+        Arguments arguments = {"compare", tree_.path(a).string(), tree_.path(b).string()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return runCli(arguments);
+    }
+    json compareJson(const char* a, const char* b, Arguments more) const
+    {
+        more.push_back("--json");
+        return json::parse(compare(a, b, more).out);
+    }
+    testing::TempTree tree_;
+};
+
+TEST_F(CompareVerb, EqualFilesMatchStageByStage)
+{
+    tree_.write("a.txt", "same");
+    tree_.write("b.doc", "same");
+    EXPECT_EQ(compare("a.txt", "b.doc", {}).code, ExitCode::done);
+    EXPECT_EQ(compareJson("a.txt", "b.doc", {}), json::parse(R"({"result": 0, "match": true, "approximate": false,
+        "sameFile": false, "score": null, "stages": [
+        {"stage": 1, "name": "System.Size", "a": 4, "b": 4, "difference": null, "allowed": null, "equal": true},
+        {"stage": 2, "name": "content", "a": null, "b": null, "difference": null, "allowed": null, "equal": true}]})"));
+}
+
+TEST_F(CompareVerb, DifferentTypesPartAtTheirOwnStage)
+{
+    tree_.write("x.txt", "same");
+    tree_.write("x.doc", "same");
+    const json answer = compareJson("x.txt", "x.doc", {"--same-type"});
+    EXPECT_EQ(answer.at("result"), 2);
+    EXPECT_EQ(answer.at("stages").back(), json::parse(R"({"stage": 2, "name": "type", "a": ".txt", "b": ".doc",
+        "difference": null, "allowed": null, "equal": false})"));
+}
+
+TEST_F(CompareVerb, TheStageThatPartsIsTheLastOne)
+{
+    tree_.write("a", "one");
+    tree_.write("b", "two");
+    tree_.write("c", "three");
+    const auto content = compare("a", "b", {});
+    EXPECT_EQ(content.code, ExitCode::incomplete);
+    EXPECT_THAT(content.out, HasSubstr("content"));
+    EXPECT_THAT(content.out, HasSubstr("part at stage 2."));
+    const json size = compareJson("a", "c", {});
+    EXPECT_EQ(size.at("result"), 1);
+    EXPECT_EQ(size.at("stages").size(), 1u);
+    EXPECT_EQ(size.at("stages").at(0).at("b"), 5);
+}
+
+TEST_F(CompareVerb, HugeFilesSaySoWhenTheyWereSampled)
+{
+    std::string bytes(24 << 20, 'x');
+    tree_.write("a", bytes);
+    bytes[(10 << 20) + 1] = 'y';  // just behind the head, before the first sample
+    tree_.write("b", bytes);
+    bytes.back() = 'z';  // the last sample ends with the file
+    tree_.write("c", bytes);
+    const json answer = compareJson("a", "b", {});
+    EXPECT_EQ(answer.at("match"), true);
+    EXPECT_EQ(answer.at("approximate"), true);
+    EXPECT_THAT(compare("a", "b", {}).out, HasSubstr("equal (sampled)"));
+    EXPECT_EQ(compare("a", "c", {}).code, ExitCode::incomplete);
+}
+
+TEST_F(CompareVerb, SimilarValuesShowHowFarTheyAreApart)
+{
+    tree_.write("a", std::string(1000, 'x'));
+    tree_.write("b", std::string(1105, 'x'));
+    const json answer = compareJson("a", "b", {"--match", "System.Size", "--similar", "90"});
+    EXPECT_EQ(answer.at("match"), true);
+    EXPECT_EQ(answer.at("stages").at(0).at("difference"), 9);
+    EXPECT_EQ(answer.at("stages").at(0).at("allowed"), 10);
+}
+
+TEST_F(CompareVerb, ItIsSaidWhatAScanWouldNotEvenCompare)
+{
+    tree_.write("a.jpg", "same");
+    tree_.write("b.txt", "same");
+    tree_.hardLink("c.jpg", "a.jpg");
+    const auto masked = compare("a.jpg", "b.txt", {"--masks", "jpg", "--min-size", "5"});
+    EXPECT_THAT(masked.err, HasSubstr("b.txt: note: a scan with these masks leaves this file out"));
+    EXPECT_THAT(masked.err, HasSubstr("a.jpg: note: a scan leaves files of this size out"));
+    EXPECT_EQ(compareJson("a.jpg", "c.jpg", {}).at("sameFile"), true);
+    EXPECT_THAT(compare("a.jpg", "c.jpg", {}).out, HasSubstr("lead to one file"));
+}
+
+TEST_F(CompareVerb, CsvHasARowAStage)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    EXPECT_EQ(compare("a", "b", {"--format", "csv"}).out, "stage,name,a,b,difference,allowed,score,equal\r\n"
+                                                          "1,System.Size,4,4,,,,true\r\n2,content,,,,,,true\r\n");
+}
+
+TEST_F(CompareVerb, TextIsATableWithoutEmptyColumns)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    const std::string root = tree_.path().string();
+    EXPECT_EQ(compare("a", "b", {}).out, "A: " + root + "/a\nB: " + root +
+                                             "/b\n\n"
+                                             "stage  compared     A  B  result\n"
+                                             "1      System.Size  4  4  equal\n"
+                                             "2      content            equal\n"
+                                             "\nThe files match.\n");
+}
+
+}  // namespace
+}  // namespace kelvane

@@ -1,0 +1,276 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "base/words.h"
+#include "console_run.h"
+#include "support/temp_tree.h"
+
+namespace kelvane {
+namespace {
+
+using nlohmann::json;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using testing::runCli;
+using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
+using Names = std::multiset<std::string>;
+
+// Protection keeps out of the temporary folder of some systems; what it does is tested on its own.
+class ScanVerb : public ::testing::Test {
+protected:
+    testing::ConsoleRun scan(Arguments more, const testing::Surroundings& around = {}) const
+    {
+        Arguments arguments = {"scan", "--no-protect", tree_.path().string()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return runCli(arguments, around);
+    }
+
+    // The groups as sets of paths below the root.
+    std::multiset<Names> groups(Arguments more) const
+    {
+        more.push_back("--json");
+        std::multiset<Names> sets;
+        const json document = json::parse(scan(more).out);
+        for (const auto& group : document.at("groups")) {
+            Names names;
+            for (const auto& file : group.at("files"))
+                names.insert(file.at("path").get<std::string>().substr(tree_.path().string().size() + 1));
+            sets.insert(names);
+        }
+        return sets;
+    }
+
+    testing::TempTree tree_;
+};
+
+TEST_F(ScanVerb, FindsEveryExactCopyOfAtLeastOneByte)
+{
+    tree_.write("a", "same");
+    tree_.write("sub/b.txt", "same");
+    tree_.write("c", "Same");
+    tree_.write("d", "longer");
+    tree_.write(".hidden/d", "longer");
+    tree_.write("empty1", "");
+    tree_.write("empty2", "");
+    tree_.hardLink("a link", "a");
+    tree_.symlink("d link", tree_.path("d"));
+    const auto found = groups({});
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found.count({".hidden/d", "d"}), 1u);
+    EXPECT_TRUE(found.count({"a", "sub/b.txt"}) == 1 || found.count({"a link", "sub/b.txt"}) == 1);
+}
+
+TEST_F(ScanVerb, OptionsChooseTheFiles)
+{
+    tree_.write("a.jpg", "same");
+    tree_.write("b.jpg", "same");
+    tree_.write("sub/c.txt", "same");
+    tree_.write("e1", "");
+    tree_.write("e2", "");
+    EXPECT_THAT(groups({}), ElementsAre(Names{"a.jpg", "b.jpg", "sub/c.txt"}));
+    EXPECT_THAT(groups({"--masks", "jpg"}), ElementsAre(Names{"a.jpg", "b.jpg"}));
+    EXPECT_THAT(groups({"--category", "images"}), ElementsAre(Names{"a.jpg", "b.jpg"}));
+    EXPECT_THAT(groups({"--no-subfolders"}), ElementsAre(Names{"a.jpg", "b.jpg"}));
+    EXPECT_THAT(groups({"--same-type"}), ElementsAre(Names{"a.jpg", "b.jpg"}));
+    EXPECT_THAT(groups({"--min-size", "5"}), IsEmpty());
+    EXPECT_THAT(groups({"--ignore-small"}), IsEmpty());
+    EXPECT_THAT(groups({"--min-size", "0"}),
+                UnorderedElementsAre(Names{"a.jpg", "b.jpg", "sub/c.txt"}, Names{"e1", "e2"}));
+}
+
+TEST_F(ScanVerb, PropertiesAloneMayDecide)
+{
+    tree_.write("one/x", "1234");
+    tree_.write("two/x", "5678");
+    tree_.write("y", "1234");
+    EXPECT_THAT(groups({"--match", "System.FileName"}), ElementsAre(Names{"one/x", "two/x"}));
+    EXPECT_THAT(groups({"--match", "System.FileName", "--content"}), IsEmpty());
+    EXPECT_THAT(groups({"--match", "System.Size"}), ElementsAre(Names{"one/x", "two/x", "y"}));
+}
+
+TEST_F(ScanVerb, JsonHoldsDefinitionStatisticsAndGroups)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    const json document = json::parse(scan({"--json", "--min-size", "2", "--masks", "*"}).out);
+    const json& definition = document.at("definition");
+    EXPECT_EQ(definition.at("roots"), json({{{"path", tree_.path().string()}}}));
+    EXPECT_EQ(definition.at("category"), "all");
+    EXPECT_EQ(definition.at("properties"), json({"System.Size"}));
+    EXPECT_EQ(definition.at("similarity"), 100);
+    EXPECT_EQ(definition.at("minSize"), 2);
+    EXPECT_EQ(definition.at("flags"), json({"content", "skip-links", "skip-empty", "subfolders"}));
+    const json& stats = document.at("stats");
+    EXPECT_EQ(stats.at("files"), 2);
+    EXPECT_EQ(stats.at("bytes"), 8);
+    EXPECT_EQ(stats.at("groups"), 1);
+    EXPECT_EQ(stats.at("duplicates"), 1);
+    EXPECT_EQ(stats.at("skipped"), 0);
+    EXPECT_GE(stats.at("seconds").get<double>(), 0);
+    for (const char* phase : {"gathering", "sorting", "comparing"})
+        EXPECT_TRUE(stats.at("phases").at(phase).is_number()) << phase;
+    const json& group = document.at("groups").at(0);
+    EXPECT_EQ(group.at("id"), 1);
+    EXPECT_EQ(group.at("approximate"), false);
+    const json& file = group.at("files").at(0);
+    EXPECT_EQ(file.at("size"), 4);
+    EXPECT_THAT(file.at("modified").get<std::string>(), ::testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T.*Z"));
+    EXPECT_FALSE(file.contains("pathBytes"));
+}
+
+TEST_F(ScanVerb, TextIsForPeopleWithTheSummaryApart)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    const auto run = scan({});
+    EXPECT_EQ(run.code, ExitCode::done);
+    const std::string root = tree_.path().string();
+    EXPECT_THAT(splitWords(run.out, '\n'),
+                UnorderedElementsAre("Group 1: 2 files, 4 bytes each", root + "/a", root + "/b"));
+    EXPECT_THAT(run.out, StartsWith("Group 1"));
+    EXPECT_THAT(run.err, StartsWith("1 duplicate in 1 group, 4 bytes could be freed; 2 files (8 bytes) in "));
+}
+
+TEST_F(ScanVerb, FindingNothingIsNoFailure)
+{
+    tree_.write("a", "x");
+    const auto run = scan({});
+    EXPECT_EQ(run.code, ExitCode::done);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, StartsWith("No duplicates found; 1 file (1 byte)"));
+    EXPECT_EQ(json::parse(scan({"--json"}).out).at("groups"), json::array());
+}
+
+TEST_F(ScanVerb, AnyNameSurvivesInTheFormatsForPrograms)
+{
+    const std::string strange = "new\nline \"q\", \xFF";
+    tree_.write(strange, "same");
+    tree_.write("z", "same");
+    const std::string root = tree_.path().string();
+
+    EXPECT_THAT(splitWords(scan({"--format", "null"}).out, '\0'),
+                UnorderedElementsAre(root + '/' + strange, root + "/z"));
+
+    const json document = json::parse(scan({"--json"}).out);
+    std::map<std::string, json> files;
+    for (const json& file : document.at("groups").at(0).at("files"))
+        files.emplace(file.at("path"), file);
+    ASSERT_EQ(files.count(root + "/new\nline \"q\", \xEF\xBF\xBD"), 1u);
+    EXPECT_EQ(files.begin()->second.at("pathBytes"), root + "/new%0Aline%20%22q%22%2C%20%FF");
+    EXPECT_FALSE(files.at(root + "/z").contains("pathBytes"));
+
+    const std::string csv = scan({"--format", "csv"}).out;
+    EXPECT_THAT(csv, StartsWith("group,approximate,size,modified,path,path_bytes\r\n1,false,4,"));
+    EXPECT_THAT(csv, HasSubstr("\"" + root + "/new\nline \"\"q\"\", \xEF\xBF\xBD\"," + root + "/new%0Aline"));
+    EXPECT_THAT(csv, HasSubstr("," + root + "/z,\r\n"));
+
+    EXPECT_THAT(scan({}).out, HasSubstr("/new\\nline \"q\", \xEF\xBF\xBD\n"));
+}
+
+TEST_F(ScanVerb, GroupsStandApart)
+{
+    for (const char* name : {"a1", "a2"})
+        tree_.write(name, "one");
+    for (const char* name : {"b1", "b2"})
+        tree_.write(name, "other");
+    const std::string root = tree_.path().string() + '/';
+    const auto name = [&](const char* file) { return root + file + '\0'; };
+    const std::string null = scan({"--format", "null"}).out;
+    const std::string first = name("a1") + name("a2");
+    const std::string second = name("b1") + name("b2");
+    EXPECT_EQ(null.size(), first.size() + 1 + second.size());
+    EXPECT_EQ(null.find(std::string(2, '\0')), first.size() - 1);
+    EXPECT_THAT(scan({}).out, HasSubstr("\n\nGroup 2: 2 files"));
+}
+
+TEST_F(ScanVerb, ABadRootIsNamedAndTheOthersGoOn)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    const std::string missing = tree_.path("missing").string();
+    const auto run = scan({missing});
+    EXPECT_EQ(run.code, ExitCode::incomplete);
+    EXPECT_THAT(run.out, StartsWith("Group 1"));
+    EXPECT_THAT(run.err, HasSubstr("kelvane-cli: " + missing + ": "));
+    const auto twice = scan({tree_.path().string()});
+    EXPECT_EQ(twice.code, ExitCode::done) << "a root inside another one is no fault";
+}
+
+TEST_F(ScanVerb, AProtectedRootIsNamedWithTheOptionThatAdmitsIt)
+{
+    const auto run = runCli({"scan", "/proc", "/usr/lib"});
+    EXPECT_EQ(run.code, ExitCode::usage);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, HasSubstr("/usr/lib: lies in a protected folder; --no-protect admits it\n"));
+}
+
+TEST_F(ScanVerb, UnreadableFilesAreCountedAndListedOnRequest)
+{
+    testing::MemoryPlatform platform;
+    for (const char* name : {"/r/a", "/r/b", "/r/locked"})
+        platform.memory.addFile(name, "same");
+    platform.memory.setHook([](const std::string& operation, const std::string& path) -> std::optional<Error> {
+        if (operation == "open" && path == "/r/locked")
+            return Error{ErrorKind::accessDenied, 13, "Permission denied"};
+        return std::nullopt;
+    });
+    const auto brief = runCli({"scan", "/r"}, {}, platform);
+    EXPECT_EQ(brief.code, ExitCode::incomplete);
+    EXPECT_THAT(brief.out, StartsWith("Group 1: 2 files"));
+    EXPECT_THAT(brief.err, HasSubstr("1 file or folder could not be read; --verbose lists them"));
+    EXPECT_THAT(brief.err, Not(HasSubstr("/r/locked")));
+    const auto verbose = runCli({"scan", "/r", "--verbose", "--json"}, {}, platform);
+    EXPECT_THAT(verbose.err, HasSubstr("/r/locked: Permission denied\n"));
+    EXPECT_EQ(json::parse(verbose.out).at("stats").at("skipped"), 1);
+}
+
+TEST_F(ScanVerb, ACancelledScanPrintsNothing)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    for (const char* format : {"text", "json", "csv", "null"}) {
+        const auto run = scan({"--format", format}, {{}, true});
+        EXPECT_EQ(run.code, ExitCode::cancelled) << format;
+        EXPECT_EQ(run.out, "") << format;
+        EXPECT_THAT(run.err, HasSubstr("cancelled")) << format;
+    }
+}
+
+TEST_F(ScanVerb, ProgressIsDrawnOnATerminalAndErased)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    EXPECT_THAT(scan({}).err, Not(HasSubstr("phase 1")));
+    EXPECT_THAT(scan({"--progress", "never"}, {80, false}).err, Not(HasSubstr("phase 1")));
+    EXPECT_THAT(scan({"--progress", "always"}).err, HasSubstr("phase 1"));
+    const std::string drawn = scan({"--json"}, {80, false}).err;
+    EXPECT_THAT(drawn, HasSubstr("phase 1"));
+    const auto last = splitWords(drawn, '\r').back();
+    EXPECT_TRUE(last.find("phase") != std::string::npos && drawn.back() == '\r');
+    EXPECT_EQ(drawn[drawn.size() - 2], ' ') << "the line is wiped at the end";
+}
+
+TEST_F(ScanVerb, AFolderMayBeNamedLikeAVerbOrAnOption)
+{
+    tree_.write("-odd/a", "same");
+    tree_.write("-odd/b", "same");
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(tree_.path());
+    std::filesystem::rename("-odd", "compare");
+    const auto verb = runCli({"scan", "--no-protect", "compare"});
+    std::filesystem::rename("compare", "--json");
+    const auto option = runCli({"scan", "--no-protect", "--", "--json"});
+    std::filesystem::current_path(before);
+    EXPECT_THAT(verb.out, HasSubstr("/compare/a\n"));
+    EXPECT_THAT(option.out, HasSubstr("/--json/a\n"));
+}
+
+}  // namespace
+}  // namespace kelvane
