@@ -132,7 +132,8 @@ void writeJson(const Comparison& comparison, std::ostream& out)
                  {"approximate", comparison.result.approximate},
                  {"sameFile", comparison.sameFile},
                  {"stages", std::move(stages)},
-                 {"score", std::move(score)}})
+                 {"score", std::move(score)}},
+                Layout::indented)
         << '\n';
 }
 

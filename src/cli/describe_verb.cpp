@@ -22,6 +22,8 @@ constexpr const char* footer = "\nExamples:\n"
                                "  kelvane-cli describe --json photo.jpg\n"
                                "  kelvane-cli describe --list\n";
 
+constexpr std::uint64_t leastRounded = 10 * 1024;  // below, a size is shown in bytes anyway
+
 struct RawDescribe {
     std::vector<std::string> files;
     std::string descriptor, format;
@@ -60,7 +62,7 @@ std::vector<Described> describe(ItemContext& file, const PropertySource& source,
 std::string valueText(const Described& described)
 {
     std::string text = printable(toUtf8(formatRaw(described.node->raw)));
-    if (described.property.identifier == property_id::size)
+    if (described.property.identifier == property_id::size && described.value.bits >= leastRounded)
         text += " (" + sizeText({described.value.bits}) + ')';
     return text;
 }
@@ -85,14 +87,14 @@ void writeJson(const std::string& path, const std::vector<Described>& all, std::
     Json document;
     addPath(document, path);
     document["properties"] = std::move(properties);
-    out << dump(document) << '\n';
+    out << dump(document, Layout::indented) << '\n';
 }
 
 void writeNames(OutputFormat format, const PropertyCatalogue& catalogue, std::ostream& out)
 {
     const std::vector<std::string> names = catalogue.names();
     if (format == OutputFormat::json) {
-        out << dump({{"properties", names}}) << '\n';
+        out << dump({{"properties", names}}, Layout::indented) << '\n';
         return;
     }
     for (const std::string& name : names)

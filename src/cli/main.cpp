@@ -3,15 +3,27 @@
 
 #include "cli/console.h"
 #include "cli/output_stream.h"
+#include "platform/standard_streams.h"
 
-int main(int count, char** words)
+namespace kelvane {
+namespace {
+
+ExitCode runProgram(const Arguments& arguments)
 {
-    using namespace kelvane;
     const auto platform = makePlatform();
     CancelFlag cancel;
     const auto watch = platform->interrupts().watch(cancel);
     OutputStream out(stdout);
     const Console console{out, std::cerr, cancel, platform->terminal().columns(StandardStream::errors),
                           [&out] { return out.failure(); }};
-    return static_cast<int>(runConsole({words + std::min(count, 1), words + count}, *platform, console));
+    return runConsole(arguments, *platform, console);
+}
+
+}  // namespace
+}  // namespace kelvane
+
+int main(int count, char** words)
+{
+    kelvane::reserveStandardStreams();
+    return static_cast<int>(kelvane::runProgram({words + std::min(count, 1), words + count}));
 }

@@ -93,13 +93,13 @@ Json groupJson(const ResultGroup& group)
 // Group by group, one a line: a document of any length takes the memory of its largest group.
 void writeJsonReport(const ScanOutcome& outcome, std::ostream& out)
 {
-    out << "{\"definition\": " << dump(definitionJson(outcome)) << ",\n\"stats\": " << dump(statsJson(outcome))
-        << ",\n\"groups\": [";
+    out << "{\"definition\": " << dump(definitionJson(outcome), Layout::oneLine)
+        << ",\n\"stats\": " << dump(statsJson(outcome), Layout::oneLine) << ",\n\"groups\": [";
     bool first = true;
     for (const auto& group : outcome.results.groups()) {
         if (!out.good())
             return;
-        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(groupJson(*group));
+        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(groupJson(*group), Layout::oneLine);
     }
     out << (first ? "" : "\n") << "]}\n";
 }

@@ -60,7 +60,7 @@ std::uint64_t reclaimable(const ResultsModel& results)
 std::string secondsText(double seconds)
 {
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f seconds", seconds);
+    std::snprintf(text.data(), text.size(), "%.2f seconds", seconds);
     return text.data();
 }
 

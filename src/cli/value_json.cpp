@@ -56,9 +56,9 @@ Json listJson(const RawValue& raw)
 
 }  // namespace
 
-std::string dump(const Json& json)
+std::string dump(const Json& json, Layout layout)
 {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return json.dump(layout == Layout::indented ? 2 : -1, ' ', false, Json::error_handler_t::replace);
 }
 
 void addPath(Json& object, std::string_view bytes)

@@ -10,8 +10,10 @@ namespace kelvane {
 
 using Json = nlohmann::ordered_json;  // members in the order in which they are documented
 
-// One line, without a line feed. Never throws: what is no UTF-8 becomes U+FFFD.
-[[nodiscard]] std::string dump(const Json& json);
+enum class Layout { oneLine, indented };
+
+// Without a line feed at the end. Never throws: what is no UTF-8 becomes U+FFFD.
+[[nodiscard]] std::string dump(const Json& json, Layout layout);
 
 // Adds "path" and, for a name that is no valid UTF-8, "pathBytes" with its percent-encoded bytes.
 void addPath(Json& object, std::string_view bytes);
