@@ -6,7 +6,7 @@
 namespace kelvane {
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
+constexpr char16_t replacement = 0xFFFD;
 
 struct Decoded {
     char32_t codePoint = replacement;
@@ -91,6 +91,23 @@ void appendUtf8(std::string& out, char32_t codePoint)
     }
 }
 
+// The text of the bytes; what is malformed is written by instead(bytes).
+template <class Instead>
+std::u16string decode(std::string_view bytes, Instead instead)
+{
+    std::u16string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const Decoded decoded = decodeOne(bytes);
+        if (decoded.valid)
+            appendUtf16(text, decoded.codePoint);
+        else
+            text += instead(bytes.substr(0, decoded.length));
+        bytes.remove_prefix(decoded.length);
+    }
+    return text;
+}
+
 constexpr bool isHighSurrogate(char16_t unit)
 {
     return (unit & 0xFC00) == 0xD800;
@@ -121,14 +138,17 @@ bool isValidUtf8(std::string_view bytes) noexcept
 
 std::u16string toUtf16(std::string_view bytes)
 {
-    std::u16string text;
-    text.reserve(bytes.size());
-    while (!bytes.empty()) {
-        const Decoded decoded = decodeOne(bytes);
-        appendUtf16(text, decoded.codePoint);
-        bytes.remove_prefix(decoded.length);
-    }
-    return text;
+    return decode(bytes, [](std::string_view) { return std::u16string(1, replacement); });
+}
+
+std::u16string toUtf16KeepingBytes(std::string_view bytes)
+{
+    return decode(bytes, [](std::string_view malformed) {
+        std::u16string kept;
+        for (const char byte : malformed)
+            kept.push_back(static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(byte)));
+        return kept;
+    });
 }
 
 std::string toUtf8(std::u16string_view text)

@@ -12,6 +12,10 @@ namespace kelvane {
 // Every malformed byte sequence becomes U+FFFD, as the Unicode Standard recommends (maximal subpart practice).
 [[nodiscard]] std::u16string toUtf16(std::string_view bytes);
 
+// The same, but each byte of a malformed sequence becomes a lone surrogate, U+DC00 + byte (as in Python's PEP 383), so
+// that different bytes stay different texts. toUtf8() shows each of them as U+FFFD.
+[[nodiscard]] std::u16string toUtf16KeepingBytes(std::string_view bytes);
+
 // A lone surrogate becomes U+FFFD.
 [[nodiscard]] std::string toUtf8(std::u16string_view text);
 

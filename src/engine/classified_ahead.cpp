@@ -88,7 +88,7 @@ private:
     {
         const std::lock_guard lock(skipMutex_);
         ++stats_.skipped;
-        ports_.observer.skipped({pathText(item.fullName()), error});
+        ports_.observer.skipped({bytesFromNative(item.fullName()), error});
     }
 
     const ScanCriteria& criteria_;

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "base/file_masks.h"
 #include "base/result.h"
 #include "engine/engine_options.h"
-#include "engine/file_masks.h"
 #include "engine/scan_node.h"
 #include "props/property_catalogue.h"
 

@@ -11,7 +11,7 @@ bool KnownFiles::insert(const ShellItem& item)
 {
     if (hasIdentity(item))
         return insertIdentity(item.info().identity);
-    return paths_.insert(rules_.comparable(pathText(item.fullName()))).second;
+    return paths_.insert(rules_.comparable(bytesFromNative(item.fullName()))).second;
 }
 
 bool KnownFiles::insertIdentity(FileIdentity identity)

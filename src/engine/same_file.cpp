@@ -13,7 +13,7 @@ bool sameFile(const ShellItem& a, const ShellItem& b, const PathRules& rules)
 {
     if (hasIdentity(a) && hasIdentity(b) && a.info().kind == b.info().kind && a.info().identity == b.info().identity)
         return true;
-    return rules.samePath(pathText(a.fullName()), pathText(b.fullName()));
+    return rules.samePath(bytesFromNative(a.fullName()), bytesFromNative(b.fullName()));
 }
 
 }  // namespace kelvane

@@ -10,24 +10,15 @@
 
 namespace kelvane {
 
-// For people to read: what is no valid text becomes U+FFFD. Never turned back into a name.
+// The name as a text to show and to compare. What is no valid text becomes lone surrogates, so that two names that
+// differ never compare equal, and is shown as U+FFFD. Never turned back into a name.
 [[nodiscard]] inline std::u16string displayFromNative(std::string_view name)
 {
-    return toUtf16(name);
+    return toUtf16KeepingBytes(name);
 }
 [[nodiscard]] inline std::u16string displayFromNative(std::wstring_view name)
 {
-    return toUtf16(toUtf8(std::u16string(name.begin(), name.end())));
-}
-
-// The form that path rules, messages and reports work on: the bytes themselves on Linux, UTF-8 on Windows.
-[[nodiscard]] inline std::string pathText(std::string_view name)
-{
-    return std::string(name);
-}
-[[nodiscard]] inline std::string pathText(std::wstring_view name)
-{
-    return toUtf8(std::u16string(name.begin(), name.end()));
+    return std::u16string(name.begin(), name.end());
 }
 
 // A name stored in a file as bytes: the same bytes on Linux, taken as WTF-8 on Windows.
@@ -42,7 +33,7 @@ template <class Char = NativeString::value_type>
     }
 }
 
-// The form in which path rules and reports hold a name: the same bytes on Linux, WTF-8 on Windows.
+// The form in which path rules, messages and reports hold a name: the same bytes on Linux, WTF-8 on Windows.
 [[nodiscard]] inline std::string bytesFromNative(std::string_view name)
 {
     return std::string(name);

@@ -51,7 +51,7 @@ public:
     [[nodiscard]] virtual FileSystem& files() = 0;
 
     [[nodiscard]] virtual std::uint32_t typeCode(const ShellItem& item) const = 0;
-    // The name that a person sees; U+FFFD for what is no text.
+    // The name that a person sees; lone surrogates, shown as U+FFFD, for what is no text.
     [[nodiscard]] virtual std::u16string displayName(const ShellItem& item) const = 0;
     // ".jpg", lower case; empty for a file without an extension; "Folder" types are not told apart.
     [[nodiscard]] virtual std::u16string itemType(const ShellItem& item) const = 0;

@@ -88,8 +88,8 @@ RawValue url(ShellNamespace&, const ShellItem& item)
 {
     if (!item.inFileSystem())
         return {};
-    return RawValue::text(u"file://" +
-                          toUtf16(percentEncode(pathText(item.path().generic_string<NativeString::value_type>()))));
+    return RawValue::text(
+        u"file://" + toUtf16(percentEncode(bytesFromNative(item.path().generic_string<NativeString::value_type>()))));
 }
 
 RawValue type(ShellNamespace& shell, const ShellItem& item)

@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "base/file_masks.h"
 #include "base/utf.h"
-#include "base/words.h"
 #include "props/file_readers.h"
 
 namespace kelvane {
@@ -31,26 +31,14 @@ RawValue attributesText(const ShellItem& item)
     return RawValue::text(std::move(text));
 }
 
-// A mask without a dot is held against the extension, one with a dot against the whole name.
-bool maskAdmits(const std::string& mask, const std::string& name)
-{
-    if (mask == "*")
-        return true;
-    if (mask.find('.') != std::string::npos)
-        return wildcardMatch(mask, name);
-    const auto dot = name.rfind('.');
-    return dot != std::string::npos && wildcardMatch(mask, std::string_view(name).substr(dot + 1));
-}
-
 RawValue kindName(ShellNamespace& shell, const KindMasks& kinds, const ShellItem& item)
 {
     if (item.isFolder())
         return {};
-    const std::string name = asciiLower(toUtf8(shell.displayName(item)));
+    const std::string name = toUtf8(shell.displayName(item));
     for (const auto& [label, masks] : kinds)
-        for (const std::string& mask : splitWords(asciiLower(masks), ','))
-            if (maskAdmits(mask, name))
-                return RawValue::text(label);
+        if (!masks.empty() && FileMasks(masks).admits(name))
+            return RawValue::text(label);
     return {};
 }
 

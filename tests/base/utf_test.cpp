@@ -28,6 +28,14 @@ TEST(Utf, MalformedSequencesBecomeOneMarkForEachMaximalSubpart)
     }
 }
 
+TEST(Utf, KeptBytesOfDifferentMalformedNamesStayDifferent)
+{
+    EXPECT_EQ(toUtf16KeepingBytes("caf\xE9 \xC3\xA9"), u"caf\xDCE9 \u00E9");
+    EXPECT_NE(toUtf16KeepingBytes("caf\xE9"), toUtf16KeepingBytes("caf\xE8"));
+    EXPECT_NE(toUtf16KeepingBytes("\xE2\x82"), toUtf16KeepingBytes("\xE2\x83"));
+    EXPECT_EQ(toUtf8(toUtf16KeepingBytes("caf\xE9")), "caf\uFFFD");
+}
+
 TEST(Utf, EveryCodePointGoesThereAndBack)
 {
     for (char32_t point = 0; point <= 0x10FFFF; point += point < 0x900 ? 1 : 61) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/utf.h"
 #include "props/file_kinds.h"
 #include "props/property_world.h"
 
@@ -58,11 +59,13 @@ TEST(FileReaders, childrenOfAFolderKnowTheirPlace)
     EXPECT_EQ(world.text(file, "System.ParsingName"), u"a.txt");
 }
 
-TEST(FileReaders, nameThatIsNoTextIsShown)
+TEST(FileReaders, nameThatIsNoTextStaysApartFromOthers)
 {
     PropertyWorld world;
     world.files.addFile("/home/\xFF.txt", "");
-    EXPECT_EQ(world.textOf("/home/\xFF.txt", "System.FileName"), u"\uFFFD.txt");
+    world.files.addFile("/home/\xFE.txt", "");
+    EXPECT_EQ(toUtf8(world.textOf("/home/\xFF.txt", "System.FileName")), "\uFFFD.txt");
+    EXPECT_NE(world.textOf("/home/\xFF.txt", "System.FileName"), world.textOf("/home/\xFE.txt", "System.FileName"));
     EXPECT_EQ(world.textOf("/home/\xFF.txt", "System.ItemUrl"), u"file:///home/%FF.txt");
 }
 

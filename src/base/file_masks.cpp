@@ -1,4 +1,4 @@
-#include "engine/file_masks.h"
+#include "base/file_masks.h"
 
 #include <algorithm>
 
