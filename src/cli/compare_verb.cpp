@@ -37,7 +37,7 @@ Result<Ref<ShellItem>> openItem(const std::string& path, const ScanCriteria& cri
     if ((*item)->info().kind != FileKind::regular)
         return Error{ErrorKind::wrongType, 0, "is not a regular file"};
     if (criteria.has(scan_flag::contents)) {
-        if (const auto opened = platform.shell().open(**item, ReadPattern::sequential); !opened)
+        if (const auto opened = openForComparing(platform.shell(), **item, criteria.options); !opened)
             return opened.error();
     }
     return item;
@@ -69,10 +69,8 @@ Comparison comparePair(const Arguments& files, const Pair& items, const ScanCrit
 
 ExitCode print(OutputFormat format, const Comparison& comparison, const Console& console)
 {
-    if (comparison.result.cancelled()) {
-        complain(console, "cancelled");
-        return ExitCode::cancelled;
-    }
+    if (comparison.result.cancelled())
+        return stopCancelled(console);
     writeComparison(format, comparison, console.out);
     return comparison.result.match() ? ExitCode::done : ExitCode::incomplete;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <ostream>
 
 #include "cli/choices.h"
@@ -93,9 +94,20 @@ ExitCode refuse(const Console& console, std::string_view message)
     return ExitCode::usage;
 }
 
+ExitCode stopCancelled(const Console& console)
+{
+    complain(console, "cancelled");
+    return ExitCode::cancelled;
+}
+
 ExitCode runConsole(const Arguments& arguments, Platform& platform, const Console& console)
 {
-    return afterOutput(dispatch(arguments, platform, console), console);
+    try {
+        return afterOutput(dispatch(arguments, platform, console), console);
+    } catch (const std::bad_alloc&) {
+        complain(console, "out of memory");
+        return ExitCode::incomplete;
+    }
 }
 
 }  // namespace kelvane

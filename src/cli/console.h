@@ -33,4 +33,7 @@ void complain(const Console& console, std::string_view message);
 // The same for an end by bad usage or input: gives ExitCode::usage.
 [[nodiscard]] ExitCode refuse(const Console& console, std::string_view message);
 
+// The same for an end by the person's wish: gives ExitCode::cancelled.
+[[nodiscard]] ExitCode stopCancelled(const Console& console);
+
 }  // namespace kelvane

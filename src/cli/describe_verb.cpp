@@ -110,7 +110,7 @@ ExitCode describeFile(const std::string& path, OutputFormat format, const Proper
     ItemContext file(*item);
     const std::vector<Described> all = describe(file, source, console.cancel);
     if (console.cancel.cancelled())
-        return ExitCode::cancelled;
+        return stopCancelled(console);
     format == OutputFormat::json ? writeJson(path, all, console.out) : writeText(path, all, console.out);
     return ExitCode::done;
 }

@@ -59,8 +59,10 @@ std::uint64_t reclaimable(const ResultsModel& results)
 
 std::string secondsText(double seconds)
 {
+    if (seconds < 0.1)
+        return "less than 0.1 seconds";
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.2f seconds", seconds);
+    std::snprintf(text.data(), text.size(), "%.1f seconds", seconds);
     return text.data();
 }
 

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "base/random.h"
 #include "cli/arguments.h"
@@ -23,13 +24,14 @@ constexpr const char* footer =
     "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
 
 // Names every root that is not walked. True when one of them is a fault; a root inside another one is none.
-bool complainOfRoots(const RootList& roots, const Console& console)
+bool complainOfRoots(const RootList& roots, const ScanRequest& request, const Console& console)
 {
     bool fault = false;
     for (const DroppedRoot& dropped : roots.dropped) {
-        if (dropped.problem == RootProblem::insideOther)
+        const bool harmless = dropped.problem == RootProblem::insideOther;
+        if (harmless && !request.verbose)
             continue;
-        fault = true;
+        fault = fault || !harmless;
         complain(console, dropped.root + ": " + rootProblemText(dropped));
     }
     return fault;
@@ -48,13 +50,11 @@ void complainOfSkipped(std::uint64_t count, const ScanWatch& watch, const ScanRe
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
 {
     const RootList& roots = outcome.report.roots;
-    const bool rootFault = complainOfRoots(roots, console);
+    const bool rootFault = complainOfRoots(roots, request, console);
     if (roots.roots.empty())
         return ExitCode::usage;
-    if (outcome.report.rows < 0) {
-        complain(console, "cancelled");
-        return ExitCode::cancelled;
-    }
+    if (outcome.report.rows < 0)
+        return stopCancelled(console);
     writeReport(request.format, outcome, console.out);
     console.out.flush();
     const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
@@ -99,6 +99,8 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
         complain(console, "scan needs a folder to search; 'kelvane-cli scan --help' says more");
         return ExitCode::usage;
     }
+    if (std::find(roots.begin(), roots.end(), "") != roots.end())
+        return refuse(console, "an empty name is no folder to search");
     const auto request = makeRequest(raw, roots, platform.paths());
     if (!request)
         return refuse(console, request.error().detail);

@@ -102,6 +102,32 @@ TEST_F(CompareVerb, ItIsSaidWhatAScanWouldNotEvenCompare)
     EXPECT_THAT(compare("a.jpg", "c.jpg", {}).out, HasSubstr("lead to one file"));
 }
 
+TEST_F(CompareVerb, AFileThatCannotBeReadIsNamed)
+{
+    testing::MemoryPlatform platform;
+    platform.memory.addFile("/a", "same");
+    platform.memory.addFile("/b", "same");
+    platform.memory.setHook([](const std::string& operation, const std::string& path) -> std::optional<Error> {
+        if (operation == "open" && path == "/b")
+            return Error{ErrorKind::accessDenied, 13, "Permission denied"};
+        return std::nullopt;
+    });
+    const auto run = runCli({"compare", "/a", "/b"}, {}, platform);
+    EXPECT_EQ(run.code, ExitCode::usage);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "kelvane-cli: /b: Permission denied\n");
+    EXPECT_EQ(runCli({"compare", "/a", "/b", "--match", "System.Size"}, {}, platform).code, ExitCode::done);
+}
+
+TEST_F(CompareVerb, CancellingLeavesNothingHalfPrinted)
+{
+    tree_.write("a", "same");
+    tree_.write("b", "same");
+    const auto run = runCli({"compare", "--json", tree_.path("a").string(), tree_.path("b").string()}, {{}, true});
+    EXPECT_EQ(run.code, ExitCode::cancelled);
+    EXPECT_EQ(run.out, "");
+}
+
 TEST_F(CompareVerb, CsvHasARowAStage)
 {
     tree_.write("a", "same");

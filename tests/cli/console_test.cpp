@@ -63,6 +63,7 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"compare", file, file, "--similar", "80", "--category", "documents"}, "cannot be compared for Documents"},
         {{"scan", root, "--settings", "x.ini"}, "--settings is not built yet"},
         {{"scan", root + "/none"}, "/none: "},
+        {{"scan", ""}, "an empty name"},
         {{"compare", file}, "compare needs two files"},
         {{"compare", file, file, file}, "compare needs two files"},
         {{"compare", file, root}, "is a folder"},

@@ -199,8 +199,9 @@ TEST_F(ScanVerb, ABadRootIsNamedAndTheOthersGoOn)
     EXPECT_EQ(run.code, ExitCode::incomplete);
     EXPECT_THAT(run.out, StartsWith("Group 1"));
     EXPECT_THAT(run.err, HasSubstr("kelvane-cli: " + missing + ": "));
-    const auto twice = scan({tree_.path().string()});
+    const auto twice = scan({tree_.path().string(), "--verbose"});
     EXPECT_EQ(twice.code, ExitCode::done) << "a root inside another one is no fault";
+    EXPECT_THAT(twice.err, HasSubstr("is already covered by"));
 }
 
 TEST_F(ScanVerb, AProtectedRootIsNamedWithTheOptionThatAdmitsIt)
