@@ -12,6 +12,8 @@ namespace {
 struct NumberKey {
     std::uint64_t key;
     std::uint32_t index;
+    // A million numbers are sorted in place well within the time that a person who cancels waits.
+    static constexpr std::size_t blockSize = 1'048'576;
     friend bool operator<(const NumberKey& a, const NumberKey& b)
     {
         return a.key != b.key ? a.key < b.key : a.index < b.index;
@@ -21,6 +23,7 @@ struct NumberKey {
 struct ValueKey {
     PropValue value;
     std::uint32_t index;
+    static constexpr std::size_t blockSize = 32'768;
     friend bool operator<(const ValueKey& a, const ValueKey& b)
     {
         const std::weak_ordering order = compareValues(a.value, b.value);
@@ -41,16 +44,15 @@ bool equalKeys(const ValueKey& a, const ValueKey& b)
 template <class Key>
 bool sortKeys(std::vector<Key>& keys, const CancelFlag& cancel)
 {
-    constexpr std::size_t blockSize = 32'768;
     const std::size_t count = keys.size();
     const auto at = [&](std::size_t i) { return keys.begin() + static_cast<std::ptrdiff_t>(std::min(i, count)); };
-    for (std::size_t i = 0; i < count; i += blockSize) {
+    for (std::size_t i = 0; i < count; i += Key::blockSize) {
         if (cancel.cancelled())
             return false;
-        std::sort(at(i), at(i + blockSize));
+        std::sort(at(i), at(i + Key::blockSize));
     }
     std::vector<Key> merged;
-    for (std::size_t run = blockSize; run < count; run *= 2) {
+    for (std::size_t run = Key::blockSize; run < count; run *= 2) {
         merged.clear();
         merged.reserve(count);
         for (std::size_t i = 0; i < count; i += 2 * run) {

@@ -41,6 +41,7 @@ public:
         const unsigned workers = workerCount(criteria_.options.threads);
         ContentBudget share = budget.worker;
         share.openFiles = std::max<std::size_t>(budget.openFiles / workers, 2);
+        share.keptBytes = std::min(share.keptBytes, budget.keptBytes / workers);
         tasks_.emplace(partitions_.parts.size(), workers, [this, share] { return makeTask(share); });
     }
 
