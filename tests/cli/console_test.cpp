@@ -68,7 +68,6 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"compare", file, file, file}, "compare needs two files"},
         {{"compare", file, root}, "is a folder"},
         {{"compare", file, root + "/none"}, "/none: "},
-        {{"compare", file, "/dev/null"}, "/dev/null: neither a file nor a folder"},
         {{"compare", file, file, "--format", "null"}, "text, json or csv"},
         {{"describe"}, "describe needs one file"},
         {{"describe", root + "/none"}, "/none: "},
@@ -81,6 +80,19 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         EXPECT_EQ(run.code, ExitCode::usage) << line;
         EXPECT_EQ(run.out, "") << line;
         EXPECT_THAT(run.err, AllOf(StartsWith("kelvane-cli: "), HasSubstr(row.message))) << line;
+    }
+}
+
+TEST(Console, WhatIsNeitherFileNorFolderIsRefused)
+{
+    testing::MemoryPlatform platform;
+    platform.memory.addFile("/a", "x");
+    platform.memory.addOther("/socket");
+    for (const Arguments& arguments : {Arguments{"compare", "/a", "/socket"}, Arguments{"describe", "/socket"}}) {
+        const auto run = runCli(arguments, {}, platform);
+        EXPECT_EQ(run.code, ExitCode::usage);
+        EXPECT_THAT(run.err, StartsWith("kelvane-cli: /socket: "));
+        EXPECT_EQ(run.out, "");
     }
 }
 
