@@ -184,7 +184,8 @@ std::optional<std::uint64_t> parseSize(std::string_view text)
         return number;
     const std::string unit = asciiLower(text.substr(digits));
     const auto power = std::string_view("kmgt").find(unit.front());
-    if (power == std::string_view::npos || (unit.substr(1) != "" && unit.substr(1) != "b" && unit.substr(1) != "ib"))
+    const std::string rest = unit.substr(1);
+    if (power == std::string_view::npos || !(rest.empty() || rest == "b" || rest == "ib"))
         return std::nullopt;
     const auto shift = static_cast<unsigned>(power + 1) * 10;
     if (*number > UINT64_MAX >> shift)
