@@ -39,7 +39,7 @@ public:
 // What is known of the volume that a path lies on.
 struct VolumeFacts {
     std::uint64_t serial = 0;  // equals FileIdentity::volume of its files
-    std::string fileSystem;    // type name, "ext4"
+    std::string fileSystem;    // type name, "ext4"; empty where the system does not tell (under a changed root)
     bool fixed = false;        // a built-in disk, not removable
     bool network = false;
     bool pseudo = false;         // made up by the kernel (proc, sysfs, ...): never entered
