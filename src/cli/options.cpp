@@ -41,6 +41,15 @@ std::optional<std::uint64_t> parseNumber(std::string_view text)
     return number;
 }
 
+Error outOfRange(std::string_view option, std::string_view typed, std::uint64_t least, std::uint64_t most)
+{
+    std::string message(option);
+    message.append(" takes a number from ").append(std::to_string(least));
+    message.append(" to ").append(std::to_string(most));
+    message.append(", not \"").append(typed).append("\"");
+    return invalid(std::move(message));
+}
+
 // An option that was not given keeps its default.
 template <class T>
 Status readNumber(const char* option, std::string_view typed, std::uint64_t least, std::uint64_t most, T& value)
@@ -49,8 +58,7 @@ Status readNumber(const char* option, std::string_view typed, std::uint64_t leas
         return {};
     const auto number = parseNumber(typed);
     if (!number || *number < least || *number > most)
-        return invalid(std::string(option) + " takes a number from " + std::to_string(least) + " to " +
-                       std::to_string(most) + ", not \"" + std::string(typed) + '"');
+        return outOfRange(option, typed, least, most);
     value = static_cast<T>(*number);
     return {};
 }
