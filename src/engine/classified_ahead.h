@@ -13,7 +13,7 @@ namespace kelvane {
 struct AheadBudget {
     ContentBudget worker;
     std::size_t openFiles = 256;  // far below what a process may open by default
-    std::size_t keptBytes = 128 * 1'048'576;
+    std::size_t keptBytes = 32 * 1'048'576;
 };
 
 // Partitions the candidates of an exact search and, when it asks for contents, starts reading them. The workers end
