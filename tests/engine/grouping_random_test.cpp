@@ -136,6 +136,7 @@ protected:
                 EXPECT_EQ(ahead.rows, plain.rows) << threads << " threads, tiny budget: " << tiny;
             }
         }
+        EXPECT_FALSE(plain.rows.empty());
         if (search.byBytes) {
             EXPECT_EQ(physicalGroups(plain, tree), groupsByBytes(tree, search.flags & scan_flag::sameType));
         }

@@ -143,6 +143,71 @@ TEST_P(Grouping, ARefusedFileIsLeftOutAlone)
     EXPECT_THAT(sink.groups(), ElementsAre(ElementsAre("/a", "/b")));
 }
 
+// One archive with one entry.
+class OneEntry final : public ArchiveFolders {
+public:
+    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(".zip"); }
+    Status list(const std::filesystem::path&, const std::function<bool(const ArchiveEntry&)>& sink) override
+    {
+        sink({"entry", FileKind::regular, FileSize{contents.size()}, FileTime{1}, 0});
+        return {};
+    }
+    Result<std::unique_ptr<ContentReader>> open(const std::filesystem::path&, std::uint64_t) override
+    {
+        return std::unique_ptr<ContentReader>(std::make_unique<Stream>(contents));
+    }
+
+    std::string contents;
+
+private:
+    class Stream final : public ContentReader {
+    public:
+        explicit Stream(std::string_view left) : left_(left) {}
+        Result<std::size_t> read(std::span<std::byte> buffer) override
+        {
+            const std::size_t count = left_.copy(reinterpret_cast<char*>(buffer.data()), buffer.size());
+            left_.remove_prefix(count);
+            return count;
+        }
+        Status skip(std::uint64_t bytes) override
+        {
+            left_.remove_prefix(std::min<std::size_t>(bytes, left_.size()));
+            return {};
+        }
+        Result<FileInfo> info() const override { return Error{ErrorKind::notSupported, 0, ""}; }
+
+    private:
+        std::string_view left_;
+    };
+};
+
+// Entries of archives are sampled from half the size on, and so is a file beside an entry: an entry may then be the
+// match of two files that do not match each other, which no classes of contents can tell.
+TEST_P(Grouping, FilesAndEntriesAreComparedByTheLimitsOfThePair)
+{
+    OneEntry archive;
+    GroupingWorld mixed(&archive);
+    mixed.options.classifyAhead = GetParam();
+    mixed.options.hugeFile = {1'048'576};
+    archive.contents = std::string(900'000, 'x');
+    mixed.files.addFile("/a", archive.contents);
+    mixed.files.addFile("/m.zip", "");
+    std::string other = archive.contents;
+    other[700'000] = 'y';
+    mixed.files.addFile("/z", other);
+    const RecordingSink sink = mixed.groupAll(mixed.criteria(exactContents, ""));
+    EXPECT_THAT(sink.groups(), ElementsAre(ElementsAre("/a", "/z", "/m.zip/entry")));
+    EXPECT_TRUE(sink.rows[0].approximate);
+
+    archive.contents.resize(500'000);   // small enough to be compared in full by any limit
+    mixed.files.addFile("/m.zip", "");  // listed anew
+    mixed.files.addFile("/a", archive.contents);
+    mixed.files.addFile("/z", archive.contents);
+    const RecordingSink small = mixed.groupAll(mixed.criteria(exactContents, ""));
+    EXPECT_THAT(small.groups(), ElementsAre(ElementsAre("/a", "/z", "/m.zip/entry")));
+    EXPECT_FALSE(small.rows[0].approximate);
+}
+
 TEST(FuzzyGrouping, AChainOfNeighboursIsOneGroup)
 {
     GroupingWorld world;

@@ -53,12 +53,14 @@ public:
 };
 
 struct GroupingWorld : ScanWorld {
+    using ScanWorld::ScanWorld;
+
     RecordingObserver observer;
     CancelFlag cancel;
     GroupingStats stats;
     AheadBudget budget;
 
-    // Every file below a folder, in the order of names.
+    // Every file below a folder, entries of archives included, in the order of names.
     void gather(CandidateList& list, const std::string& folder = "/") { addFolder(list, *shell->parse(folder)); }
 
     std::int64_t group(const ScanCriteria& by, CandidateList& list, RecordingSink& sink, GroupingMode mode = {})
@@ -84,7 +86,7 @@ struct GroupingWorld : ScanWorld {
 private:
     void addFolder(CandidateList& list, const Ref<const ShellItem>& folder)
     {
-        const Status listed = shell->enumerate(folder, {}, [&](const Ref<ShellItem>& item) {
+        const Status listed = shell->enumerate(folder, {.archivesAsFolders = true}, [&](const Ref<ShellItem>& item) {
             if (item->isFolder())
                 addFolder(list, item);
             else
