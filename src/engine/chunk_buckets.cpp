@@ -10,6 +10,12 @@
 
 namespace kelvane {
 
+ChunkHash hashChunk(std::span<const std::byte> chunk)
+{
+    const XXH128_hash_t hash = XXH3_128bits(chunk.data(), chunk.size());
+    return {hash.low64, hash.high64};
+}
+
 void ChunkBuckets::begin(std::size_t files)
 {
     buckets_.clear();
@@ -32,7 +38,7 @@ std::uint32_t ChunkBuckets::place(std::span<const std::byte> chunk, KeptChunks& 
 
 std::uint32_t ChunkBuckets::add(std::span<const std::byte> chunk, KeptChunks& kept)
 {
-    buckets_.push_back({0, 0, kept.keep() ? chunk.data() : nullptr, 0});
+    buckets_.push_back({{}, kept.keep() ? chunk.data() : nullptr, 0});
     return size() - 1;
 }
 
@@ -40,19 +46,18 @@ std::uint32_t ChunkBuckets::findOrAdd(std::span<const std::byte> chunk, KeptChun
 {
     if (!hashing_)
         startHashing(chunk.size());
-    const XXH128_hash_t hash = XXH3_128bits(chunk.data(), chunk.size());
-    for (std::size_t slot = hash.low64;; ++slot) {
+    const ChunkHash hash = hasher_(chunk);
+    for (std::size_t slot = hash.low;; ++slot) {
         const std::uint32_t entry = slots_[slot & (slots_.size() - 1)];
         if (entry == 0)
             break;
         const Bucket& bucket = buckets_[entry - 1];
-        const bool sameHash = bucket.hashLow == hash.low64 && bucket.hashHigh == hash.high64;
-        if (sameHash && (bucket.bytes == nullptr || std::memcmp(bucket.bytes, chunk.data(), chunk.size()) == 0))
+        if (bucket.hash == hash &&
+            (bucket.bytes == nullptr || std::memcmp(bucket.bytes, chunk.data(), chunk.size()) == 0))
             return entry - 1;
     }
     const std::uint32_t added = add(chunk, kept);
-    buckets_[added].hashLow = hash.low64;
-    buckets_[added].hashHigh = hash.high64;
+    buckets_[added].hash = hash;
     enter(added);
     return added;
 }
@@ -61,15 +66,13 @@ void ChunkBuckets::startHashing(std::size_t chunkLength)
 {
     hashing_ = true;
     slots_.assign(std::bit_ceil(2 * files_), 0);
-    const XXH128_hash_t hash = XXH3_128bits(buckets_[0].bytes, chunkLength);
-    buckets_[0].hashLow = hash.low64;
-    buckets_[0].hashHigh = hash.high64;
+    buckets_[0].hash = hasher_({buckets_[0].bytes, chunkLength});
     enter(0);
 }
 
 void ChunkBuckets::enter(std::uint32_t bucket)
 {
-    std::size_t slot = buckets_[bucket].hashLow & (slots_.size() - 1);
+    std::size_t slot = buckets_[bucket].hash.low & (slots_.size() - 1);
     while (slots_[slot] != 0)
         slot = (slot + 1) & (slots_.size() - 1);
     slots_[slot] = bucket + 1;

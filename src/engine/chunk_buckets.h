@@ -10,14 +10,26 @@ namespace kelvane {
 
 class KeptChunks;
 
+// 128 bits of hash, by which a chunk finds the buckets that it may belong to. Equality never rests on it.
+struct ChunkHash {
+    std::uint64_t low = 0, high = 0;
+    friend bool operator==(const ChunkHash&, const ChunkHash&) = default;
+};
+using ChunkHasher = ChunkHash (*)(std::span<const std::byte> chunk);
+
+// XXH3 (xxHash 0.8).
+[[nodiscard]] ChunkHash hashChunk(std::span<const std::byte> chunk);
+
 // One bucket for each different chunk. All chunks of a round have one length.
 class ChunkBuckets {
 public:
     struct Bucket {
-        std::uint64_t hashLow = 0, hashHigh = 0;
+        ChunkHash hash;
         const std::byte* bytes = nullptr;  // of the representative; null when there was no room: made by hash only
         std::uint32_t count = 0;
     };
+
+    explicit ChunkBuckets(ChunkHasher hasher = hashChunk) : hasher_(hasher) {}
 
     // For a round over so many files.
     void begin(std::size_t files);
@@ -32,6 +44,7 @@ private:
     void startHashing(std::size_t chunkLength);
     void enter(std::uint32_t bucket);
 
+    ChunkHasher hasher_;
     std::vector<Bucket> buckets_;
     std::vector<std::uint32_t> slots_;  // open addressing by hash: bucket index + 1, 0 when free
     std::size_t files_ = 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "engine/chunk_buckets.h"
 #include "engine/content_compare.h"
 
 namespace kelvane {
@@ -26,6 +25,8 @@ struct ContentClassifier::Group {
 
 // The state of one round, kept for its memory.
 struct ContentClassifier::Round {
+    explicit Round(ChunkHasher hasher) : buckets(hasher) {}
+
     ChunkBuckets buckets;
     std::vector<std::uint32_t> bucketOf;  // of each file of the group
     std::vector<std::uint32_t> target;    // of each bucket: its place in groups_
@@ -39,7 +40,7 @@ ContentClassifier::ContentClassifier(ShellNamespace& shell, const EngineOptions&
       budget_(budget),
       skipped_(std::move(skipped)),
       kept_(budget.largestChunk, budget.keptBytes),
-      round_(std::make_unique<Round>())
+      round_(std::make_unique<Round>(budget.hasher))
 {
     budget_.firstChunk = std::min(budget_.firstChunk, budget_.largestChunk);
 }

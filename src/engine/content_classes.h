@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/cancel.h"
+#include "engine/chunk_buckets.h"
 #include "engine/compared_ranges.h"
 #include "engine/engine_options.h"
 #include "engine/kept_chunks.h"
@@ -23,6 +24,7 @@ struct ContentBudget {
     std::size_t largestChunk = 1'048'576;
     std::size_t keptBytes = 64 * largestChunk;  // of representatives of the classes of one round
     std::size_t openFiles = 128;
+    ChunkHasher hasher = hashChunk;  // a poor one costs time and nothing else
 };
 
 // Compares in rounds: in each, one chunk of every file is read, hashed (XXH3, 128 bits) to find the classes it may

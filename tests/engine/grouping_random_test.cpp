@@ -111,6 +111,16 @@ RecordingSink groupTree(GroupingWorld& world, std::uint32_t flags, const std::st
     return sink;
 }
 
+// Hashes that collide for half of all chunks.
+ChunkHash poorHash(std::span<const std::byte> chunk)
+{
+    return {static_cast<std::uint64_t>(chunk.back()) & 1, 0};
+}
+
+// Of a few bytes, so that every limit is met: growing chunks, and room for a single representative.
+constexpr AheadBudget growing{{4, 2, 32, 64, 2, poorHash}, 4};
+constexpr AheadBudget narrow{{16, 1, 16, 1, 2, poorHash}, 4};
+
 struct Search {
     std::uint32_t flags;
     const char* properties;
@@ -127,13 +137,12 @@ protected:
         world.options.classifyAhead = false;
         const RecordingSink plain = groupTree(world, search.flags, search.properties);
         world.options.classifyAhead = true;
-        for (const bool tiny : {false, true}) {
-            if (tiny)
-                world.budget = {{8, 2, 32, 64, 2}, 4};
+        for (const AheadBudget& budget : {AheadBudget(), growing, narrow}) {
+            world.budget = budget;
             for (const unsigned threads : {1u, 4u}) {
                 world.options.threads = threads;
                 const RecordingSink ahead = groupTree(world, search.flags, search.properties);
-                EXPECT_EQ(ahead.rows, plain.rows) << threads << " threads, tiny budget: " << tiny;
+                EXPECT_EQ(ahead.rows, plain.rows) << threads << " threads, chunks of " << budget.worker.firstChunk;
             }
         }
         EXPECT_FALSE(plain.rows.empty());
@@ -173,7 +182,7 @@ TEST(RandomFaults, NeverMakeAWrongGroup)
         tree.fill(world, 30);
         world.options.classifyAhead = ahead;
         world.options.threads = 3;
-        world.budget = {{8, 2, 32, 64, 2}, 4};
+        world.budget = narrow;
         bool failed = true;
         for (int n = 1; failed; ++n) {
             std::atomic<int> operations{0};
