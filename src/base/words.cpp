@@ -88,7 +88,7 @@ std::vector<std::string> nearestWords(std::string_view typed, const std::vector<
     }
     std::stable_sort(ranked.begin(), ranked.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     std::vector<std::string> nearest;
-    for (std::size_t i = 0; i < ranked.size() && i < most; ++i)
+    for (std::size_t i = 0; i < ranked.size() && i < most && ranked[i].first <= ranked[0].first + 1; ++i)
         nearest.push_back(ranked[i].second);
     return nearest;
 }

@@ -20,8 +20,8 @@ namespace kelvane {
 // The number of single-character insertions, deletions and substitutions between a and b (Levenshtein 1966).
 [[nodiscard]] std::size_t editDistance(std::string_view a, std::string_view b);
 
-// The known words nearest to what was typed, nearest first, at most `most`; words further than half the typed
-// length are left out. Case is ignored.
+// The known words nearest to what was typed, nearest first, at most `most`. Words further than half the typed
+// length are left out, and so are those that take two changes more than the nearest one. Case is ignored.
 [[nodiscard]] std::vector<std::string> nearestWords(std::string_view typed, const std::vector<std::string>& known,
                                                     std::size_t most = 3);
 

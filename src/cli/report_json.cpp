@@ -71,7 +71,8 @@ Json statsJson(const ScanOutcome& outcome)
             {"filesSeen", report.walk.filesSeen},
             {"bytesRead", report.grouping.bytesRead},
             {"skipped", report.walk.skipped + report.grouping.skipped},
-            {"offlineSkipped", report.walk.offlineSkipped}};
+            {"offlineSkipped", report.walk.offlineSkipped},
+            {"withoutValue", report.walk.withoutValue}};
 }
 
 Json groupJson(const ResultGroup& group)

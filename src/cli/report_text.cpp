@@ -87,7 +87,8 @@ void writeSummary(const ScanOutcome& outcome, std::ostream& err)
     if (groups == 0)
         err << "No duplicates found";
     else
-        err << counted(duplicates, "duplicate", "duplicates") << " in " << counted(groups, "group", "groups") << ", "
+        err << '\n'
+            << counted(duplicates, "duplicate", "duplicates") << " in " << counted(groups, "group", "groups") << ", "
             << sizeText({reclaimable(outcome.results)}) << " could be freed";
     err << "; " << counted(outcome.report.candidates, "file", "files") << " ("
         << sizeText({outcome.report.candidateBytes}) << ") in " << secondsText(outcome.report.seconds) << '\n';

@@ -47,6 +47,23 @@ void complainOfSkipped(std::uint64_t count, const ScanWatch& watch, const ScanRe
     complain(console, what + " could not be read" + (request.verbose ? "" : "; --verbose lists them"));
 }
 
+std::string countedFiles(std::uint64_t count, const char* one, const char* many)
+{
+    return count == 1 ? std::string("1 file ") + one : std::to_string(count) + " files " + many;
+}
+
+// What took no part although nothing is wrong with it. Without a word of it, a search by a property that no file has
+// would look like one that found nothing.
+void noteLeftOut(const WalkStats& walk, const ScanCriteria& criteria, const Console& console)
+{
+    if (walk.withoutValue > 0)
+        complain(console, countedFiles(walk.withoutValue, "has no ", "have no ") +
+                              std::string(criteria.primary.info->name) + " and took no part");
+    if (walk.offlineSkipped > 0)
+        complain(console, countedFiles(walk.offlineSkipped, "is", "are") +
+                              " stored elsewhere and would have to be fetched; not read");
+}
+
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
 {
     const RootList& roots = outcome.report.roots;
@@ -59,6 +76,7 @@ ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const Sc
     console.out.flush();
     const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
     complainOfSkipped(skipped, watch, request, console);
+    noteLeftOut(outcome.report.walk, outcome.criteria, console);
     if (request.format == OutputFormat::text)
         writeSummary(outcome, console.err);
     if (request.format != OutputFormat::json && console.cancel.cancelled())

@@ -67,10 +67,12 @@ bool Admission::hasRightAttributes(const ShellItem& file) const
     return !criteria_.has(scan_flag::protect) || !file.isHiddenOrSystem();
 }
 
-bool Admission::hasRightContents(Candidate& file) const
+bool Admission::hasRightContents(Candidate& file)
 {
-    if (properties_.value(file, criteria_.primary).missing())
+    if (properties_.value(file, criteria_.primary).missing()) {
+        ++withoutValue_;
         return false;
+    }
     return !similar_ || !criteria_.similarContents() || !similar_->supports(criteria_.category()) ||
            similar_->admits(criteria_, file);
 }

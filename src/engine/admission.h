@@ -25,13 +25,15 @@ public:
 
     // Files that stayed out because their contents would have had to be fetched.
     [[nodiscard]] std::uint64_t offlineSkipped() const { return offlineSkipped_; }
+    // Files that stayed out because they have no value for the primary property.
+    [[nodiscard]] std::uint64_t withoutValue() const { return withoutValue_; }
 
 private:
     [[nodiscard]] bool hasRightName(const ShellItem& file) const;
     [[nodiscard]] bool hasRightSize(const ShellItem& file) const;
     [[nodiscard]] bool isFetched(const ShellItem& file) const;
     [[nodiscard]] bool hasRightAttributes(const ShellItem& file) const;
-    [[nodiscard]] bool hasRightContents(Candidate& file) const;
+    [[nodiscard]] bool hasRightContents(Candidate& file);
 
     const ScanCriteria& criteria_;
     ShellNamespace& shell_;
@@ -39,6 +41,7 @@ private:
     SimilarContent* similar_;
     std::uint64_t tinyLimit_;
     std::uint64_t offlineSkipped_ = 0;
+    std::uint64_t withoutValue_ = 0;
 };
 
 }  // namespace kelvane

@@ -56,6 +56,7 @@ public:
         begin(*item);
         const WalkResult result = drainStack();
         stats_.offlineSkipped = admission_.offlineSkipped();
+        stats_.withoutValue = admission_.withoutValue();
         return result;
     }
 

@@ -23,6 +23,7 @@ struct WalkStats {
     std::uint64_t filesSeen = 0;  // before any test
     std::uint64_t skipped = 0;    // roots and folders that could not be read; not those that vanished meanwhile
     std::uint64_t offlineSkipped = 0;
+    std::uint64_t withoutValue = 0;  // files that have no value for the primary property
 };
 
 // Everything the walk asks of the world; all of it outlives the walker.

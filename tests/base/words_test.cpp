@@ -52,6 +52,7 @@ TEST(Words, NearestComeFirstAndFarOnesAreLeftOut)
     EXPECT_THAT(nearestWords("VIDOE", known), ElementsAre("video"));
     EXPECT_THAT(nearestWords("vudio", known), ElementsAre("audio", "video"));
     EXPECT_THAT(nearestWords("vudio", known, 1), ElementsAre("audio"));
+    EXPECT_THAT(nearestWords("images", {"images", "image", "mages2"}), ElementsAre("images", "image"));
     EXPECT_THAT(nearestWords("spreadsheet", known), IsEmpty());
 }
 

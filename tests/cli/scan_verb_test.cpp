@@ -135,7 +135,7 @@ TEST_F(ScanVerb, TextIsForPeopleWithTheSummaryApart)
     EXPECT_THAT(splitWords(run.out, '\n'),
                 UnorderedElementsAre("Group 1: 2 files, 4 bytes each", root + "/a", root + "/b"));
     EXPECT_THAT(run.out, StartsWith("Group 1"));
-    EXPECT_THAT(run.err, StartsWith("1 duplicate in 1 group, 4 bytes could be freed; 2 files (8 bytes) in "));
+    EXPECT_THAT(run.err, StartsWith("\n1 duplicate in 1 group, 4 bytes could be freed; 2 files (8 bytes) in "));
 }
 
 TEST_F(ScanVerb, FindingNothingIsNoFailure)

@@ -89,7 +89,8 @@ FileDetails FactReader::details(const struct statx& facts, std::string_view name
 {
     FileDetails details;
     static_cast<FileInfo&>(details) = info(facts, name);
-    if ((facts.stx_mask & STATX_BTIME) != 0)
+    // Some file systems claim to keep the time of birth and give 0 for it.
+    if ((facts.stx_mask & STATX_BTIME) != 0 && facts.stx_btime.tv_sec != 0)
         details.created = timeOf(facts.stx_btime);
     details.accessed = timeOf(facts.stx_atime);
     details.changed = timeOf(facts.stx_ctime);
