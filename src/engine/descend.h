@@ -24,8 +24,8 @@ public:
     // comes again (a followed link, a bind mount, a second name of an archive), the answer is no.
     [[nodiscard]] bool enters(const ShellItem& folder);
 
-    // For a root, which only has to be new and no invention of the kernel.
-    [[nodiscard]] bool entersRoot(const ShellItem& root) { return !isPseudo(root) && isNew(root); }
+    // For a root, which only has to be new.
+    [[nodiscard]] bool entersRoot(const ShellItem& root) { return isNew(root); }
 
     // Whether the item lies on a file system that the kernel makes up: what it shows are not files that anyone stored.
     [[nodiscard]] bool isPseudo(const ShellItem& item);

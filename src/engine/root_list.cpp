@@ -88,6 +88,11 @@ private:
     // Whether a folder can be listed at all; a file is only opened when its contents are needed.
     Status probe(const Ref<ShellItem>& item) const
     {
+        if (item->inFileSystem()) {
+            const auto volume = shell_.files().volumeFacts(item->path());
+            if (volume && volume->pseudo)
+                return Error{ErrorKind::notSupported, 0, "lies in a file system that the kernel makes up"};
+        }
         return item->isFolder() ? shell_.enumerate(item, {}, [](auto&&) { return false; }) : Status{};
     }
 

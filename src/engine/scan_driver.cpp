@@ -107,12 +107,13 @@ void tellOutcome(std::int64_t rows, std::uint64_t elapsedMs, ScanObserver& obser
 {
     if (rows < 0)
         return;
-    if (rows > 0)
-        observer.status(timingText(static_cast<std::uint64_t>(rows), elapsedMs));
+    if (rows == 0) {
+        observer.nothingFound(text(TextId::nothingFound));
+        return;
+    }
+    observer.status(timingText(static_cast<std::uint64_t>(rows), elapsedMs));
     if (elapsedMs >= longScanMs)
         observer.sound(ScanObserver::Sound::information);
-    if (rows == 0)
-        observer.nothingFound(text(TextId::nothingFound));
 }
 
 }  // namespace

@@ -66,9 +66,8 @@ private:
     void begin(const Ref<ShellItem>& root)
     {
         if (descend_.isPseudo(*root))
-            skip(bytesFromNative(root->fullName()),
-                 {ErrorKind::notSupported, 0, "a file system that the kernel makes up"});
-        else if (!root->isFolder())
+            return;  // cleaning the list of roots has named it already
+        if (!root->isFolder())
             beginAtFile(root);
         else if (ports_.shell.typeCode(*root) != type_code::portableDevice && descend_.entersRoot(*root))
             push(root);

@@ -126,7 +126,7 @@ TEST_F(Descending, PseudoFileSystemsAreAskedForOncePerVolume)
     EXPECT_TRUE(test.enters(*folder("disk", 0, 21)));
     EXPECT_TRUE(test.enters(*folder("same", 0, 7)));
     EXPECT_EQ(world.files.accesses().size(), 2u);
-    EXPECT_FALSE(test.entersRoot(*folder("proc", 0, 20)));
+    EXPECT_TRUE(test.isPseudo(*folder("proc", 0, 20)));
 }
 
 TEST_F(Descending, AFolderIsEnteredOnceByWhateverName)

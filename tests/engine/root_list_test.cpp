@@ -216,9 +216,12 @@ TEST_F(PosixRoots, UnreadableAndMissingRootsAreNamed)
             return Error{ErrorKind::accessDenied, 13, "Permission denied"};
         return std::nullopt;
     });
-    const auto list = clean({"/d/locked", "/d/none", "/d/open"});
+    files.addFile("/made-up/self/maps", "x");
+    files.setVolume("/made-up", {.serial = 9, .fileSystem = "proc", .pseudo = true});
+    const auto list = clean({"/d/locked", "/d/none", "/d/open", "/made-up/self"});
     EXPECT_THAT(list.roots, ElementsAre("/d/open"));
-    ASSERT_EQ(list.dropped.size(), 2u);
+    ASSERT_EQ(list.dropped.size(), 3u);
+    EXPECT_EQ(list.dropped[2].problem, RootProblem::notReadable);
     EXPECT_EQ(list.dropped[0].problem, RootProblem::notReadable);
     EXPECT_EQ(list.dropped[0].detail, "Permission denied");
     EXPECT_EQ(list.dropped[1].problem, RootProblem::notFound);

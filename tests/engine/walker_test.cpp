@@ -168,8 +168,6 @@ TEST_F(Walking, PseudoFileSystemsAreNeverEntered)
     files.setVolume("/d/proc", {.serial = 9, .fileSystem = "proc", .pseudo = true});
     EXPECT_THAT(walk(subfolders), ElementsAre("/d/a"));
     EXPECT_THAT(walk(subfolders, {"/d/proc"}), IsEmpty());
-    ASSERT_EQ(observer.skippedItems.size(), 1u);
-    EXPECT_EQ(observer.skippedItems[0].path, "/d/proc");
     EXPECT_THAT(walk(subfolders, {"/d/proc/self/b"}), IsEmpty());
 }
 
