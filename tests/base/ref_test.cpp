@@ -22,18 +22,6 @@ private:
     int& ended_;
 };
 
-TEST(Ref, LastReferenceEndsTheObject)
-{
-    int ended = 0;
-    Ref<Counted> first(new Counted(ended));
-    Ref<Counted> second = first;
-    EXPECT_EQ(first, second);
-    first = {};
-    EXPECT_EQ(ended, 0);
-    second = {};
-    EXPECT_EQ(ended, 1);
-}
-
 TEST(Ref, MovingAndAssigningToItselfKeepTheCount)
 {
     int ended = 0;

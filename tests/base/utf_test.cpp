@@ -7,12 +7,8 @@ namespace {
 
 TEST(Utf, MalformedSequencesBecomeOneMarkForEachMaximalSubpart)
 {
-    struct Case {
-        std::string_view bytes;
-        std::u16string_view text;
-    };
     // The examples of chapter 3.9 of the Unicode Standard (tables 3-8 to 3-11), then sequences cut off by the end.
-    const Case cases[] = {
+    const std::pair<std::string_view, std::u16string_view> cases[] = {
         {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82\x41", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDA"},
         {"\xED\xA0\x80\xED\xBF\xBF\xED\xAF\x41", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDA"},
         {"\xF4\x91\x92\x93\xFF\x41\x80\xBF\x42", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDA\uFFFD\uFFFDB"},

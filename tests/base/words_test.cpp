@@ -37,15 +37,6 @@ TEST(Words, ManyStarsAgainstALongNameEndSoon)
     EXPECT_FALSE(wildcardMatch(pattern + "b", std::string(20000, 'a')));
 }
 
-TEST(Words, EditDistanceCountsSingleChanges)
-{
-    EXPECT_EQ(editDistance("kitten", "sitting"), 3u);
-    EXPECT_EQ(editDistance("", "abc"), 3u);
-    EXPECT_EQ(editDistance("abc", ""), 3u);
-    EXPECT_EQ(editDistance("ab", "ba"), 2u);
-    EXPECT_EQ(editDistance("same", "same"), 0u);
-}
-
 TEST(Words, NearestComeFirstAndFarOnesAreLeftOut)
 {
     const std::vector<std::string> known = {"audio", "video", "images", "documents", "all"};

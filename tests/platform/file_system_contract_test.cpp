@@ -107,16 +107,14 @@ TEST_P(FileSystemContract, FollowedLinksDescribeWhatTheyLeadTo)
     const Listing listing = list("f", Links::followed);
     const auto target = files().details(world_->path("f/target/file"), Links::asThemselves);
 
-    ASSERT_TRUE(target.ok());
     for (const char* name : {"to-file", "through"}) {
         EXPECT_EQ(listing.at(name).kind, FileKind::regular);
         EXPECT_EQ(listing.at(name).size.bytes, 5u);
         EXPECT_EQ(listing.at(name).identity, target->identity);
-        EXPECT_NE(listing.at(name).attributes & attribute::reparsePoint, 0u);
     }
     EXPECT_EQ(listing.at("to-folder").kind, FileKind::folder);
-    EXPECT_NE(listing.at("to-folder").attributes & attribute::reparsePoint, 0u);
-    EXPECT_EQ(listing.at("target").attributes & attribute::reparsePoint, 0u);
+    for (const auto& [name, info] : listing)
+        EXPECT_EQ((info.attributes & attribute::reparsePoint) != 0, name != "target") << name;
     EXPECT_THAT(list("f/to-folder"), ElementsAre(Key("file")));
 }
 
@@ -145,6 +143,7 @@ TEST_P(FileSystemContract, HardLinksShareOneIdentity)
     const Listing listing = list("f");
 
     EXPECT_TRUE(listing.at("a").identity.known());
+    EXPECT_EQ(listing.at("a").identity.volume, files().volumeFacts(world_->path("f/a"))->serial);
     EXPECT_EQ(listing.at("a").identity, listing.at("c").identity);
     EXPECT_NE(listing.at("a").identity, listing.at("b").identity);
     EXPECT_EQ(files().details(world_->path("f/a"), Links::asThemselves)->links, 2u);
@@ -167,37 +166,22 @@ TEST_P(FileSystemContract, NamesAreUsedByteForByte)
     }
 }
 
-TEST_P(FileSystemContract, ASinkThatHasEnoughEndsTheListingWithSuccess)
-{
-    for (int i = 0; i < 5; ++i)
-        world_->write("f/" + std::to_string(i), "");
-    int seen = 0;
-
-    const Status status =
-        files().enumerate(world_->path("f"), Links::asThemselves, [&](const DirectoryEntry&) { return ++seen < 3; });
-
-    EXPECT_TRUE(status.ok());
-    EXPECT_EQ(seen, 3);
-}
-
-TEST_P(FileSystemContract, WhatIsRemovedDuringAListingDoesNotFailIt)
+TEST_P(FileSystemContract, AListingSurvivesRemovalsAndEndsWhenItsSinkHasEnough)
 {
     for (int i = 0; i < 50; ++i)
         world_->write("f/" + std::to_string(i), "");
     int seen = 0;
+    std::string last;
+    const auto removeThenStop = [&](const DirectoryEntry& entry) {
+        for (int i = 0; seen == 0 && i < 47; ++i)
+            world_->remove("f/" + std::to_string(i));
+        last = entry.name;
+        return ++seen < 2;
+    };
 
-    const Status status = files().enumerate(world_->path("f"), Links::asThemselves, [&](const DirectoryEntry& entry) {
-        if (seen++ == 0) {
-            for (int i = 0; i < 50; ++i) {
-                if (std::to_string(i) != entry.name)
-                    world_->remove("f/" + std::to_string(i));
-            }
-        }
-        return true;
-    });
-
-    EXPECT_TRUE(status.ok());
-    EXPECT_TRUE(seen == 1 || GetParam().name == "memory") << "entries that are gone were given";
+    EXPECT_TRUE(files().enumerate(world_->path("f"), Links::asThemselves, removeThenStop).ok());
+    EXPECT_EQ(seen, 2);
+    EXPECT_TRUE(std::stoi(last) >= 47 || GetParam().name == "memory") << "an entry that is gone was given";
 }
 
 TEST_P(FileSystemContract, OnlyFoldersAreListedAndOnlyRegularFilesOpened)
@@ -233,21 +217,10 @@ TEST_P(FileSystemContract, ReadsExactlyTheContentsInPieces)
     all += read(*reader, 1'000'000);
 
     EXPECT_EQ(all, contents);
-    EXPECT_EQ(read(*reader, 10), "");
-}
-
-TEST_P(FileSystemContract, SkippingPastTheEndIsNoError)
-{
-    world_->write("file", "12345");
-    const auto reader = open("file");
-
-    EXPECT_TRUE(reader->skip(3).ok());
-    EXPECT_EQ(read(*reader, 1), "4");
-    EXPECT_TRUE(reader->skip(1'000).ok());
-    EXPECT_EQ(read(*reader, 10), "");
-    EXPECT_TRUE(reader->skip(~std::uint64_t{0}).ok());
-    EXPECT_TRUE(reader->skip(~std::uint64_t{0}).ok());
-    EXPECT_EQ(read(*reader, 10), "");
+    for (int past = 0; past < 2; ++past) {
+        EXPECT_TRUE(reader->skip(~std::uint64_t{0}).ok());
+        EXPECT_EQ(read(*reader, 10), "");
+    }
 }
 
 TEST_P(FileSystemContract, AnOpenFileNoticesThatItGrew)
@@ -265,16 +238,6 @@ TEST_P(FileSystemContract, AnOpenFileNoticesThatItGrew)
     EXPECT_EQ(after->size.bytes, 10u);
     EXPECT_EQ(after->identity, before->identity);
     EXPECT_EQ(read(*reader, 10), "67890");
-}
-
-TEST_P(FileSystemContract, AnOpenFileStaysReadableWhenItsNameIsGone)
-{
-    world_->write("file", "12345");
-    const auto reader = open("file");
-    world_->remove("file");
-
-    EXPECT_EQ(read(*reader, 10), "12345");
-    EXPECT_EQ(files().details(world_->path("file"), Links::followed).error().kind, ErrorKind::notFound);
 }
 
 TEST_P(FileSystemContract, StreamsAreListedAndReadWhole)
@@ -295,17 +258,6 @@ TEST_P(FileSystemContract, StreamsAreListedAndReadWhole)
     EXPECT_EQ(files().readStream(world_->path("file"), "comment", 7).error().kind, ErrorKind::io);
     EXPECT_EQ(files().readStream(world_->path("file"), "none", 8).error().kind, ErrorKind::notFound);
     EXPECT_THAT(*files().streamNames(world_->path("plain")), IsEmpty());
-}
-
-TEST_P(FileSystemContract, AVolumeHasTheSerialNumberOfItsFiles)
-{
-    world_->write("file", "12345");
-
-    const auto facts = files().volumeFacts(world_->path("file"));
-
-    ASSERT_TRUE(facts.ok());
-    EXPECT_EQ(facts->serial, files().details(world_->path("file"), Links::followed)->identity.volume);
-    EXPECT_FALSE(facts->pseudo);
 }
 
 INSTANTIATE_TEST_SUITE_P(Worlds, FileSystemContract, ::testing::ValuesIn(testing::allWorlds()),

@@ -53,44 +53,38 @@ TEST_F(WindowsPaths, LoneSurrogatesStayApart)
 
 TEST_F(WindowsPaths, RootsAreProtectedWhereverTheFolderNameOccurs)
 {
-    EXPECT_TRUE(rules->rootIsProtected("c:\\windows"));
-    EXPECT_TRUE(rules->rootIsProtected("C:\\WINDOWS\\system32"));
-    EXPECT_TRUE(rules->rootIsProtected("c:\\windows.old"));
-    EXPECT_TRUE(rules->rootIsProtected("\\\\?\\c:\\program files (x86)"));
-    EXPECT_FALSE(rules->rootIsProtected("d:\\windows"));
-    EXPECT_FALSE(rules->rootIsProtected("c:\\"));
+    for (const char* root :
+         {"c:\\windows", "C:\\WINDOWS\\system32", "c:\\windows.old", "\\\\?\\c:\\program files (x86)"})
+        EXPECT_TRUE(rules->rootIsProtected(root)) << root;
+    for (const char* root : {"d:\\windows", "c:\\"})
+        EXPECT_FALSE(rules->rootIsProtected(root)) << root;
 }
 
 TEST_F(WindowsPaths, FoldersOnTheWayAreProtectedByEqualityOnly)
 {
+    const auto bare = makeWindowsPathRules(folding, {"", "\\"});
+    EXPECT_FALSE(bare->rootIsProtected("c:\\users")) << "an unknown folder protects nothing";
+    EXPECT_FALSE(bare->isProtectedFolder(""));
     EXPECT_TRUE(rules->isProtectedFolder("C:\\Windows"));
     EXPECT_TRUE(rules->isProtectedFolder("c:\\PROGRAM FILES"));
     EXPECT_FALSE(rules->isProtectedFolder("c:\\windows.old"));
     EXPECT_FALSE(rules->isProtectedFolder("c:\\windows\\system32"));
 }
 
-TEST_F(WindowsPaths, AnUnknownProtectedFolderProtectsNothing)
-{
-    const auto bare = makeWindowsPathRules(folding, {"", "\\"});
-    EXPECT_FALSE(bare->rootIsProtected("c:\\users"));
-    EXPECT_FALSE(bare->isProtectedFolder(""));
-}
-
 TEST_F(WindowsPaths, ARootCoversWhatLiesBelowIt)
 {
-    EXPECT_TRUE(rules->covers("c:\\", "c:\\temp"));
-    EXPECT_TRUE(rules->covers("c:\\", "\\\\?\\c:\\temp"));  // shorter than four characters: found anywhere
-    EXPECT_TRUE(rules->covers("c:\\a", "c:\\a"));
-    EXPECT_TRUE(rules->covers("c:\\a", "c:\\a\\b"));
-    EXPECT_FALSE(rules->covers("c:\\a", "c:\\ab"));
-    EXPECT_FALSE(rules->covers("c:\\a", "c:\\b"));
-    EXPECT_FALSE(rules->covers("c:\\a\\b", "c:\\a"));
-    // Anywhere in the later root, as long as a backslash stands where the earlier one would end.
-    EXPECT_TRUE(rules->covers("d:\\x", "\\\\?\\\\d:\\x"));
-    EXPECT_FALSE(rules->covers("d:\\x", "\\\\?\\d:\\x"));
-    EXPECT_FALSE(rules->covers("", "c:\\"));
-    // The backslash stands after six characters, which are seven bytes.
-    EXPECT_TRUE(rules->covers("c:\\\xC3\xA4\xC3\xB6x", "c:\\\xC3\xA4\xC3\xB6x\\y"));
+    // A root shorter than four characters is found anywhere; a longer one wherever a backslash stands where it would
+    // end, counted in characters and not in bytes.
+    const std::pair<const char*, const char*> covered[] = {
+        {"c:\\", "c:\\temp"},  {"c:\\", "\\\\?\\c:\\temp"}, {"c:\\a", "c:\\a"},
+        {"c:\\a", "c:\\a\\b"}, {"d:\\x", "\\\\?\\\\d:\\x"}, {"c:\\\xC3\xA4\xC3\xB6x", "c:\\\xC3\xA4\xC3\xB6x\\y"},
+    };
+    for (const auto& [root, below] : covered)
+        EXPECT_TRUE(rules->covers(root, below)) << root << ' ' << below;
+    const std::pair<const char*, const char*> apart[] = {
+        {"c:\\a", "c:\\ab"}, {"c:\\a", "c:\\b"}, {"c:\\a\\b", "c:\\a"}, {"d:\\x", "\\\\?\\d:\\x"}, {"", "c:\\"}};
+    for (const auto& [root, other] : apart)
+        EXPECT_FALSE(rules->covers(root, other)) << root << ' ' << other;
 }
 
 TEST_F(WindowsPaths, TheComputersRootIsKnownByItsFortyCharacters)
@@ -170,14 +164,13 @@ TEST_F(PosixPaths, ProtectSystemFoldersAtComponentBorders)
 
 TEST_F(PosixPaths, ProtectTrashFolders)
 {
-    EXPECT_TRUE(rules->rootIsProtected("/home/a/.local/share/Trash/files"));
-    EXPECT_TRUE(rules->rootIsProtected("/mnt/disk/.Trash-1000/files/x"));
-    EXPECT_TRUE(rules->rootIsProtected("/mnt/disk/.Trash/1000"));
-    EXPECT_TRUE(rules->isProtectedFolder("/home/a/.local/share/Trash"));
-    EXPECT_TRUE(rules->isProtectedFolder("/mnt/disk/.Trash-1000"));
+    for (const char* path :
+         {"/home/a/.local/share/Trash/files", "/mnt/disk/.Trash-1000/files/x", "/mnt/disk/.Trash/1000"})
+        EXPECT_TRUE(rules->rootIsProtected(path)) << path;
     for (const char* path : {"/home/a/Trash", "/mnt/.Trash-", "/mnt/.Trash-me", "/mnt/.Trashed",
                              "/a/x.local/share/Trash", "/home/.local/share/Trashy"})
         EXPECT_FALSE(rules->rootIsProtected(path)) << path;
+    EXPECT_TRUE(rules->isProtectedFolder("/mnt/disk/.Trash-1000"));
 }
 
 }  // namespace

@@ -19,13 +19,14 @@ int ownNice()
 TEST(Priority, LowersTheWorkAndWhatItStartsButNotTheCaller)
 {
     const int before = ownNice();
-    int inside = -100;
-    int ofChild = -100;
-
-    makeLinuxPriority()->runLowered([&] {
+    int inside = -100, ofChild = -100;
+    const auto work = [&] {
         inside = ownNice();
         std::thread([&] { ofChild = ownNice(); }).join();
-    });
+        throw std::runtime_error("work failed");
+    };
+
+    EXPECT_THROW(makeLinuxPriority()->runLowered(work), std::runtime_error);
 
     EXPECT_EQ(inside, std::max(before, 10));
     EXPECT_EQ(ofChild, inside);
@@ -40,13 +41,6 @@ TEST(Priority, NeverRaisesAPriorityThatIsLowerStill)
         makeLinuxPriority()->runLowered([&] { inside = ownNice(); });
         EXPECT_EQ(inside, 15);
     }).join();
-}
-
-TEST(Priority, PassesAnExceptionOn)
-{
-    const int before = ownNice();
-    EXPECT_THROW(makeLinuxPriority()->runLowered([] { throw std::runtime_error("work failed"); }), std::runtime_error);
-    EXPECT_EQ(ownNice(), before);
 }
 
 }  // namespace

@@ -25,22 +25,6 @@ std::int64_t numberFrom(VarType raw, std::uint64_t bits)
     return converted(VarType::uint64, RawValue::number(raw, bits))->number();
 }
 
-TEST(ValueConvert, kindFollowsFromTheDeclaredType)
-{
-    EXPECT_EQ(kindOf(VarType::empty), PropKind::none);
-    EXPECT_EQ(kindOf(VarType::blob), PropKind::none);
-    for (const VarType type : {VarType::oleDate, VarType::fileTime})
-        EXPECT_EQ(kindOf(type), PropKind::date);
-    for (const VarType type : {VarType::float32, VarType::float64})
-        EXPECT_EQ(kindOf(type), PropKind::real);
-    for (const VarType type : {VarType::bstr, VarType::narrowText, VarType::wideText})
-        EXPECT_EQ(kindOf(type), PropKind::text);
-    for (const VarType type : {VarType::uint32, VarType::boolean, VarType::object, VarType::currency})
-        EXPECT_EQ(kindOf(type), PropKind::number);
-    EXPECT_EQ(kindName(PropKind::real), u"Float");
-    EXPECT_EQ(kindName(PropKind::none), u"");
-}
-
 TEST(ValueConvert, everyShorterIntegerIsSignExtended)
 {
     for (const VarType type : {VarType::int8, VarType::uint8}) {
@@ -63,27 +47,16 @@ TEST(ValueConvert, everyShorterIntegerIsSignExtended)
     EXPECT_EQ(converted(VarType::uint32, RawValue::float64(77))->number(), 0);
 }
 
-TEST(ValueConvert, objectsAreKeptAndComparedByTheirAddress)
-{
-    const Ref<RawObject> object(new RawObject);
-    const auto node = converted(VarType::object, {VarType::object, false, object});
-    EXPECT_EQ(node->value, reinterpret_cast<std::uintptr_t>(object.get()));
-    EXPECT_EQ(std::get<Ref<RawObject>>(node->raw.data), object);
-}
-
 TEST(ValueConvert, emptyRawValueIsMissingWhateverTheKind)
 {
     for (const VarType type : {VarType::uint32, VarType::fileTime, VarType::float64, VarType::wideText}) {
         const auto node = converted(type, {}, property_flag::numeric | property_flag::sexagesimal);
         EXPECT_TRUE(node->missing());
         EXPECT_EQ(node->flags, 0u);
-        EXPECT_EQ(node->value & 0xFFFFFFFF, 0xDEADu);
-        EXPECT_EQ(node->value >> 32, 0xBEEFu);
     }
     EXPECT_TRUE(converted(VarType::wideText, RawValue::text(u""))->missing());
-    EXPECT_TRUE(converted(VarType::float64, {VarType::float64, true, std::vector<double>{}}, property_flag::sexagesimal)
-                    ->missing())
-        << "a vector of nothing is no coordinate 0";
+    const RawValue none{VarType::float64, true, std::vector<double>{}};
+    EXPECT_TRUE(converted(VarType::float64, none, property_flag::sexagesimal)->missing()) << "no coordinate 0";
     EXPECT_TRUE(converted(VarType::blob, RawValue::number(VarType::uint32, 1))->missing());
 }
 
@@ -106,9 +79,7 @@ TEST(ValueConvert, datesAreFileTimes)
 TEST(ValueConvert, realsAreWidened)
 {
     EXPECT_EQ(converted(VarType::float32, {VarType::float32, false, 0.5f})->real(), 0.5);
-    EXPECT_EQ(converted(VarType::float64, RawValue::float64(-1e300))->real(), -1e300);
     EXPECT_EQ(converted(VarType::float64, RawValue::number(VarType::uint32, 3))->real(), 0);
-    EXPECT_EQ(converted(VarType::float64, {VarType::float64, true, std::vector<double>{1, 2}})->real(), 0);
 }
 
 TEST(ValueConvert, sexagesimalVectorsBecomeDegrees)
@@ -123,13 +94,6 @@ TEST(ValueConvert, sexagesimalVectorsBecomeDegrees)
     EXPECT_EQ(sexagesimal(RawValue::number(VarType::uint32, 51)), std::nullopt);
 }
 
-TEST(ValueConvert, numericFlagIsHandedOn)
-{
-    EXPECT_EQ(converted(VarType::uint32, RawValue::number(VarType::uint32, 5), property_flag::numeric)->flags,
-              PROPCACHE::flagNumeric);
-    EXPECT_EQ(converted(VarType::uint32, RawValue::number(VarType::uint32, 5))->flags, 0u);
-}
-
 TEST(ValueConvert, directionMarksGoOnlyWhenTheyComeFirst)
 {
     const auto text = [](std::u16string raw) {
@@ -140,18 +104,6 @@ TEST(ValueConvert, directionMarksGoOnlyWhenTheyComeFirst)
     EXPECT_EQ(text(u"\u202Aab\u202C"), u"ab");
     EXPECT_EQ(text(u"a\u200Eb"), u"a\u200Eb");
     EXPECT_EQ(text(u"\u202Bab"), u"\u202Bab") << "not one of the marks that formatting puts first";
-}
-
-TEST(ValueConvert, convertingAgainForgetsWhatWasThere)
-{
-    const auto node = converted(VarType::wideText, RawValue::text(u"first"));
-    node->folded = u"first";
-    PropertyInfo info;
-    info.type = VarType::wideText;
-    convertValue(*node, {&info, 1}, {});
-    EXPECT_TRUE(node->missing());
-    EXPECT_FALSE(node->folded);
-    EXPECT_TRUE(node->raw.empty());
 }
 
 TEST(ValueFormat, valuesReadAsText)

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/clock.h"
+#include "platform/linux/adapters.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
 #include "platform/text_folding.h"
@@ -32,18 +33,29 @@ public:
     int lowered = 0;
 };
 
-// Folds ASCII, and the accented Latin-1 letters to their base letters.
+// The system's own folding, to be had as a plain member.
 class SimpleFolding final : public TextFolding {
 public:
-    std::u16string lower(std::u16string_view text) const override;
-    std::u16string withoutAccents(std::u16string_view text) const override;
+    std::u16string lower(std::u16string_view text) const override { return real_->lower(text); }
+    std::u16string withoutAccents(std::u16string_view text) const override { return real_->withoutAccents(text); }
+
+private:
+    std::unique_ptr<TextFolding> real_ = makeIcuFolding();
 };
 
 // Answers property reads from a table of (full path, canonical name), and counts them.
 class FakeReaders final : public PropertyReaders {
 public:
-    RawValue read(const PropertyInfo& property, const ShellItem& item) override;
-    void set(const std::string& path, const std::string& property, RawValue value);
+    RawValue read(const PropertyInfo& property, const ShellItem& item) override
+    {
+        ++reads;
+        const auto found = values_.find({item.path().string(), std::string(property.name)});
+        return found != values_.end() ? found->second : RawValue{};
+    }
+    void set(const std::string& path, const std::string& property, RawValue value)
+    {
+        values_[{path, property}] = std::move(value);
+    }
     int reads = 0;
 
 private:

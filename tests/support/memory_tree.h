@@ -23,40 +23,36 @@ struct MemoryNode {
     std::uint32_t links = 1;
 };
 
-using MemoryNodePtr = std::shared_ptr<MemoryNode>;
-
 // Not thread-safe: whoever holds it locks.
 class MemoryTree {
 public:
     // What a path leads to, and under which name free of links.
     struct Found {
         std::string path;
-        MemoryNodePtr node;
+        std::shared_ptr<MemoryNode> node;
     };
     using Children = std::vector<std::pair<std::string, FileInfo>>;
 
     MemoryTree();
 
-    MemoryNodePtr newNode(FileKind kind, std::string contents);
-    FileTime newTime() { return {nextTime_ += ticksPerSecond}; }
     void makeFolders(const std::string& path);
-    void add(const std::string& path, MemoryNodePtr node);
+    void add(const std::string& path, FileKind kind, std::string contents);
+    void addHardLink(const std::string& path, const std::string& existing);
     void remove(const std::string& path);
+    void rewrite(const std::string& path, std::string contents);
     void setVolume(const std::string& folder, const VolumeFacts& facts) { volumes_[folder] = facts; }
 
-    // Throws std::invalid_argument when there is no such name; links on the way are not looked through.
-    [[nodiscard]] const MemoryNodePtr& existing(const std::string& path) const;
-    [[nodiscard]] Result<Found> resolve(const std::string& path, Links last) const;
+    // Throws std::out_of_range when there is no such name; links on the way are not looked through.
+    [[nodiscard]] MemoryNode& existing(const std::string& path) const { return *nodes_.at(path); }
+    [[nodiscard]] Result<Found> resolve(const std::filesystem::path& path, Links last, int linksLeft = 40) const;
     [[nodiscard]] VolumeFacts volumeOf(const std::string& path) const;
-    [[nodiscard]] FileInfo infoOf(const Found& found) const;
+    [[nodiscard]] FileInfo infoOf(const Found& found) const;  // all that does not go by the name
     [[nodiscard]] Result<FileInfo> infoAt(const std::string& path, Links links) const;
     // By name; folder is free of links.
     [[nodiscard]] Children children(const std::string& folder, Links links) const;
 
 private:
-    FileInfo infoThroughLink(const std::string& linkPath, const Found& target) const;
-
-    std::map<std::string, MemoryNodePtr> nodes_;
+    std::map<std::string, std::shared_ptr<MemoryNode>> nodes_;
     std::map<std::string, VolumeFacts> volumes_;
     std::uint64_t nextIndex_ = 1;
     std::int64_t nextTime_ = 133'000'000'000'000'000;

@@ -31,10 +31,15 @@ TempTree::~TempTree()
     fs::remove_all(path_, ignored);
 }
 
+fs::path TempTree::placeFor(std::string_view relative) const
+{
+    fs::create_directories(path(relative).parent_path());
+    return path(relative);
+}
+
 fs::path TempTree::write(std::string_view relative, std::string_view contents) const
 {
-    const fs::path full = path(relative);
-    fs::create_directories(full.parent_path());
+    const fs::path full = placeFor(relative);
     std::ofstream file(full, std::ios::binary | std::ios::trunc);
     file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
     file.close();
@@ -52,16 +57,14 @@ fs::path TempTree::folder(std::string_view relative) const
 
 fs::path TempTree::hardLink(std::string_view relative, std::string_view existing) const
 {
-    fs::path full = path(relative);
-    fs::create_directories(full.parent_path());
+    fs::path full = placeFor(relative);
     fs::create_hard_link(path(existing), full);
     return full;
 }
 
 fs::path TempTree::symlink(std::string_view relative, const fs::path& target) const
 {
-    fs::path full = path(relative);
-    fs::create_directories(full.parent_path());
+    fs::path full = placeFor(relative);
     fs::create_symlink(target, full);
     return full;
 }

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] std::string read(std::string_view relative) const;
 
 private:
+    [[nodiscard]] std::filesystem::path placeFor(std::string_view relative) const;
+
     std::filesystem::path path_;
 };
 
