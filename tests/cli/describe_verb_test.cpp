@@ -13,7 +13,6 @@ using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
 using testing::runCli;
-using ::testing::StartsWith;
 
 class DescribeVerb : public ::testing::Test {
 protected:
@@ -38,15 +37,6 @@ TEST_F(DescribeVerb, ValuesHaveTheirOwnJsonTypes)
     EXPECT_FALSE(values.contains("Stock.Thumbnail")) << "an object is no value to print";
 }
 
-TEST_F(DescribeVerb, TextHasALineAProperty)
-{
-    const std::string path = tree_.write("big", std::string(20'480, 'x')).string();
-    const auto run = runCli({"describe", path});
-    EXPECT_EQ(run.code, ExitCode::done);
-    EXPECT_THAT(run.out, StartsWith(path + '\n'));
-    EXPECT_THAT(run.out, HasSubstr(" 20480 (20.0 KB)\n"));
-}
-
 TEST_F(DescribeVerb, StrangeNamesAndFoldersToo)
 {
     const std::string path = tree_.write("\xFF\n", "x").string();
@@ -55,15 +45,7 @@ TEST_F(DescribeVerb, StrangeNamesAndFoldersToo)
     EXPECT_THAT(document.at("pathBytes").get<std::string>(), ::testing::EndsWith("/%FF%0A"));
     EXPECT_THAT(runCli({"describe", path}).out, Not(HasSubstr("\n\n")));
     EXPECT_EQ(properties(tree_.path().string()).at("Stock.IsFolder"), true);
-}
-
-TEST_F(DescribeVerb, TheListNamesWhatMatchAccepts)
-{
-    const std::string list = runCli({"describe", "--list"}).out;
-    EXPECT_THAT(list, HasSubstr("System.Size\n"));
-    EXPECT_THAT(list, HasSubstr("Stock.HardLinks\n"));
-    const json names = json::parse(runCli({"describe", "--list", "--json"}).out).at("properties");
-    EXPECT_GE(names.size(), 110u);
+    EXPECT_THAT(runCli({"describe", "--list"}).out, HasSubstr("Stock.HardLinks\n"));
 }
 
 }  // namespace

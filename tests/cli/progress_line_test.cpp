@@ -47,6 +47,9 @@ TEST_F(Progress, SaysWhatIsKnownAndNoMore)
 TEST_F(Progress, RateAndTimeLeftCountFromTheBeginningOfThePhase)
 {
     ProgressLine line(err_, clock_, 120);
+    line.show({ScanPhase::sorting, 0, 100});
+    clock_.milliseconds = 3'000;
+    EXPECT_EQ(after(line, {ScanPhase::sorting, 4, 100}), "phase 2: sorting files, 4 of 100 files, at most 1:12 left");
     clock_.milliseconds = 60'000;
     line.show({ScanPhase::comparing, 0, 400, 0, 400 << 20});
     clock_.milliseconds = 64'000;
@@ -54,17 +57,11 @@ TEST_F(Progress, RateAndTimeLeftCountFromTheBeginningOfThePhase)
               "phase 3: discovering duplicates, 10 of 400 files, 40.0 MB read, 10.0 MB/s, at most 0:36 left");
 }
 
-TEST_F(Progress, WithoutBytesTheFilesTellTheTimeLeft)
-{
-    ProgressLine line(err_, clock_, 120);
-    line.show({ScanPhase::sorting, 0, 100});
-    clock_.milliseconds = 3'000;
-    EXPECT_EQ(after(line, {ScanPhase::sorting, 4, 100}), "phase 2: sorting files, 4 of 100 files, at most 1:12 left");
-}
-
 TEST_F(Progress, AShorterLineLeavesNothingOfALongerOne)
 {
     ProgressLine line(err_, clock_, 120);
+    line.erase();
+    EXPECT_EQ(err_.str(), "") << "nothing drawn, nothing to erase";
     line.show({ScanPhase::comparing, 1'000'000, 2'000'000});
     EXPECT_EQ(after(line, {ScanPhase::gathering, 1}), "phase 1: gathering files, 1 file");
     line.erase();
@@ -78,13 +75,6 @@ TEST_F(Progress, StaysWithinANarrowTerminal)
     ProgressLine tiny(err_, clock_, 8);
     err_.str("");
     EXPECT_EQ(after(tiny, {ScanPhase::gathering, 1}), "phase 1");
-}
-
-TEST_F(Progress, NothingDrawnMeansNothingToErase)
-{
-    ProgressLine line(err_, clock_, 80);
-    line.erase();
-    EXPECT_EQ(err_.str(), "");
 }
 
 }  // namespace

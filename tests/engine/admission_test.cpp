@@ -7,20 +7,6 @@
 namespace kelvane {
 namespace {
 
-class FixedAnswer final : public SimilarContent {
-public:
-    bool supports(Category category) const override { return category == Category::documents; }
-    bool admits(const ScanCriteria&, ItemContext&) override
-    {
-        ++asked;
-        return answer;
-    }
-    ContentScore compare(const ScanCriteria&, ItemContext&, ItemContext&) override { return {}; }
-
-    bool answer = true;
-    int asked = 0;
-};
-
 class AdmissionOfFiles : public ::testing::Test {
 protected:
     static Ref<ShellItem> file(const std::string& name, std::uint64_t bytes, std::uint32_t attributes = 0,
@@ -37,14 +23,13 @@ protected:
     }
     bool admits(const ScanCriteria& criteria, const Ref<ShellItem>& item)
     {
-        Admission admission(criteria, *world.shell, world.properties, &similar);
+        Admission admission(criteria, *world.shell, world.properties, nullptr);
         const bool admitted = admission.test(item).has_value();
         offline = admission.offlineSkipped();
         return admitted;
     }
 
     testing::ScanWorld world;
-    FixedAnswer similar;
     std::uint64_t offline = 0;
 };
 
@@ -88,20 +73,16 @@ TEST_F(AdmissionOfFiles, OfflineFilesStayOutOnlyWhenTheyWouldBeOpened)
     EXPECT_TRUE(admits(world.criteria(scan_flag::contents), entry));
 }
 
-TEST_F(AdmissionOfFiles, LinksStayOutButNotCloudPlaceholders)
+TEST_F(AdmissionOfFiles, MarkedFilesStayOutOnRequest)
 {
-    const auto criteria = world.criteria(scan_flag::skipLinks);
-    EXPECT_FALSE(admits(criteria, file("a", 1, attribute::reparsePoint)));
-    EXPECT_TRUE(admits(criteria, file("a", 1, attribute::reparsePoint | attribute::cloudPlaceholder)));
-    EXPECT_TRUE(admits(world.criteria(0), file("a", 1, attribute::reparsePoint)));
-}
-
-TEST_F(AdmissionOfFiles, ProtectionKeepsHiddenAndSystemFilesOut)
-{
-    for (const std::uint32_t mark : {attribute::hidden, attribute::system}) {
-        EXPECT_FALSE(admits(world.criteria(scan_flag::protect), file("a", 1, mark)));
-        EXPECT_TRUE(admits(world.criteria(0), file("a", 1, mark)));
+    for (const auto& [flag, marks] :
+         {std::pair(scan_flag::skipLinks, attribute::reparsePoint), std::pair(scan_flag::protect, attribute::hidden),
+          std::pair(scan_flag::protect, attribute::system)}) {
+        EXPECT_FALSE(admits(world.criteria(flag), file("a", 1, marks)));
+        EXPECT_TRUE(admits(world.criteria(0), file("a", 1, marks)));
     }
+    const auto placeholder = file("a", 1, attribute::reparsePoint | attribute::cloudPlaceholder);
+    EXPECT_TRUE(admits(world.criteria(scan_flag::skipLinks), placeholder));
 }
 
 TEST_F(AdmissionOfFiles, ThePrimaryPropertyMustHaveAValue)
@@ -114,33 +95,6 @@ TEST_F(AdmissionOfFiles, ThePrimaryPropertyMustHaveAValue)
     EXPECT_FALSE(admits(byTitle, file("blank", 1)));
     EXPECT_FALSE(admits(byTitle, file("none", 1)));
     EXPECT_TRUE(admits(world.criteria(0, "System.Media.Year"), file("zero", 1)));  // 0 is a value
-}
-
-TEST_F(AdmissionOfFiles, APropertyOfTheRecordCostsNoCacheNode)
-{
-    const auto criteria = world.criteria(0);
-    Admission admission(criteria, *world.shell, world.properties, nullptr);
-    const auto candidate = admission.test(file("a", 1));
-    ASSERT_TRUE(candidate);
-    EXPECT_EQ(candidate->cachedValues(), 0u);
-    EXPECT_EQ(world.readers.reads, 0);
-    EXPECT_TRUE(world.files.accesses().empty());
-}
-
-TEST_F(AdmissionOfFiles, SimilarContentsAreLookedAtLastAndOnlyWhereTheyCount)
-{
-    const auto fuzzy = scan_flag::fuzzy | scan_flag::contents;
-    auto criteria = world.criteria(fuzzy, "System.Size", Category::documents);
-    criteria.primary = world.catalogue.byName("System.Size");
-    similar.answer = false;
-    EXPECT_FALSE(admits(criteria, file("a.txt", 1)));
-    EXPECT_EQ(similar.asked, 1);
-    EXPECT_FALSE(admits(criteria, file("a.jpg", 1)));  // already the name is wrong
-    EXPECT_TRUE(admits(world.criteria(scan_flag::contents, "System.Size", Category::documents), file("a.txt", 1)));
-    EXPECT_TRUE(admits(world.criteria(fuzzy, "System.Size", Category::custom), file("a.txt", 1)));
-    EXPECT_EQ(similar.asked, 1);
-    similar.answer = true;
-    EXPECT_TRUE(admits(criteria, file("a.txt", 1)));
 }
 
 }  // namespace

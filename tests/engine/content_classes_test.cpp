@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <set>
 
-#include "engine/chunk_buckets.h"
-#include "engine/kept_chunks.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -38,17 +35,13 @@ protected:
     }
 
     // The most files that were open at once.
-    std::size_t mostOpen()
+    std::ptrdiff_t mostOpen()
     {
-        std::set<std::string> open;
-        std::size_t most = 0;
+        std::ptrdiff_t open = 0, most = 0;
         for (const std::string& access : world.files.accesses()) {
-            const std::string path = access.substr(access.find(' ') + 1);
-            if (access.starts_with("open "))
-                open.insert(path);
-            if (access.starts_with("info "))  // the last question before a handle is let go
-                open.erase(path);
-            most = std::max(most, open.size());
+            open += access.starts_with("open ");
+            open -= access.starts_with("info ");  // the last question before a handle is let go
+            most = std::max(most, open);
         }
         return most;
     }
@@ -59,44 +52,14 @@ protected:
     std::set<std::string> skipped;
 };
 
-TEST_F(ContentClasses, EqualFilesShareANumber)
-{
-    const std::string base(100'000, 'x');
-    std::string late = base;
-    late[99'999] = 'y';
-    for (const std::string& contents : {base, late, base, std::string(100'000, 'z'), late, base})
-        add(contents);
-    const auto classes = classify();
-    EXPECT_EQ(classes[0], classes[2]);
-    EXPECT_EQ(classes[0], classes[5]);
-    EXPECT_EQ(classes[1], classes[4]);
-    EXPECT_NE(classes[0], classes[1]);
-    EXPECT_EQ(classes[3], alone);
-}
-
-TEST_F(ContentClasses, ABudgetOfOneChunkGivesTheSameClasses)
-{
-    for (int i = 0; i < 40; ++i)
-        add(std::string(50, static_cast<char>('a' + i % 13)) + std::string(50, static_cast<char>('a' + i % 3)));
-    const auto wide = classify();
-    const auto narrow = classify({16, 2, 32, 1, 2});
-    const auto equal = [](const std::vector<std::uint32_t>& classes, std::size_t i, std::size_t j) {
-        return classes[i] == classes[j] && classes[i] != alone;
-    };
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j)
-            EXPECT_EQ(equal(narrow, i, j), equal(wide, i, j));
-    }
-    EXPECT_TRUE(skipped.empty());
-}
-
 TEST_F(ContentClasses, OnlySoManyFilesStayOpen)
 {
     for (int i = 0; i < 30; ++i)
         add(std::string(1000, 'x'));
     const auto classes = classify({16, 2, 64, 4096, 5});
     EXPECT_EQ(std::set(classes.begin(), classes.end()).size(), 1u);
-    EXPECT_LE(mostOpen(), 6u);
+    EXPECT_LE(mostOpen(), 6);
+    EXPECT_GE(mostOpen(), 2);
 }
 
 TEST_F(ContentClasses, RunningOutOfHandlesGivesKeptOnesBack)
@@ -129,24 +92,6 @@ TEST_F(ContentClasses, AFileThatChangesWhileReadIsAloneAndReported)
     EXPECT_EQ(classes[1], classes[2]);
     EXPECT_NE(classes[1], alone);
     EXPECT_EQ(skipped, std::set<std::string>{"/0"});
-}
-
-TEST(ChunkBuckets, ManyDifferentChunksAreToldApart)
-{
-    KeptChunks kept(64, 64 * 300);
-    ChunkBuckets buckets;
-    for (int round = 0; round < 2; ++round) {
-        kept.clear();
-        buckets.begin(600);
-        for (std::uint32_t i = 0; i < 600; ++i) {
-            const auto room = kept.room(4);
-            const std::uint32_t value = i % 200;
-            std::memcpy(room.data(), &value, 4);
-            EXPECT_EQ(buckets.place(room, kept), value);
-        }
-        EXPECT_EQ(buckets.size(), 200u);
-        EXPECT_EQ(buckets[7].count, 3u);
-    }
 }
 
 }  // namespace

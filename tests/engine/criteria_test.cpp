@@ -49,42 +49,16 @@ protected:
 
 using Names = std::vector<std::string>;
 
-TEST_F(Criteria, AScanDefinitionStartsFromTheStandardOptions)
-{
-    const CScanNode node;
-    EXPECT_EQ(node.flags, 0x7D00u);
-    EXPECT_EQ(node.category(), Category::audio);
-    EXPECT_TRUE(node.has(scan_flag::protect));
-    EXPECT_TRUE(node.has(scan_flag::skipEmpty));
-    EXPECT_FALSE(node.has(scan_flag::fuzzy));
-    EXPECT_EQ(node.name(), u"binLastScan");
-}
-
-TEST_F(Criteria, ChangingTheCategoryKeepsTheOptions)
-{
-    CScanNode node;
-    node.setCategory(Category::images);
-    node.setCategory(Category::folders);
-    EXPECT_EQ(node.flags, 0x7D06u);
-}
-
-TEST_F(Criteria, OneHundredPercentAppliesWithoutTheFuzzyBit)
-{
-    auto node = definition(0, "System.Size");
-    node.similarity = 70;
-    EXPECT_EQ(make(node).similarity, 100);
-    node.set(scan_flag::fuzzy, true);
-    EXPECT_EQ(make(node).similarity, 70);
-}
-
-TEST_F(Criteria, RefuseASimilarityThatIsNoPercentage)
+TEST_F(Criteria, TheSimilarityIsAPercentageOfFuzzySearches)
 {
     auto node = definition(scan_flag::fuzzy, "System.Size");
     for (const int similarity : {0, -5, 101}) {
         node.similarity = similarity;
         EXPECT_THAT(failure(node), ::testing::HasSubstr("between 1 and 100")) << similarity;
     }
-    node.flags = 0;  // without the fuzzy bit the field does not matter
+    node.similarity = 70;
+    EXPECT_EQ(make(node).similarity, 70);
+    node.flags = 0;
     EXPECT_EQ(make(node).similarity, 100);
 }
 
@@ -155,36 +129,26 @@ TEST_F(Criteria, OfflineFilesAreLeftOutWhenTheyWouldBeOpened)
 
 TEST_F(Criteria, MasksComeFromTheDefinitionOrTheCategory)
 {
-    auto node = definition(0, "System.Size", Category::images);
-    EXPECT_TRUE(make(node).masks.admits("a.heic"));
-    EXPECT_FALSE(make(node).masks.admits("a.mp3"));
-    node.masks = "mp3";
-    EXPECT_TRUE(make(node).masks.admits("a.mp3"));
-    EXPECT_FALSE(make(node).masks.admits("a.heic"));
-
+    const auto admits = [&](Category category, const char* masks, const char* name) {
+        auto node = definition(0, "System.Size", category);
+        node.masks = masks;
+        return make(node).masks.admits(name);
+    };
+    EXPECT_TRUE(admits(Category::images, "", "a.heic"));
+    EXPECT_FALSE(admits(Category::images, "", "a.mp3"));
+    EXPECT_TRUE(admits(Category::images, "mp3", "a.mp3"));
+    EXPECT_FALSE(admits(Category::images, "mp3", "a.heic"));
     options.categories[0].masks = "voc";
     options.categories[1].masks.clear();  // falls back to the default
-    node.masks.clear();
-    node.setCategory(Category::audio);
-    EXPECT_TRUE(make(node).masks.admits("a.voc"));
-    EXPECT_FALSE(make(node).masks.admits("a.mp3"));
-    node.setCategory(Category::video);
-    EXPECT_TRUE(make(node).masks.admits("a.mkv"));
-}
-
-TEST_F(Criteria, AnEmptyCustomListFallsBackToTheSixthCategory)
-{
-    auto node = definition(0, "System.Size", Category::custom);
-    EXPECT_TRUE(make(node).masks.admitsAll());
     options.categories[5].masks = "iso,vmdk";
-    EXPECT_FALSE(make(node).masks.admits("a.txt"));
-    node.masks = "*";  // one character is no list of masks
-    EXPECT_TRUE(make(node).masks.admits("a.iso"));
-    EXPECT_FALSE(make(node).masks.admits("a.txt"));
-    options.categories[5].masks = "x";
-    EXPECT_TRUE(make(node).masks.admitsAll());
+    EXPECT_TRUE(admits(Category::audio, "", "a.voc"));
+    EXPECT_FALSE(admits(Category::audio, "", "a.mp3"));
+    EXPECT_TRUE(admits(Category::video, "", "a.mkv"));
+    EXPECT_FALSE(admits(Category::custom, "", "a.txt"));
+    EXPECT_TRUE(admits(Category::custom, "*", "a.iso"));  // one character is no list of masks
+    EXPECT_FALSE(admits(Category::custom, "*", "a.txt"));
     options.categories.clear();
-    EXPECT_TRUE(make(node).masks.admitsAll());
+    EXPECT_TRUE(admits(Category::custom, "", "a.txt"));
 }
 
 TEST_F(Criteria, ReadsTheSizeRangeStrictly)

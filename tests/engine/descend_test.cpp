@@ -11,14 +11,14 @@ using Place = ShellItem::Place;
 
 class Descending : public ::testing::Test {
 protected:
-    // A folder below /d on volume 7, with an identity of its own.
+    // A folder below /d, on volume 7 unless said otherwise.
     Ref<ShellItem> folder(const std::string& name, std::uint32_t attributes = 0, std::uint64_t volume = 7,
                           Place place = Place::fileSystem)
     {
         FileInfo info;
         info.kind = place == Place::archive ? FileKind::regular : FileKind::folder;
         info.attributes = attributes;
-        info.identity = {volume, ++lastIndex};
+        info.identity = {volume, 100};
         return ShellItem::make(parent, name, info, place);
     }
     static Ref<ShellItem> topFolder(const std::string& path)
@@ -36,54 +36,43 @@ protected:
 
     testing::ScanWorld world;
     PathRules* paths = world.paths.get();
-    std::uint64_t lastIndex = 100;
     Ref<ShellItem> parent = topFolder("/d");
     static constexpr std::uint32_t protect = scan_flag::protect;
 };
 
-TEST_F(Descending, ProtectionStopsAtHiddenAndSystemFolders)
+TEST_F(Descending, FlagsOptionsAndMarksDecideTogether)
 {
-    EXPECT_FALSE(enters(protect, folder("a", attribute::hidden)));
-    EXPECT_FALSE(enters(protect, folder("a", attribute::system)));
-    EXPECT_TRUE(enters(0, folder("a", attribute::hidden)));
-    EXPECT_TRUE(enters(protect, folder("a")));
-}
-
-TEST_F(Descending, ProtectionStopsAtProtectedFolders)
-{
-    parent = topFolder("/");
-    EXPECT_FALSE(enters(protect, folder("usr")));
-    EXPECT_TRUE(enters(0, folder("usr")));
-    EXPECT_TRUE(enters(protect, folder("home")));
-    EXPECT_FALSE(enters(protect, folder(".Trash-1000")));
-}
-
-TEST_F(Descending, LinksAreEnteredOnlyWhenTheyAreFollowed)
-{
-    EXPECT_FALSE(enters(0, folder("a", attribute::reparsePoint)));
-    EXPECT_TRUE(enters(0, folder("a", attribute::reparsePoint | attribute::cloudPlaceholder)));
-    world.options.flags |= option_flag::followJunctions;
-    EXPECT_TRUE(enters(0, folder("a", attribute::reparsePoint)));
-    EXPECT_FALSE(enters(scan_flag::skipLinks, folder("a", attribute::reparsePoint)));
-}
-
-TEST_F(Descending, ArchivesAndOfflineFoldersDependOnVirtualFolders)
-{
-    EXPECT_FALSE(enters(0, folder("a.zip", 0, 7, Place::archive)));
-    EXPECT_TRUE(enters(0, folder("a", attribute::offline)));
-    world.options.flags |= option_flag::enterVirtualFolders;
-    EXPECT_TRUE(enters(0, folder("a.zip", 0, 7, Place::archive)));
-    EXPECT_FALSE(enters(0, folder("a", attribute::offline)));
-}
-
-TEST_F(Descending, SmallVirtualFoldersMayBeLeftOut)
-{
-    const auto inside = [&] { return folder("a", 0, 0, Place::insideArchive); };
-    EXPECT_TRUE(enters(0, inside()));
-    world.options.flags |= option_flag::skipSmallVirtual;
-    EXPECT_FALSE(enters(0, inside()));
-    world.options.flags |= option_flag::enterVirtualFolders;
-    EXPECT_TRUE(enters(0, inside()));
+    using option_flag::enterVirtualFolders;
+    using option_flag::followJunctions;
+    using option_flag::skipSmallVirtual;
+    const std::uint32_t link = attribute::reparsePoint, skipLinks = scan_flag::skipLinks;
+    const std::uint32_t placeholder = link | attribute::cloudPlaceholder;
+    const struct {
+        bool entered;
+        std::uint32_t flags, options, marks;
+        Place place = Place::fileSystem;
+    } table[] = {
+        {true, protect, 0, 0},
+        {false, protect, 0, attribute::hidden},
+        {false, protect, 0, attribute::system},
+        {true, 0, 0, attribute::hidden},
+        {false, 0, 0, link},
+        {true, 0, 0, placeholder},
+        {true, 0, followJunctions, link},
+        {false, skipLinks, followJunctions, link},
+        {true, 0, 0, attribute::offline},
+        {false, 0, enterVirtualFolders, attribute::offline},
+        {false, 0, 0, 0, Place::archive},
+        {true, 0, enterVirtualFolders, 0, Place::archive},
+        {true, 0, 0, 0, Place::insideArchive},
+        {false, 0, skipSmallVirtual, 0, Place::insideArchive},
+        {true, 0, skipSmallVirtual | enterVirtualFolders, 0, Place::insideArchive},
+    };
+    const std::uint32_t before = world.options.flags;
+    for (const auto& row : table) {
+        world.options.flags = before | row.options;
+        EXPECT_EQ(enters(row.flags, folder("a", row.marks, 7, row.place)), row.entered) << &row - table;
+    }
 }
 
 TEST_F(Descending, LongPathsNeedDirectListing)
@@ -110,41 +99,6 @@ TEST_F(Descending, ExcludedVolumesAreNotEntered)
     EXPECT_FALSE(enters(protect, folder("a", 0, 8)));
     world.options.flags |= option_flag::enterVirtualFolders;
     EXPECT_FALSE(enters(protect, folder("a", 0, 7)));
-}
-
-TEST_F(Descending, PseudoFileSystemsAreAskedForOncePerVolume)
-{
-    world.files.addFolder("/d/proc");
-    world.files.addFolder("/d/disk");
-    world.files.setVolume("/d/proc", {.serial = 20, .fileSystem = "proc", .pseudo = true});
-    world.files.setVolume("/d/disk", {.serial = 21, .fileSystem = "ext4"});
-    const auto criteria = world.criteria(0);
-    DescendTest test(criteria, *paths, *world.shell);
-    EXPECT_FALSE(test.enters(*folder("proc", 0, 20)));
-    EXPECT_FALSE(test.enters(*folder("proc", 0, 20)));
-    EXPECT_TRUE(test.enters(*folder("disk", 0, 21)));
-    EXPECT_TRUE(test.enters(*folder("disk", 0, 21)));
-    EXPECT_TRUE(test.enters(*folder("same", 0, 7)));
-    EXPECT_EQ(world.files.accesses().size(), 2u);
-    EXPECT_TRUE(test.isPseudo(*folder("proc", 0, 20)));
-}
-
-TEST_F(Descending, AFolderIsEnteredOnceByWhateverName)
-{
-    const auto criteria = world.criteria(0);
-    DescendTest test(criteria, *paths, *world.shell);
-    const auto first = folder("a");
-    const auto again = ShellItem::make(parent, "b", first->info(), Place::fileSystem);
-    EXPECT_TRUE(test.enters(*first));
-    EXPECT_FALSE(test.enters(*again));
-    EXPECT_FALSE(test.entersRoot(*again));
-    // Without identities nothing is known to be one, and entries of archives are numbered in each archive anew.
-    for (int i = 0; i < 2; ++i) {
-        lastIndex = static_cast<std::uint64_t>(-1);
-        EXPECT_TRUE(test.enters(*folder("c", 0, 0)));
-        lastIndex = 4;
-        EXPECT_TRUE(test.enters(*folder("d", 0, 0, Place::insideArchive)));
-    }
 }
 
 }  // namespace

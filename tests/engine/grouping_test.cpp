@@ -11,7 +11,6 @@ namespace {
 using ::testing::ElementsAre;
 using testing::exactContents;
 using testing::GroupingWorld;
-using ::testing::IsEmpty;
 using testing::RecordingSink;
 using ::testing::SizeIs;
 
@@ -30,19 +29,6 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Ways, Grouping, ::testing::Bool(),
                          [](const auto& way) { return way.param ? "ReadAhead" : "PairByPair"; });
 
-TEST_P(Grouping, FurtherNamesOfAFileAreNoCopies)
-{
-    world.files.addFile("/a1", hundred('x'));
-    world.files.addHardLink("/a2", "/a1");
-    world.files.addHardLink("/a3", "/a1");
-    world.files.addFile("/b", hundred('x'));
-    EXPECT_THAT(world.groupAll(world.criteria(exactContents, "")).groups(), ElementsAre(ElementsAre("/a1", "/b")));
-    EXPECT_EQ(world.stats.duplicates, 1u);
-
-    world.files.remove("/b");
-    EXPECT_THAT(world.groupAll(world.criteria(exactContents, "")).rows, IsEmpty());
-}
-
 TEST_P(Grouping, SeedComesFirstThenTheLastFound)
 {
     for (const char* path : {"/a", "/b", "/c", "/d"})
@@ -55,13 +41,6 @@ TEST_P(Grouping, SeedComesFirstThenTheLastFound)
     EXPECT_EQ(sink.rows[2].group, 2);
     EXPECT_EQ(world.stats.groups, 2u);
     EXPECT_EQ(world.stats.grouped, 6u);
-}
-
-TEST_P(Grouping, FewerThanTwoCandidatesMakeNoGroup)
-{
-    EXPECT_THAT(world.groupAll(world.criteria(exactContents, "")).rows, IsEmpty());
-    world.files.addFile("/a", hundred('x'));
-    EXPECT_THAT(world.groupAll(world.criteria(exactContents, "")).rows, IsEmpty());
 }
 
 TEST_P(Grouping, FilesThatCannotBeReadOrHaveChangedAreInNoGroup)
@@ -154,31 +133,17 @@ public:
     }
     Result<std::unique_ptr<ContentReader>> open(const std::filesystem::path&, std::uint64_t) override
     {
-        return std::unique_ptr<ContentReader>(std::make_unique<Stream>(contents));
+        store_.addFile("/entry", contents);
+        store_.setHook([](const std::string& operation, const std::string&) {
+            return operation == "info" ? std::optional(Error{ErrorKind::notSupported, 0, ""}) : std::nullopt;
+        });
+        return store_.openForReading("/entry", ReadPattern::sequential);
     }
 
     std::string contents;
 
 private:
-    class Stream final : public ContentReader {
-    public:
-        explicit Stream(std::string_view left) : left_(left) {}
-        Result<std::size_t> read(std::span<std::byte> buffer) override
-        {
-            const std::size_t count = left_.copy(reinterpret_cast<char*>(buffer.data()), buffer.size());
-            left_.remove_prefix(count);
-            return count;
-        }
-        Status skip(std::uint64_t bytes) override
-        {
-            left_.remove_prefix(std::min<std::size_t>(bytes, left_.size()));
-            return {};
-        }
-        Result<FileInfo> info() const override { return Error{ErrorKind::notSupported, 0, ""}; }
-
-    private:
-        std::string_view left_;
-    };
+    testing::MemoryFileSystem store_;
 };
 
 // Entries of archives are sampled from half the size on, and so is a file beside an entry: an entry may then be the

@@ -12,10 +12,9 @@ using testing::GroupingWorld;
 // Answers with one score for every pair.
 class FixedScore final : public SimilarContent {
 public:
-    bool supports(Category category) const override { return category == supported; }
+    bool supports(Category) const override { return true; }
     bool admits(const ScanCriteria&, ItemContext&) override { return true; }
     ContentScore compare(const ScanCriteria&, ItemContext&, ItemContext&) override { return score; }
-    Category supported = Category::images;
     ContentScore score;
 };
 
@@ -171,17 +170,6 @@ TEST_F(MatcherTest, SimilarContentsNeedTheScore)
     scores.score = {false, 100, false};
     EXPECT_FALSE(compare(images).match());
     EXPECT_FALSE(compare(images).endsWalk);
-}
-
-TEST_F(MatcherTest, ContentsThatNothingCanCompareAreRefused)
-{
-    FixedScore scores;
-    EXPECT_TRUE(checkDescriptors(fuzzy(90, "", scan_flag::contents, Category::images), &scores));
-    EXPECT_TRUE(checkDescriptors(fuzzy(90, "System.Title", 0, Category::audio), nullptr));
-    EXPECT_TRUE(checkDescriptors(world.criteria(scan_flag::contents, ""), nullptr));
-    const Status refused = checkDescriptors(fuzzy(90, "", scan_flag::contents, Category::audio), &scores);
-    ASSERT_FALSE(refused);
-    EXPECT_NE(refused.error().detail.find("Music"), std::string::npos) << refused.error().detail;
 }
 
 TEST_F(MatcherTest, FilesOfOneSeriesArePartedByTheirFolder)

@@ -6,15 +6,12 @@
 #include <random>
 
 #include "platform/archive_folders.h"
-#include "platform/linux/adapters.h"
 #include "support/scan_world.h"
-#include "support/temp_tree.h"
 
 namespace kelvane {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::RecordingObserver;
 using testing::ScanWorld;
@@ -152,13 +149,8 @@ TEST_F(Walking, ProtectionLeavesHiddenThingsAlone)
     EXPECT_EQ(walk(subfolders).size(), 4u);
     EXPECT_THAT(walk(protect, {"/d/.git"}), ElementsAre("/d/.git/a"));  // a root was chosen
     EXPECT_THAT(walk(protect, {"/d/.hidden"}), IsEmpty());
-}
-
-TEST_F(Walking, SystemFoldersBelowTheRootAreNotEntered)
-{
-    for (const char* path : {"/usr/a", "/home/b", "/home/usr/c"})
-        files.addFile(path, "x");
-    EXPECT_THAT(walk(protect, {"/"}), UnorderedElementsAre("/home/b", "/home/usr/c"));
+    files.addFile("/usr/a", "x");
+    EXPECT_THAT(walk(protect, {"/"}), ElementsAre("/d/b"));
 }
 
 TEST_F(Walking, PseudoFileSystemsAreNeverEntered)
@@ -171,36 +163,25 @@ TEST_F(Walking, PseudoFileSystemsAreNeverEntered)
     EXPECT_THAT(walk(subfolders, {"/d/proc/self/b"}), IsEmpty());
 }
 
-TEST_F(Walking, AFolderThatCannotBeListedIsToldAndCounted)
+TEST_F(Walking, AFolderThatCannotBeListedIsToldAndCountedUnlessItVanished)
 {
-    for (const char* path : {"/d/a", "/d/locked/b", "/d/z/c"})
+    for (const char* path : {"/d/a", "/d/locked/b", "/d/z/c", "/d/vanished/d"})
         files.addFile(path, "x");
     files.setHook([](const std::string& operation, const std::string& path) -> std::optional<Error> {
+        if (operation == "enumerate" && path == "/d/vanished")
+            return Error{ErrorKind::notFound, 2, "No such file or directory"};
         if (operation == "enumerate" && path == "/d/locked")
             return Error{ErrorKind::accessDenied, 13, "Permission denied"};
         return std::nullopt;
     });
-    EXPECT_THAT(walk(subfolders), UnorderedElementsAre("/d/a", "/d/z/c"));
-    EXPECT_EQ(stats.skipped, 1u);
-    ASSERT_EQ(observer.skippedItems.size(), 1u);
-    EXPECT_EQ(observer.skippedItems[0].path, "/d/locked");
-    EXPECT_EQ(observer.skippedItems[0].error.systemCode, 13);
-}
-
-TEST_F(Walking, AFolderThatVanishesMeanwhileIsNoFault)
-{
-    files.addFile("/d/s/a", "x");
-    files.addFile("/d/b", "x");
-    files.setHook([&](const std::string& operation, const std::string& path) -> std::optional<Error> {
-        if (operation == "enumerate" && path == "/d/s")
-            return Error{ErrorKind::notFound, 2, "No such file or directory"};
-        return std::nullopt;
-    });
-    EXPECT_THAT(walk(subfolders), ElementsAre("/d/b"));
-    EXPECT_EQ(stats.skipped, 0u);
-    EXPECT_EQ(observer.skippedItems.size(), 1u);
-    EXPECT_THAT(walk(subfolders, {"/gone", "/d"}), ElementsAre("/d/b"));
+    EXPECT_THAT(walk(subfolders, {"/gone", "/d"}), UnorderedElementsAre("/d/a", "/d/z/c"));
     EXPECT_EQ(result, WalkResult::done);
+    EXPECT_EQ(stats.skipped, 1u);
+    const auto told = [&](const char* path) {
+        return std::ranges::count(observer.skippedItems, path, &SkippedItem::path);
+    };
+    EXPECT_EQ(told("/d/locked"), 1);
+    EXPECT_EQ(told("/d/vanished"), 1);
 }
 
 // The standard shape of a fault test: the n-th operation fails, n = 1, 2, ... until a clean run.
@@ -236,22 +217,11 @@ TEST_F(Walking, ArchivesAreFoldersAndFilesAtOnce)
                                                        "/d/a.zip/sub/nested.zip"));
     ASSERT_EQ(observer.skippedItems.size(), 1u);
     EXPECT_EQ(observer.skippedItems[0].path, "/d/broken.zip");
+    files.addFile("/d/b.zip", "zip");  // its entries have the numbers of those of the first
+    EXPECT_EQ(walk(subfolders).size(), 8u);
     EXPECT_THAT(walk(subfolders, {"/d/a.zip"}),
                 UnorderedElementsAre("/d/a.zip", "/d/a.zip/in", "/d/a.zip/sub/nested.zip"));
-    EXPECT_THAT(walk(0), UnorderedElementsAre("/d/a.zip", "/d/twin.zip", "/d/broken.zip"));
-}
-
-TEST_F(Walking, AnAdmittedArchiveIsAFileLikeAnyOther)
-{
-    world.options.flags |= option_flag::enterVirtualFolders;
-    files.addFile("/d/a.zip", "zip");
-    const auto criteria = world.criteria(0);
-    CandidateList candidates;
-    Walker walker(criteria, {*world.shell, *world.paths, world.properties, world.clock, observer, cancel, nullptr},
-                  candidates);
-    ASSERT_EQ(walker.walk("/d"), WalkResult::done);
-    ASSERT_EQ(candidates.size(), 1u);
-    EXPECT_FALSE(candidates[0].item().isFolder());
+    EXPECT_EQ(walk(0).size(), 4u);
 }
 
 TEST_F(Walking, CancelEndsTheWalkBetweenItems)
@@ -276,10 +246,8 @@ TEST_F(Walking, CancelEndsTheWalkBetweenItems)
 
 TEST_F(Walking, ProgressIsToldAtMostOnceASecond)
 {
-    for (const char* path : {"/d/a", "/d/s/b", "/d/s/t/c"})
+    for (const std::string& path : Paths{"/d/a", "/d/s/b", "/d/s/t/c", "/d/s/t/" + std::string(200, 'n') + "/e"})
         files.addFile(path, "x");
-    const std::string longName(200, 'n');
-    files.addFile("/d/s/t/" + longName + "/e", "x");
     int step = 0;
     files.setHook([&](const std::string& operation, const std::string&) -> std::optional<Error> {
         if (operation == "enumerate")  // 0, 1000, 1001 and 2002 ms after the first report
@@ -289,10 +257,7 @@ TEST_F(Walking, ProgressIsToldAtMostOnceASecond)
     walkWith(1, subfolders, {"/d"});
     EXPECT_THAT(observer.statuses, ElementsAre(u"searching in d ...", u"searching in t ...",
                                                u"searching in " + std::u16string(128, u'n') + u" ..."));
-    EXPECT_THAT(observer.captions, ElementsAre(u"phase 1: gathering files (0)", u"phase 1: gathering files (2)",
-                                               u"phase 1: gathering files (3)"));
-    ASSERT_FALSE(observer.steps.empty());
-    EXPECT_LE(observer.steps.size(), 4u);
+    EXPECT_EQ(observer.captions.back(), u"phase 1: gathering files (3)");
 }
 
 // Whatever is listed ahead, the order is that of the plain walk.
@@ -320,41 +285,6 @@ TEST_F(Walking, TheOrderDoesNotDependOnThreads)
         const auto plain = walkWith(1, subfolders, {top});
         for (const unsigned threads : {2u, 4u, 9u})
             ASSERT_EQ(walkWith(threads, subfolders, {top}), plain) << "tree " << tree << ", threads " << threads;
-    }
-}
-
-// The same on the disk: with names that are no text, and links.
-TEST(WalkingTheDisk, NamesComeThroughByteForByte)
-{
-    const testing::TempTree tree;
-    const Paths names = {"plain", "not utf-8 \xFF\xC3", "new\nline", "bar|and\\backslash", "d/\xE4/x"};
-    Paths written;
-    for (const auto& name : names)
-        written.push_back(tree.write(name, "x"));
-    tree.write(".hidden/y", "x");
-    tree.hardLink("d/second name", "plain");
-    tree.symlink("d/loop", tree.path());
-    written.push_back(tree.path("d/second name"));
-
-    const auto files = makeLinuxFileSystem();
-    ScanWorld world;
-    const auto shell = makeFileNamespace(*files, nullptr, world.folding);
-    world.options.flags |= option_flag::followJunctions;
-    for (const unsigned threads : {1u, 3u}) {
-        world.options.threads = threads;
-        const auto criteria = world.criteria(scan_flag::protect | scan_flag::subfolders);
-        RecordingObserver observer;
-        const CancelFlag cancel;
-        CandidateList candidates;
-        Walker walker(criteria, {*shell, *world.paths, world.properties, world.clock, observer, cancel, nullptr},
-                      candidates);
-        EXPECT_EQ(walker.walk(tree.path()), WalkResult::done);
-        Paths found;
-        for (const auto& candidate : candidates)
-            found.push_back(candidate.item().fullName());
-        EXPECT_THAT(found, ::testing::UnorderedElementsAreArray(written));
-        EXPECT_EQ(walker.stats().folders, 3u);
-        EXPECT_THAT(observer.skippedItems, IsEmpty());
     }
 }
 

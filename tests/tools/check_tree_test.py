@@ -52,21 +52,14 @@ class TreeTest(unittest.TestCase):
 
 
 class WholeCheck(TreeTest):
-    def run_check(self):
-        command = [sys.executable, HOUSE / "tools/check_tree", self.root]
-        return subprocess.run(command, capture_output=True, text=True, check=False)
-
-    def test_good_tree_passes_and_shows_its_figures(self):
-        run = self.run_check()
-        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
-        self.assertIn("0 faults", run.stdout)
-        self.assertIn("test lines: 2", run.stdout)
-
-    def test_fault_is_printed_with_its_place_and_fails(self):
-        self.write("src/base/number.cpp", "int number();  \n")
-        run = self.run_check()
-        self.assertEqual(run.returncode, 1)
-        self.assertIn("src/base/number.cpp:1: white space at the end of the line", run.stdout)
+    def test_faults_are_printed_with_their_places_and_fail(self):
+        for text, code, words in ((GOOD["src/base/number.cpp"], 0, "0 faults"),
+                                  ("int number();  \n", 1, "src/base/number.cpp:1: white space at the end of the line")):
+            self.write("src/base/number.cpp", text)
+            command = [sys.executable, HOUSE / "tools/check_tree", self.root]
+            run = subprocess.run(command, capture_output=True, text=True, check=False)
+            self.assertEqual(run.returncode, code, run.stdout + run.stderr)
+            self.assertIn(words, run.stdout)
 
 
 class Includes(TreeTest):
@@ -75,18 +68,14 @@ class Includes(TreeTest):
             ("src/base/a.h", '"engine/walk.h"', "to the right"),
             ("src/engine/a.cpp", '"cli/verb.h"', "to the right"),
             ("src/cli/a.cpp", '"ui/window.h"', "two faces"),
-            ("src/ui/a.cpp", '"cli/verb.h"', "two faces"),
             ("src/cli/main.cpp", '"platform/linux/own.h"', "adapters are included by nobody"),
             ("src/platform/windows/a.cpp", '"platform/linux/own.h"', "adapters are included by nobody"),
             ("src/platform/linux/a.cpp", '"engine/walk.h"', "base and the ports only"),
             ("src/base/a.cpp", '"number.h"', "names no folder"),
             ("src/platform/port.h", "<windows.h>", "headers of the system"),
-            ("src/platform/port.h", "<archive.h>", "headers of the system"),
             ("src/engine/a.cpp", "<sys/stat.h>", "headers of the system"),
-            ("src/engine/a.cpp", "<unistd.h>", "headers of the system"),
             ("src/engine/a.cpp", "<nlohmann/json.hpp>", "is for src/cli/"),
             ("src/cli/a.cpp", "<QString>", "is for src/ui/"),
-            ("src/platform/linux/a.cpp", "<QFile>", "is for src/ui/"),
             ("src/extra/a.cpp", "<vector>", "no place in the order"),
         ]
         for path, included, words in cases:
@@ -96,12 +85,8 @@ class Includes(TreeTest):
                 (self.root / path).unlink()
 
     def test_conditionals_on_the_system_stay_in_adapters(self):
-        for condition in ("#ifdef _WIN32", "#if defined(__linux__)", "# ifndef __APPLE__", "#elif defined(_MSC_VER)"):
-            with self.subTest(condition):
-                self.write("src/engine/walk.cpp", f"{condition}\n#endif\n")
-                self.assert_fault(includes, "src/engine/walk.cpp:1", "asks for the system")
-        self.write("src/engine/walk.cpp", "#if defined(NDEBUG)\n#endif\n")
-        self.assertEqual(self.faults(includes), [])
+        self.write("src/engine/walk.cpp", "#if defined(NDEBUG)\n#elif defined(__linux__)\n#endif\n")
+        self.assert_fault(includes, "src/engine/walk.cpp:2", "asks for the system")
 
 
 class Style(TreeTest):
@@ -111,6 +96,7 @@ class Style(TreeTest):
             ("docs/house.md", "two\twords\n", "a tab"),
             ("tests/base/number_test.cpp", "using namespace std;\n", "unclear origin"),
             ("src/base/number.h", "int number();\n", "#pragma once"),
+            ("src/base/number.cpp", "int  number( ) ;\nint   other( ) ;\n", "not formatted"),
         ]
         for path, text, words in cases:
             with self.subTest(words):
@@ -118,9 +104,6 @@ class Style(TreeTest):
                 self.assert_fault(style, path, words)
                 self.write(path, GOOD[path])
 
-    def test_unformatted_code_is_named_once_a_file(self):
-        self.write("src/base/number.cpp", "int  number( ) ;\nint   other( ) ;\n")
-        self.assert_fault(style, "src/base/number.cpp:1", "not formatted")
 
 
 class TestsRun(TreeTest):
@@ -140,13 +123,6 @@ class TestsRun(TreeTest):
                 else:
                     self.assertEqual(self.faults(tests_run), [])
 
-    def test_scripts_without_a_suffix_count_as_code(self):
-        before = tests_run.share(Tree(self.root))
-        self.write("tools/notes", "no script\n")
-        self.assertEqual(tests_run.share(Tree(self.root)), before)
-        self.write("tools/script", "#!/bin/sh\ntrue\n")
-        self.assertLess(tests_run.share(Tree(self.root)), before)
-
 
 class Documents(TreeTest):
     def test_what_documents_point_at_exists(self):
@@ -164,18 +140,14 @@ class Sizes(TreeTest):
         self.assert_fault(sizes, "src/base/number.cpp", "1001 lines")
 
     def test_functions_are_found_whatever_surrounds_them(self):
-        text = """namespace a {
-enum class Kind { one, two };
+        text = """enum class Kind { one, two };
 constexpr int table[] = {1, 2};
 struct S : Base {
     S() : value_(1) {}
     int get() const noexcept override
     {
-        if (value_) {
-            auto f = [&]() { return "}"; };  // }
-            return f()[0] == '}';
-        }
-        return 10'000;
+        auto f = [&]() { return "}"; };  // }
+        return f()[0] == '}' ? 10'000 : 0;
     }
     int value_{0};
 };
@@ -184,9 +156,8 @@ T make(T value = {})
 {
     return value;
 }
-}  // namespace a
 """
-        self.assertEqual(list(sizes.function_lengths(text)), [(5, 1), (7, 7), (18, 3)])
+        self.assertEqual(list(sizes.function_lengths(text)), [(4, 1), (6, 4), (14, 3)])
 
 
 if __name__ == "__main__":
