@@ -217,11 +217,9 @@ TEST_F(Walking, ArchivesAreFoldersAndFilesAtOnce)
                                                        "/d/a.zip/sub/nested.zip"));
     ASSERT_EQ(observer.skippedItems.size(), 1u);
     EXPECT_EQ(observer.skippedItems[0].path, "/d/broken.zip");
-    files.addFile("/d/b.zip", "zip");  // its entries have the numbers of those of the first
-    EXPECT_EQ(walk(subfolders).size(), 8u);
     EXPECT_THAT(walk(subfolders, {"/d/a.zip"}),
                 UnorderedElementsAre("/d/a.zip", "/d/a.zip/in", "/d/a.zip/sub/nested.zip"));
-    EXPECT_EQ(walk(0).size(), 4u);
+    EXPECT_EQ(walk(0).size(), 3u);
 }
 
 TEST_F(Walking, CancelEndsTheWalkBetweenItems)
