@@ -2,6 +2,7 @@
 
 option(KELVANE_TESTS "Build the tests" ON)
 option(KELVANE_BENCH "Build the benchmarks" OFF)
+option(KELVANE_FUZZ "Build the fuzz targets (clang only)" OFF)
 set(KELVANE_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
 
 set(CMAKE_CXX_STANDARD 20)
@@ -22,6 +23,9 @@ endif()
 if(KELVANE_SANITIZE)
   add_compile_options(-fsanitize=${KELVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${KELVANE_SANITIZE})
+endif()
+if(KELVANE_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 find_package(Threads REQUIRED)

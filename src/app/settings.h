@@ -1,0 +1,103 @@
+// The settings as the program works with them: plain values in their working units.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/file_size.h"
+#include "base/file_time.h"
+#include "engine/engine_options.h"
+#include "engine/scan_node.h"
+
+namespace kelvane {
+
+// Where settings are kept between runs.
+enum class PersistenceMode : std::uint32_t {
+    bookkeepingOnly = 0,  // counters are kept, changes of options are not
+    registry = 1,
+    iniFile = 2,
+};
+
+// A colour as 0x00BBGGRR (the COLORREF of Windows).
+struct TagColor {
+    std::u16string name;
+    std::uint32_t color = 0;
+    friend bool operator==(const TagColor&, const TagColor&) = default;
+};
+
+// A named text: a column set, a folder set.
+struct NamedText {
+    std::u16string name;
+    std::u16string text;
+    friend bool operator==(const NamedText&, const NamedText&) = default;
+};
+
+// A saved scan or an entry of the history. `when` is unknown for saved scans.
+struct KeptScan {
+    CScanNode definition;  // its name is the entry's
+    FileTime when;
+    bool stale = false;  // a clean-up made its results out of date
+};
+
+// Recently opened files, the most recent one first.
+struct RecentDocuments {
+    std::size_t capacity = 5;
+    std::vector<std::u16string> paths;
+};
+
+struct Settings {
+    PersistenceMode persistence = PersistenceMode::registry;   // bPersistSettings
+    bool useTranslation = true;                                // bUseTrans
+    std::uint32_t iconSize = 24;                               // nIconSize, pixels
+    std::uint32_t flags = 0;                                   // binFlags
+    std::uint32_t moreOptions = 2;                             // binMoreOptions
+    std::uint32_t tipOfTheDay = 1;                             // nTipOfTheDay
+    std::uint32_t deduped = 0;                                 // nDeduped: files removed so far
+    std::uint32_t noticesOff = 0;                              // bin1OffNotify
+    std::uint32_t useCount = 0;                                // nUsecount
+    std::uint32_t crashes = 0;                                 // nCrashes
+    std::uint32_t savedVersion = 0;                            // binVer
+    FileTime lastUpdateCheck;                                  // binUpdate
+    std::uint32_t thumbnailSize = 120;                         // nThumbSize, pixels
+    std::int32_t previewPercent = 75;                          // nMonitorPeekPC
+    std::uint32_t previewTextWidth = 800;                      // nPeekTextWidth, pixels
+    bool backgroundExtraction = true;                          // bSantasLittleHelper
+    std::uint32_t largestExtraction = 6'291'456;               // nMaxStreamExtractSize, bytes; 0: none
+    std::uint32_t textSample = 65'536;                         // nTextSample, characters
+    FileSize hugeFile{10u * 1'048'576u};                       // nHugeFileMB
+    FileSize tinyFile{50'000};                                 // nTinyFile
+    std::int64_t dateTolerance = 1'000 * ticksPerMillisecond;  // msDateTolerance, 100-ns units
+    std::uint32_t songStartMs = 14'900;                        // msSongStart
+    std::uint32_t hoursPerPercent = 240;                       // nHours1PCdiff
+    std::uint32_t lastScanFlags = scan_flag::standard;         // binLastScan
+    std::uint32_t fileOperationFlags = 0;                      // binFileOpFlags
+    std::uint32_t extractionTimeoutMs = 12'000;                // msBGTextTimeout; 0: none
+    std::u16string textViewer;                                 // szTextViewerPath
+    std::u16string comparisonTool;                             // found beside the program, not stored
+    std::u16string folderMask = u"*";                          // szFileCountRule
+    std::uint32_t charactersToFilter = 3;                      // nCharsAutoFilter
+    std::uint32_t defaultCategory = 0;                         // nDefCategory
+    std::vector<std::u16string> extraColumns;                  // msExtraColumns
+    std::vector<std::u16string> extractionExcluded;            // szGrepExcludeTypes
+    std::vector<std::u16string> extractionWhiteList;           // szGrepWhiteListTypes
+    std::uint32_t viewBackground = 0xFFFFFFFF;                 // rgbViewBgcol
+    std::u16string pluginList;                                 // szPluginINI
+
+    std::vector<FileCategory> fileTypes;         // "File types", "Folders" last
+    std::vector<NamedText> columnSets;           // "Column sets"
+    std::vector<NamedText> folderSets;           // "Folder sets"
+    std::vector<KeptScan> savedScans;            // "SavedScans"
+    std::vector<KeptScan> scanHistory;           // "ScanHistory", the latest first
+    RecentDocuments recentDocuments;             // "general\Recent Document List"
+    std::vector<TagColor> tagColors;             // "Tag colors"
+    std::vector<std::uint32_t> excludedVolumes;  // "Excluded volumes": serial numbers, directly under the root
+    std::optional<CScanNode> lastScan;           // the whole definition, beside its option bits
+
+    bool firstRun = false;           // "general" was not there
+    bool resetWindowLayout = false;  // bit 22 of binFlags at load, kept apart until it is saved
+};
+
+}  // namespace kelvane
