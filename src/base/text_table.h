@@ -1,12 +1,13 @@
 // The one table of the texts that the program shows: every text has one number.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 namespace kelvane {
 
-// Numbers are for ever: a text that is no longer used leaves its number empty, a new one is added at the end.
+// Numbers are for ever: a text that is no longer used leaves its number empty.
 enum class TextId : std::uint16_t {
     phaseGathering = 1,
     phaseSorting = 2,
@@ -31,6 +32,9 @@ enum class TextId : std::uint16_t {
     categoryFolders = 21,
     reviseParameters = 22,
 };
+
+// Numbers are below this.
+inline constexpr std::size_t textNumberLimit = 512;
 
 // The text in the language in force; never fails (an unknown number gives an empty text). Safe on every thread.
 [[nodiscard]] std::u16string_view text(TextId id) noexcept;
