@@ -7,30 +7,11 @@
 
 namespace kelvane {
 
-// Numbers are for ever: a text that is no longer used leaves its number empty.
+// The names and numbers of the rows of text_rows.inc; a new text is a new row there.
 enum class TextId : std::uint16_t {
-    phaseGathering = 1,
-    phaseSorting = 2,
-    phaseComparing = 3,
-    searchingIn = 4,      // %s: the folder
-    duplicatesFound = 5,  // %d duplicates, %d minutes, %02d seconds
-    nothingFound = 6,
-    firstScanNotice = 7,
-    kindNumber = 8,
-    kindDate = 9,
-    kindFloat = 10,
-    kindText = 11,
-    kindEnumerated = 12,
-    wordTrue = 13,
-    wordFalse = 14,
-    categoryMusic = 15,
-    categoryMovies = 16,
-    categoryDocuments = 17,
-    categoryPhotos = 18,
-    categoryEbooks = 19,
-    categoryAll = 20,
-    categoryFolders = 21,
-    reviseParameters = 22,
+#define TEXT_ROW(number, name, english) name = number,
+#include "base/text_rows.inc"
+#undef TEXT_ROW
 };
 
 // Numbers are below this.
