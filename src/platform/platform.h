@@ -9,6 +9,7 @@
 #include "platform/file_system.h"
 #include "platform/interrupts.h"
 #include "platform/path_rules.h"
+#include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
 #include "platform/shell_namespace.h"
@@ -30,6 +31,8 @@ public:
     virtual PropertyReaders& readers() = 0;
     virtual Terminal& terminal() = 0;
     virtual Interrupts& interrupts() = 0;
+    virtual Places& places() = 0;
+    virtual SystemFacts& systemFacts() = 0;
 };
 
 // Defined by the adapter that the program is linked with.

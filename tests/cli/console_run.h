@@ -38,6 +38,8 @@ public:
     PropertyReaders& readers() override { return real_->readers(); }
     Terminal& terminal() override { return real_->terminal(); }
     Interrupts& interrupts() override { return real_->interrupts(); }
+    Places& places() override { return real_->places(); }
+    SystemFacts& systemFacts() override { return real_->systemFacts(); }
 
 private:
     std::unique_ptr<Platform> real_ = makePlatform();

@@ -7,6 +7,7 @@
 #include "platform/clock.h"
 #include "platform/file_system.h"
 #include "platform/interrupts.h"
+#include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
 #include "platform/terminal.h"
@@ -21,6 +22,8 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<Priority> makeLinuxPriority();
 [[nodiscard]] std::unique_ptr<Terminal> makePosixTerminal();
 [[nodiscard]] std::unique_ptr<Interrupts> makePosixInterrupts();
+[[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
+[[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
 

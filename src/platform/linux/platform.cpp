@@ -18,6 +18,8 @@ public:
     PropertyReaders& readers() override { return *readers_; }
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
+    Places& places() override { return *places_; }
+    SystemFacts& systemFacts() override { return *systemFacts_; }
 
 private:
     // In the order in which they need one another.
@@ -32,6 +34,8 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makePosixTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
+    std::unique_ptr<Places> places_ = makeLinuxPlaces();
+    std::unique_ptr<SystemFacts> systemFacts_ = makeLinuxSystemFacts();
 };
 
 }  // namespace
