@@ -12,6 +12,7 @@
 #include "platform/linux/link_helper/guarded_path.h"
 #include "platform/linux/link_helper/link_message.h"
 #include "platform/linux/link_helper/link_server.h"
+#include "platform/linux/polkit_links.h"
 #include "support/temp_tree.h"
 
 namespace kelvane::linux_os {
@@ -300,6 +301,38 @@ TEST_F(LinkHelperTest, EndsWithItsCallerAlsoWhenSomebodyElseHoldsTheSocket)
     EXPECT_EQ(::poll(&watched, 1, 10'000), 1) << "the helper is still there";
     for (const int end : {beyond[0], beyond[1], life[0]})
         ::close(end);
+}
+
+// What polkit does once the person has agreed, or not.
+PolkitPrograms asPolkit(const TempTree& tree, const std::string& script)
+{
+    const fs::path program = tree.write("pkexec", "#!/bin/sh\n" + script);
+    fs::permissions(program, fs::perms::owner_all);
+    return {program, KELVANE_LINK_HELPER};
+}
+
+TEST_F(LinkHelperTest, ServiceStartsTheHelperOnceForItsFolder)
+{
+    const auto links = makePolkitLinks(tree.path("copies"), asPolkit(tree, "echo x >> \"$0.count\"\n"
+                                                                           "PKEXEC_UID=$(id -u) exec \"$@\"\n"));
+    EXPECT_TRUE(links->make(folder / "a", kept).ok());
+    EXPECT_TRUE(links->make(folder / "b", kept).ok());
+    EXPECT_EQ(links->make(folder / "a", kept).error().kind, ErrorKind::changed);
+    EXPECT_EQ(links->make(folder / "c", tree.path("gone")).error().kind, ErrorKind::notFound);
+    EXPECT_EQ(links->make(tree.path("copies-too/d"), kept).error().kind, ErrorKind::invalid);
+    EXPECT_EQ(links->make(folder / std::string(20'000, 'x'), kept).error().kind, ErrorKind::invalid);
+    EXPECT_EQ(tree.read("pkexec.count"), "x\n");
+    EXPECT_TRUE(isLink("copies/summer/a") && isLink("copies/summer/b"));
+}
+
+TEST_F(LinkHelperTest, ServiceTellsWhyThereIsNoHelper)
+{
+    const std::pair<std::string, ErrorKind> ends[] = {
+        {"exit 126", ErrorKind::cancelled}, {"exit 127", ErrorKind::accessDenied}, {"exit 1", ErrorKind::io}};
+    for (const auto& [script, kind] : ends)
+        EXPECT_EQ(makePolkitLinks(folder, asPolkit(tree, script))->make(folder / "a", kept).error().kind, kind);
+    const PolkitPrograms missing{tree.path("no-pkexec"), KELVANE_LINK_HELPER};
+    EXPECT_EQ(makePolkitLinks(folder, missing)->make(folder / "a", kept).error().kind, ErrorKind::notSupported);
 }
 
 }  // namespace

@@ -5,13 +5,13 @@
 
 #include "platform/linux/link_helper/link_server.h"
 
+namespace kelvane::linux_os {
 namespace {
 
 enum class End : int { served = 0, refused = 1, usage = 2 };
 
 End run(int count, char** words)
 {
-    using namespace kelvane::linux_os;
     if (count != 2) {
         std::fputs("usage: kelvane-link-helper FOLDER, started by Kelvane itself\n", stderr);
         return End::usage;
@@ -30,8 +30,9 @@ End run(int count, char** words)
 }
 
 }  // namespace
+}  // namespace kelvane::linux_os
 
 int main(int count, char** words)
 {
-    return static_cast<int>(run(count, words));
+    return static_cast<int>(kelvane::linux_os::run(count, words));
 }
