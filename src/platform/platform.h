@@ -15,6 +15,7 @@
 #include "platform/shell_namespace.h"
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
+#include "platform/text_modules.h"
 
 namespace kelvane {
 
@@ -33,6 +34,7 @@ public:
     virtual Interrupts& interrupts() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
+    virtual TextModules& textModules() = 0;
 };
 
 // Defined by the adapter that the program is linked with.

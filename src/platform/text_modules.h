@@ -1,17 +1,12 @@
 // Port: translation modules, which replace the program's English texts.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
-#include <map>
-#include <string>
 
 #include "base/result.h"
+#include "base/text_table.h"
 
 namespace kelvane {
-
-// The texts of a module by their numbers; a number that is missing stays English.
-using TextsByNumber = std::map<std::uint16_t, std::u16string>;
 
 // Thread-safe.
 class TextModules {
@@ -24,6 +19,10 @@ public:
     // The first module in the folder, by name, whatever texts it holds. `notFound` when there is none, `invalid` when
     // the first one is damaged.
     [[nodiscard]] virtual Result<TextsByNumber> load(const std::filesystem::path& folder) = 0;
+
+    // The module in the folder for the language that the person has set for the system: for a folder in which every
+    // language may lie. `notFound` when there is none or the language is English, `invalid` when it is damaged.
+    [[nodiscard]] virtual Result<TextsByNumber> loadForPerson(const std::filesystem::path& folder) = 0;
 };
 
 }  // namespace kelvane

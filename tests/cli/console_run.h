@@ -40,6 +40,7 @@ public:
     Interrupts& interrupts() override { return real_->interrupts(); }
     Places& places() override { return real_->places(); }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
+    TextModules& textModules() override { return real_->textModules(); }
 
 private:
     std::unique_ptr<Platform> real_ = makePlatform();

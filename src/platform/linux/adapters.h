@@ -12,6 +12,7 @@
 #include "platform/property_system.h"
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
+#include "platform/text_modules.h"
 
 namespace kelvane {
 
@@ -26,5 +27,6 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
+[[nodiscard]] std::unique_ptr<TextModules> makeLinuxTextModules(FileSystem& files);
 
 }  // namespace kelvane

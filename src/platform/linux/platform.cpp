@@ -20,6 +20,7 @@ public:
     Interrupts& interrupts() override { return *interrupts_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
+    TextModules& textModules() override { return *textModules_; }
 
 private:
     // In the order in which they need one another.
@@ -36,6 +37,7 @@ private:
     std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
     std::unique_ptr<Places> places_ = makeLinuxPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeLinuxSystemFacts();
+    std::unique_ptr<TextModules> textModules_ = makeLinuxTextModules(*files_);
 };
 
 }  // namespace
