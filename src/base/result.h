@@ -14,6 +14,7 @@ enum class ErrorKind {
     notFound,      // no such file, folder, stream or entry
     accessDenied,  // exists, but may not be read
     wrongType,     // not the kind of file that the operation is for (a folder, a device, ...)
+    exists,        // something of this name is there already
     changed,       // the file is no longer the one that was seen
     tooManyOpen,   // handles ran out; trying again later may work
     notSupported,  // this system, file system or archive format cannot do it

@@ -12,6 +12,8 @@ const char* kindText(ErrorKind kind)
         return "permission denied";
     case ErrorKind::wrongType:
         return "not a regular file";
+    case ErrorKind::exists:
+        return "the name is taken";
     case ErrorKind::changed:
         return "the file changed while it was read";
     case ErrorKind::tooManyOpen:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
@@ -32,7 +33,7 @@ class FileOutput {
 public:
     virtual ~FileOutput() = default;
 
-    // A new, empty file that only its owner may read; fails when something of this name exists.
+    // A new, empty file that only its owner may read; `exists` when something has this name already.
     [[nodiscard]] virtual Result<std::unique_ptr<OutputFile>> create(const std::filesystem::path& path) = 0;
 
     // Appends to an existing file or a new one, which only its owner may read.
@@ -53,7 +54,7 @@ public:
     // Gives `to` the access rights of `from`, as far as the caller may.
     [[nodiscard]] virtual Status copyAccess(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
-    // What the path finally leads to when it is a link, the path itself when it is none or leads nowhere yet.
+    // What the path finally leads to when it is a link, also where nothing is yet; the path itself when it is none.
     [[nodiscard]] virtual Result<std::filesystem::path> target(const std::filesystem::path& path) = 0;
 
     // Waits at most `milliseconds` for the lock beside the file at `path` (made as needed): `tooManyOpen` when another
@@ -63,8 +64,13 @@ public:
 };
 
 // Puts the bytes in the place of the file: written under a temporary name beside it, flushed, renamed over it. A path
-// that is a link keeps being one. What fails leaves the old file, and no temporary one.
+// that is a link keeps being one, and a file keeps its access rights. What fails leaves the old file and no temporary
+// one; only when the folder cannot be flushed, the new file is there already, but may be lost with the power.
 [[nodiscard]] Status replaceContents(FileOutput& output, const std::filesystem::path& path,
                                      std::span<const std::byte> bytes);
+
+// The temporary name of the n-th attempt (from 1; a name that is taken leads to the next one). A file of such a name is
+// what a killed process left behind, unless a process is writing just now.
+[[nodiscard]] std::filesystem::path temporaryBeside(const std::filesystem::path& path, unsigned attempt);
 
 }  // namespace kelvane

@@ -6,6 +6,7 @@
 
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
+#include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/interrupts.h"
 #include "platform/path_rules.h"
@@ -23,6 +24,7 @@ class Platform {
 public:
     virtual ~Platform() = default;
     virtual FileSystem& files() = 0;
+    virtual FileOutput& output() = 0;
     virtual ShellNamespace& shell() = 0;
     virtual PathRules& paths() = 0;
     virtual TextFolding& folding() = 0;

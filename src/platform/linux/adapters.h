@@ -5,6 +5,7 @@
 
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
+#include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/interrupts.h"
 #include "platform/places.h"
@@ -17,6 +18,7 @@
 namespace kelvane {
 
 [[nodiscard]] std::unique_ptr<FileSystem> makeLinuxFileSystem();
+[[nodiscard]] std::unique_ptr<FileOutput> makeLinuxFileOutput();
 [[nodiscard]] std::unique_ptr<ArchiveFolders> makeLibarchiveFolders();
 [[nodiscard]] std::unique_ptr<TextFolding> makeIcuFolding();
 [[nodiscard]] std::unique_ptr<Clock> makeSystemClock();

@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] bool valid() const { return descriptor_ >= 0; }
     [[nodiscard]] int get() const { return descriptor_; }
+    [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
 
 private:
     int descriptor_ = -1;

@@ -21,6 +21,8 @@ ErrorKind kindOf(int code)
     case ENXIO:  // a socket
     case ENODEV:
         return ErrorKind::wrongType;
+    case EEXIST:
+        return ErrorKind::exists;
     case ESTALE:  // a network file that was replaced on its server
         return ErrorKind::changed;
     case EMFILE:

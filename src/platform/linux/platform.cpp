@@ -9,6 +9,7 @@ namespace {
 class LinuxPlatform final : public Platform {
 public:
     FileSystem& files() override { return *files_; }
+    FileOutput& output() override { return *output_; }
     ShellNamespace& shell() override { return *shell_; }
     PathRules& paths() override { return *paths_; }
     TextFolding& folding() override { return *folding_; }
@@ -25,6 +26,7 @@ public:
 private:
     // In the order in which they need one another.
     std::unique_ptr<FileSystem> files_ = makeLinuxFileSystem();
+    std::unique_ptr<FileOutput> output_ = makeLinuxFileOutput();
     std::unique_ptr<ArchiveFolders> archives_ = makeLibarchiveFolders();
     std::unique_ptr<TextFolding> folding_ = makeIcuFolding();
     std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(*files_, archives_.get(), *folding_);
