@@ -29,6 +29,7 @@ public:
     MemoryFileSystem memory;
 
     FileSystem& files() override { return memory; }
+    FileOutput& output() override { return real_->output(); }
     ShellNamespace& shell() override { return *shell_; }
     PathRules& paths() override { return real_->paths(); }
     TextFolding& folding() override { return real_->folding(); }
