@@ -13,6 +13,7 @@
 #include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
+#include "platform/settings_store.h"
 #include "platform/shell_namespace.h"
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
@@ -36,6 +37,7 @@ public:
     virtual Interrupts& interrupts() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
+    virtual SettingsStore& registry() = 0;
     virtual TextModules& textModules() = 0;
 };
 

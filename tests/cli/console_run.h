@@ -8,6 +8,7 @@
 #include "cli/console.h"
 #include "platform/file_namespace.h"
 #include "support/memory_file_system.h"
+#include "support/memory_settings_store.h"
 
 namespace kelvane::testing {
 
@@ -23,10 +24,11 @@ struct Surroundings {
     bool cancelled = false;                // Ctrl-C was pressed already
 };
 
-// The real platform, but for its files: those are in memory and can be told to fail.
+// The real platform, but for its files and settings: those are in memory and can be told to fail.
 class MemoryPlatform final : public Platform {
 public:
     MemoryFileSystem memory;
+    MemorySettingsStore settings;
 
     FileSystem& files() override { return memory; }
     FileOutput& output() override { return real_->output(); }
@@ -41,6 +43,7 @@ public:
     Interrupts& interrupts() override { return real_->interrupts(); }
     Places& places() override { return real_->places(); }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
+    SettingsStore& registry() override { return settings; }
     TextModules& textModules() override { return real_->textModules(); }
 
 private:

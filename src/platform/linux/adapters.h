@@ -1,6 +1,7 @@
 // The factories of the Linux adapters; platform.cpp puts them together.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 
 #include "platform/archive_folders.h"
@@ -11,6 +12,7 @@
 #include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
+#include "platform/settings_store.h"
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
 #include "platform/text_modules.h"
@@ -29,6 +31,9 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
+// The folding must outlive it. The file is made by the first write.
+[[nodiscard]] std::unique_ptr<SettingsStore> makeSqliteSettingsStore(std::filesystem::path file,
+                                                                     const TextFolding& folding);
 [[nodiscard]] std::unique_ptr<TextModules> makeLinuxTextModules(FileSystem& files);
 
 }  // namespace kelvane

@@ -21,6 +21,7 @@ public:
     Interrupts& interrupts() override { return *interrupts_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
+    SettingsStore& registry() override { return *registry_; }
     TextModules& textModules() override { return *textModules_; }
 
 private:
@@ -39,6 +40,8 @@ private:
     std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
     std::unique_ptr<Places> places_ = makeLinuxPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeLinuxSystemFacts();
+    std::unique_ptr<SettingsStore> registry_ =
+        makeSqliteSettingsStore(places_->settingsFolder() / "kelvane" / "registry.db", *folding_);
     std::unique_ptr<TextModules> textModules_ = makeLinuxTextModules(*files_);
 };
 
