@@ -63,7 +63,7 @@ private:
     bool swapped_ = false;  // big-endian; the other order is read first
 };
 
-// Plural forms are parted by NUL.
+// Plural forms are parted by NUL, which no other text holds.
 std::string_view firstForm(std::string_view text)
 {
     return text.substr(0, text.find('\0'));
@@ -74,7 +74,7 @@ MoEntry makeEntry(std::string_view key, std::string_view translation)
     const std::size_t end = key.find(contextEnd);
     if (end == std::string_view::npos)
         return {{}, firstForm(key), firstForm(translation)};
-    return {key.substr(0, end), firstForm(key.substr(end + 1)), firstForm(translation)};
+    return {firstForm(key.substr(0, end)), firstForm(key.substr(end + 1)), firstForm(translation)};
 }
 
 }  // namespace
