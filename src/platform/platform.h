@@ -8,6 +8,7 @@
 #include "platform/clock.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/path_rules.h"
 #include "platform/places.h"
@@ -35,6 +36,7 @@ public:
     virtual PropertyReaders& readers() = 0;
     virtual Terminal& terminal() = 0;
     virtual Interrupts& interrupts() = 0;
+    virtual InstancePorts& instancePorts() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
     virtual SettingsStore& registry() = 0;

@@ -41,6 +41,7 @@ public:
     PropertyReaders& readers() override { return real_->readers(); }
     Terminal& terminal() override { return real_->terminal(); }
     Interrupts& interrupts() override { return real_->interrupts(); }
+    InstancePorts& instancePorts() override { return real_->instancePorts(); }
     Places& places() override { return real_->places(); }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
     SettingsStore& registry() override { return settings; }

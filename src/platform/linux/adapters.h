@@ -8,6 +8,7 @@
 #include "platform/clock.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/places.h"
 #include "platform/priority.h"
@@ -27,6 +28,10 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<Priority> makeLinuxPriority();
 [[nodiscard]] std::unique_ptr<Terminal> makePosixTerminal();
 [[nodiscard]] std::unique_ptr<Interrupts> makePosixInterrupts();
+// `offeredFolder` is what the session has for such things ($XDG_RUNTIME_DIR), used when it is the user's alone; may be
+// empty.
+[[nodiscard]] std::unique_ptr<InstancePorts> makeSocketPorts(const std::filesystem::path& offeredFolder,
+                                                             const std::filesystem::path& temporaryFolder);
 [[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();

@@ -1,10 +1,18 @@
 #include "platform/platform.h"
 
+#include <cstdlib>
+
 #include "platform/file_namespace.h"
 #include "platform/linux/adapters.h"
 
 namespace kelvane {
 namespace {
+
+std::filesystem::path runtimeFolderOfSession()
+{
+    const char* folder = std::getenv("XDG_RUNTIME_DIR");
+    return folder != nullptr ? folder : "";
+}
 
 class LinuxPlatform final : public Platform {
 public:
@@ -19,6 +27,7 @@ public:
     PropertyReaders& readers() override { return *readers_; }
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
+    InstancePorts& instancePorts() override { return *instancePorts_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
     SettingsStore& registry() override { return *registry_; }
@@ -43,6 +52,8 @@ private:
     std::unique_ptr<SettingsStore> registry_ =
         makeSqliteSettingsStore(places_->settingsFolder() / "kelvane" / "registry.db", *folding_);
     std::unique_ptr<TextModules> textModules_ = makeLinuxTextModules(*files_);
+    std::unique_ptr<InstancePorts> instancePorts_ =
+        makeSocketPorts(runtimeFolderOfSession(), places_->temporaryFolder());
 };
 
 }  // namespace
