@@ -48,6 +48,24 @@ struct RecentDocuments {
     std::vector<std::u16string> paths;
 };
 
+// Bits of binFlags that the settings themselves go by.
+namespace settings_flag {
+inline constexpr std::uint32_t beginner = 0x4;           // an interface with fixed scan settings
+inline constexpr std::uint32_t advanced = 0x800;         // every option is offered
+inline constexpr std::uint32_t darkTheme = 0x10000;      // for the whole process
+inline constexpr std::uint32_t safeOptions = 0x100000;   // those of the standard and the beginner's interface
+inline constexpr std::uint32_t resetLayout = 0x400000;   // of the windows, at the next start
+inline constexpr std::uint32_t doubleByte = 0x4000000;   // the system writes with double-byte characters
+inline constexpr std::uint32_t textHelper = 0x10000000;  // extract texts in the background
+inline constexpr std::uint32_t translated = 0x40000000;  // a translation is in force
+inline constexpr std::uint32_t expert = 0x80000000;      // links are offered
+}  // namespace settings_flag
+
+namespace view_color {
+inline constexpr std::uint32_t ofSystem = 0xFFFFFFFF;
+inline constexpr std::uint32_t dark = 0x202020;  // forced by the dark theme
+}  // namespace view_color
+
 struct Settings {
     PersistenceMode persistence = PersistenceMode::registry;   // bPersistSettings
     bool useTranslation = true;                                // bUseTrans
@@ -83,7 +101,7 @@ struct Settings {
     std::vector<std::u16string> extraColumns;                  // msExtraColumns
     std::vector<std::u16string> extractionExcluded;            // szGrepExcludeTypes
     std::vector<std::u16string> extractionWhiteList;           // szGrepWhiteListTypes
-    std::uint32_t viewBackground = 0xFFFFFFFF;                 // rgbViewBgcol
+    std::uint32_t viewBackground = view_color::ofSystem;       // rgbViewBgcol
     std::u16string pluginList;                                 // szPluginINI
 
     std::vector<FileCategory> fileTypes;         // "File types", "Folders" last
