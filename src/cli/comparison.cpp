@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <ostream>
 
+#include "base/filled_text.h"
 #include "base/utf.h"
 #include "cli/csv.h"
 #include "cli/printable.h"
@@ -26,8 +27,9 @@ std::string percentText(const std::optional<double>& percent)
 
 std::string verdictText(const StageReport& stage, bool approximate)
 {
-    const bool sampled = approximate && stage.name == "content";
-    return std::string(stage.equal ? "equal" : "different") + (sampled ? " (sampled)" : "");
+    if (approximate && stage.name == "content")
+        return filledText(stage.equal ? TextId::sampledEqual : TextId::sampledDifferent);
+    return filledText(stage.equal ? TextId::stageEqual : TextId::stageDifferent);
 }
 
 Row stageCells(const StageReport& stage, bool approximate)
@@ -69,20 +71,29 @@ void writeTable(const std::vector<Row>& rows, std::ostream& out)
     }
 }
 
+Row titles()
+{
+    return {filledText(TextId::titleStage),
+            filledText(TextId::titleCompared),
+            "A",
+            "B",
+            filledText(TextId::titleDifference),
+            filledText(TextId::titleAllowed),
+            filledText(TextId::titleScore),
+            filledText(TextId::titleResult)};
+}
+
 std::string conclusion(const Comparison& comparison)
 {
     if (!comparison.result.match())
-        return "The files do not match: they part at stage " + std::to_string(comparison.result.stage) + ".";
-    std::string text = "The files match";
-    if (comparison.result.approximate)
-        text += ", as far as samples of their contents tell";
-    return text + '.';
+        return filledText(TextId::filesPart, {std::to_string(comparison.result.stage)});
+    return filledText(comparison.result.approximate ? TextId::filesMatchSampled : TextId::filesMatch);
 }
 
 void writeText(const Comparison& comparison, std::ostream& out)
 {
     out << "A: " << printable(comparison.a) << "\nB: " << printable(comparison.b) << "\n\n";
-    std::vector<Row> rows = {{"stage", "compared", "A", "B", "difference", "allowed", "score", "result"}};
+    std::vector<Row> rows = {titles()};
     for (const StageReport& stage : comparison.stages) {
         rows.push_back(stageCells(stage, comparison.result.approximate));
         for (std::string& cell : rows.back())
@@ -91,7 +102,7 @@ void writeText(const Comparison& comparison, std::ostream& out)
     writeTable(rows, out);
     out << '\n' << conclusion(comparison) << '\n';
     if (comparison.sameFile)
-        out << "Both names lead to one file: a scan lists it once.\n";
+        out << filledText(TextId::bothNamesOneFile) << '\n';
 }
 
 Json optionalJson(const auto& value)

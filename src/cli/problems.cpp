@@ -1,38 +1,40 @@
 #include "cli/problems.h"
 
+#include "base/filled_text.h"
+
 namespace kelvane {
 namespace {
 
-const char* kindText(ErrorKind kind)
+TextId kindText(ErrorKind kind)
 {
     switch (kind) {
     case ErrorKind::notFound:
-        return "no such file or folder";
+        return TextId::problemNotFound;
     case ErrorKind::accessDenied:
-        return "permission denied";
+        return TextId::problemAccessDenied;
     case ErrorKind::wrongType:
-        return "not a regular file";
+        return TextId::notRegularFile;
     case ErrorKind::exists:
-        return "the name is taken";
+        return TextId::problemExists;
     case ErrorKind::changed:
-        return "the file changed while it was read";
+        return TextId::problemChanged;
     case ErrorKind::tooManyOpen:
-        return "too many open files";
+        return TextId::problemTooManyOpen;
     case ErrorKind::notSupported:
-        return "not supported";
+        return TextId::problemNotSupported;
     case ErrorKind::invalid:
-        return "damaged data";
+        return TextId::problemInvalid;
     case ErrorKind::cancelled:
-        return "cancelled";
+        return TextId::problemCancelled;
     case ErrorKind::io:
         break;
     }
-    return "input or output error";
+    return TextId::problemIo;
 }
 
-std::string detailOr(const std::string& detail, const char* otherwise)
+std::string detailOr(const std::string& detail, TextId otherwise)
 {
-    return detail.empty() ? otherwise : detail;
+    return detail.empty() ? filledText(otherwise) : detail;
 }
 
 }  // namespace
@@ -48,13 +50,13 @@ std::string rootProblemText(const DroppedRoot& root)
     case RootProblem::notFound:
         return detailOr(root.detail, kindText(ErrorKind::notFound));
     case RootProblem::notReadable:
-        return detailOr(root.detail, "cannot be read");
+        return detailOr(root.detail, TextId::rootNotReadable);
     case RootProblem::isProtected:
-        return "lies in a protected folder; --no-protect admits it";
+        return filledText(TextId::rootProtected);
     case RootProblem::insideOther:
-        return "is already covered by \"" + root.detail + '"';
+        return filledText(TextId::rootInsideOther, {root.detail});
     case RootProblem::containerRoot:
-        return "is the container of all drives";
+        return filledText(TextId::rootContainer);
     }
     return {};
 }

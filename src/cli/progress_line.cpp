@@ -5,9 +5,8 @@
 #include <optional>
 #include <ostream>
 
+#include "base/filled_text.h"
 #include "base/size_text.h"
-#include "base/text_table.h"
-#include "base/utf.h"
 
 namespace kelvane {
 namespace {
@@ -18,11 +17,11 @@ std::string phaseText(ScanPhase phase)
 {
     switch (phase) {
     case ScanPhase::gathering:
-        return toUtf8(text(TextId::phaseGathering));
+        return filledText(TextId::phaseGathering);
     case ScanPhase::sorting:
-        return toUtf8(text(TextId::phaseSorting));
+        return filledText(TextId::phaseSorting);
     case ScanPhase::comparing:
-        return toUtf8(text(TextId::phaseComparing));
+        return filledText(TextId::phaseComparing);
     }
     return {};
 }
@@ -30,8 +29,8 @@ std::string phaseText(ScanPhase phase)
 std::string itemsText(const ScanProgress& progress)
 {
     if (progress.totalItems == 0)
-        return std::to_string(progress.items) + (progress.items == 1 ? " file" : " files");
-    return std::to_string(progress.items) + " of " + std::to_string(progress.totalItems) + " files";
+        return countedText(progress.items, TextId::oneFile, TextId::manyFiles);
+    return filledText(TextId::progressItems, {std::to_string(progress.items), std::to_string(progress.totalItems)});
 }
 
 // How many milliseconds the rest takes at the pace so far: by bytes where bytes are what the phase works on.
@@ -53,6 +52,16 @@ std::string minutesText(std::uint64_t milliseconds)
     std::snprintf(text.data(), text.size(), "%llu:%02u", static_cast<unsigned long long>(seconds / 60),
                   static_cast<unsigned>(seconds % 60));
     return text.data();
+}
+
+// So many bytes, or fewer where a character of UTF-8 would be cut.
+std::size_t wholeCharacters(const std::string& line, std::size_t most)
+{
+    if (line.size() <= most)
+        return line.size();
+    while (most > 0 && (static_cast<unsigned char>(line[most]) & 0xC0) == 0x80)
+        --most;
+    return most;
 }
 
 }  // namespace
@@ -77,11 +86,11 @@ std::string ProgressLine::compose(const ScanProgress& progress) const
     const std::uint64_t elapsed = clock_.ticks() - phaseBegan_;
     std::array<std::string, 4> parts = {itemsText(progress)};
     if (progress.bytes > 0)
-        parts[1] = sizeText({progress.bytes}) + " read";
+        parts[1] = filledText(TextId::progressRead, {sizeText({progress.bytes})});
     if (progress.bytes > 0 && elapsed >= 1000)
-        parts[2] = sizeText({progress.bytes * 1000 / elapsed}) + "/s";
+        parts[2] = filledText(TextId::progressPace, {sizeText({progress.bytes * 1000 / elapsed})});
     if (const auto left = timeLeft(progress, elapsed))
-        parts[3] = "at most " + minutesText(*left) + " left";
+        parts[3] = filledText(TextId::progressLeft, {minutesText(*left)});
     std::string line = phaseText(progress.phase);
     for (const auto& part : parts) {
         if (!part.empty() && line.size() + 2 + part.size() <= width_)
@@ -92,7 +101,7 @@ std::string ProgressLine::compose(const ScanProgress& progress) const
 
 void ProgressLine::draw(std::string line)
 {
-    line.resize(std::min(line.size(), width_));
+    line.resize(wholeCharacters(line, width_));
     const std::size_t shown = line.size();
     if (shown < drawn_)
         line.append(drawn_ - shown, ' ');

@@ -4,6 +4,7 @@
 #include <ostream>
 #include <utility>
 
+#include "base/filled_text.h"
 #include "base/size_text.h"
 #include "cli/printable.h"
 #include "cli/report.h"
@@ -12,9 +13,9 @@
 namespace kelvane {
 namespace {
 
-std::string counted(std::uint64_t count, const char* one, const char* many)
+std::string countedFiles(std::uint64_t count)
 {
-    return std::to_string(count) + ' ' + (count == 1 ? one : many);
+    return countedText(count, TextId::oneFile, TextId::manyFiles);
 }
 
 struct GroupSizes {
@@ -38,12 +39,13 @@ GroupSizes sizesOf(const ResultGroup& group)
 std::string groupTitle(const ResultGroup& group)
 {
     const GroupSizes sizes = sizesOf(group);
-    std::string title = "Group " + std::to_string(group.number) + ": " + counted(group.items.size(), "file", "files");
-    if (sizes.smallest == sizes.largest)
-        title += ", " + sizeText(sizes.largest) + " each";
-    else
-        title += ", " + sizeText(sizes.smallest) + " to " + sizeText(sizes.largest);
-    return title + (group.approximate ? ", compared approximately" : "");
+    const std::string number = std::to_string(group.number);
+    const std::string files = countedFiles(group.items.size());
+    const std::string title =
+        sizes.smallest == sizes.largest
+            ? filledText(TextId::groupOfOneSize, {number, files, sizeText(sizes.largest)})
+            : filledText(TextId::groupOfSizes, {number, files, sizeText(sizes.smallest), sizeText(sizes.largest)});
+    return title + (group.approximate ? filledText(TextId::groupApproximate) : "");
 }
 
 // Whichever file of a group is kept, at least this much goes.
@@ -60,10 +62,10 @@ std::uint64_t reclaimable(const ResultsModel& results)
 std::string secondsText(double seconds)
 {
     if (seconds < 0.1)
-        return "less than 0.1 seconds";
+        return filledText(TextId::hardlyAnySeconds);
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f seconds", seconds);
-    return text.data();
+    std::snprintf(text.data(), text.size(), "%.1f", seconds);
+    return filledText(TextId::manySeconds, {text.data()});
 }
 
 }  // namespace
@@ -84,14 +86,18 @@ void writeSummary(const ScanOutcome& outcome, std::ostream& err)
 {
     const std::uint64_t groups = outcome.results.groups().size();
     const std::uint64_t duplicates = outcome.results.items().size() - groups;
-    if (groups == 0)
-        err << "No duplicates found";
-    else
-        err << '\n'
-            << counted(duplicates, "duplicate", "duplicates") << " in " << counted(groups, "group", "groups") << ", "
-            << sizeText({reclaimable(outcome.results)}) << " could be freed";
-    err << "; " << counted(outcome.report.candidates, "file", "files") << " ("
-        << sizeText({outcome.report.candidateBytes}) << ") in " << secondsText(outcome.report.seconds) << '\n';
+    const std::string searched = filledText(TextId::summarySearched, {countedFiles(outcome.report.candidates),
+                                                                      sizeText({outcome.report.candidateBytes}),
+                                                                      secondsText(outcome.report.seconds)});
+    if (groups == 0) {
+        err << filledText(TextId::summaryNothing, {searched}) << '\n';
+        return;
+    }
+    err << '\n'
+        << filledText(TextId::summaryFound, {countedText(duplicates, TextId::oneDuplicate, TextId::manyDuplicates),
+                                             countedText(groups, TextId::oneGroup, TextId::manyGroups),
+                                             sizeText({reclaimable(outcome.results)}), searched})
+        << '\n';
 }
 
 }  // namespace kelvane
