@@ -28,6 +28,12 @@ if(KELVANE_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+if(WIN32)
+  # Wide calls only; from Windows 10 on. Nothing but the program itself has to be there where it runs.
+  add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00)
+  add_link_options(-static)
+endif()
+
 find_package(Threads REQUIRED)
 
 find_program(KELVANE_CCACHE ccache)

@@ -1,8 +1,8 @@
-#include <algorithm>
 #include <iostream>
 
 #include "cli/console.h"
 #include "cli/output_stream.h"
+#include "platform/program_arguments.h"
 #include "platform/standard_streams.h"
 
 namespace kelvane {
@@ -25,5 +25,5 @@ ExitCode runProgram(const Arguments& arguments)
 int main(int count, char** words)
 {
     kelvane::reserveStandardStreams();
-    return static_cast<int>(kelvane::runProgram({words + std::min(count, 1), words + count}));
+    return static_cast<int>(kelvane::runProgram(kelvane::programArguments(count, words)));
 }

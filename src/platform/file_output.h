@@ -33,7 +33,8 @@ class FileOutput {
 public:
     virtual ~FileOutput() = default;
 
-    // A new, empty file that only its owner may read; `exists` when something has this name already.
+    // A new, empty file that only its owner may read (on Windows those whom its folder admits); `exists` when something
+    // has this name already.
     [[nodiscard]] virtual Result<std::unique_ptr<OutputFile>> create(const std::filesystem::path& path) = 0;
 
     // Appends to an existing file or a new one, which only its owner may read.

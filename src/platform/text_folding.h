@@ -1,6 +1,7 @@
 // Port: folding of case and accents, by the Unicode Character Database.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -17,5 +18,8 @@ public:
     // Decomposes canonically and drops the marks that are accents (nonspacing marks).
     [[nodiscard]] virtual std::u16string withoutAccents(std::u16string_view text) const = 0;
 };
+
+// Defined by the adapter that the program is linked with.
+[[nodiscard]] std::unique_ptr<TextFolding> makeTextFolding();
 
 }  // namespace kelvane

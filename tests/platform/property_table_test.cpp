@@ -1,9 +1,8 @@
-#include <gtest/gtest.h>
+#include "platform/property_table.h"
 
 #include <set>
 
 #include "platform/format_id.h"
-#include "platform/linux/adapters.h"
 
 namespace kelvane {
 namespace {

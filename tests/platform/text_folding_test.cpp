@@ -1,11 +1,9 @@
 #include "platform/text_folding.h"
 
-#include "platform/linux/adapters.h"
-
 namespace kelvane {
 namespace {
 
-const std::unique_ptr<TextFolding> folding = makeIcuFolding();
+const std::unique_ptr<TextFolding> folding = makeTextFolding();
 
 TEST(TextFolding, LowersEveryScriptCharacterByCharacter)
 {

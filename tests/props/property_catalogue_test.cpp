@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/linux/adapters.h"
+#include "platform/property_table.h"
 
 namespace kelvane {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/file_namespace.h"
-#include "platform/linux/adapters.h"
+#include "platform/property_table.h"
 #include "props/property_source.h"
 #include "support/fakes.h"
 #include "support/memory_file_system.h"

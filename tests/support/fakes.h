@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "platform/clock.h"
-#include "platform/linux/adapters.h"
 #include "platform/priority.h"
 #include "platform/property_system.h"
 #include "platform/text_folding.h"
@@ -40,7 +39,7 @@ public:
     std::u16string withoutAccents(std::u16string_view text) const override { return real_->withoutAccents(text); }
 
 private:
-    std::unique_ptr<TextFolding> real_ = makeIcuFolding();
+    std::unique_ptr<TextFolding> real_ = makeTextFolding();
 };
 
 // Answers property reads from a table of (full path, canonical name), and counts them.

@@ -23,7 +23,6 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<FileSystem> makeLinuxFileSystem();
 [[nodiscard]] std::unique_ptr<FileOutput> makeLinuxFileOutput();
 [[nodiscard]] std::unique_ptr<ArchiveFolders> makeLibarchiveFolders();
-[[nodiscard]] std::unique_ptr<TextFolding> makeIcuFolding();
 [[nodiscard]] std::unique_ptr<Clock> makeSystemClock();
 [[nodiscard]] std::unique_ptr<Priority> makeLinuxPriority();
 [[nodiscard]] std::unique_ptr<Terminal> makePosixTerminal();
@@ -34,7 +33,6 @@ namespace kelvane {
                                                              const std::filesystem::path& temporaryFolder);
 [[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
-[[nodiscard]] std::unique_ptr<PropertySystem> makePropertyTable();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
 // The folding must outlive it. The file is made by the first write.
 [[nodiscard]] std::unique_ptr<SettingsStore> makeSqliteSettingsStore(std::filesystem::path file,

@@ -4,6 +4,7 @@
 
 #include "platform/file_namespace.h"
 #include "platform/linux/adapters.h"
+#include "platform/property_table.h"
 
 namespace kelvane {
 namespace {
@@ -38,7 +39,7 @@ private:
     std::unique_ptr<FileSystem> files_ = makeLinuxFileSystem();
     std::unique_ptr<FileOutput> output_ = makeLinuxFileOutput();
     std::unique_ptr<ArchiveFolders> archives_ = makeLibarchiveFolders();
-    std::unique_ptr<TextFolding> folding_ = makeIcuFolding();
+    std::unique_ptr<TextFolding> folding_ = makeTextFolding();
     std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(*files_, archives_.get(), *folding_);
     std::unique_ptr<PathRules> paths_ = makePosixPathRules();
     std::unique_ptr<Clock> clock_ = makeSystemClock();

@@ -1,10 +1,10 @@
+#include "platform/text_folding.h"
+
 #include <algorithm>
 #include <limits>
 #include <unicode/uchar.h>
 #include <unicode/unorm2.h>
 #include <unicode/utf16.h>
-
-#include "platform/linux/adapters.h"
 
 namespace kelvane {
 namespace {
@@ -83,7 +83,7 @@ public:
 
 }  // namespace
 
-std::unique_ptr<TextFolding> makeIcuFolding()
+std::unique_ptr<TextFolding> makeTextFolding()
 {
     return std::make_unique<IcuFolding>();
 }

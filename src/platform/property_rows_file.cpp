@@ -1,6 +1,6 @@
 #include <array>
 
-#include "platform/linux/property_rows.h"
+#include "platform/property_rows.h"
 
 namespace kelvane {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/archive_maker.h"
+#include "support/linux_archive_maker.h"
 
 #include <archive.h>
 #include <archive_entry.h>

@@ -6,7 +6,7 @@
 #include "platform/file_namespace.h"
 #include "platform/linux/adapters.h"
 #include "platform/linux/archive_names.h"
-#include "support/archive_maker.h"
+#include "support/linux_archive_maker.h"
 #include "support/temp_tree.h"
 
 namespace kelvane {
@@ -244,7 +244,7 @@ TEST_F(ArchiveFoldersTest, ThreadsReadEntriesOfOneArchiveAtOnce)
 TEST_F(ArchiveFoldersTest, TheShellWalksARealArchive)
 {
     const auto files = makeLinuxFileSystem();
-    const auto folding = makeIcuFolding();
+    const auto folding = makeTextFolding();
     const auto shell = makeFileNamespace(*files, archives_.get(), *folding);
     make("real.tar.gz", {{"deep/er/caf\xE9.txt", "found"}, {"top", ""}});
 

@@ -1,9 +1,10 @@
+#include "platform/property_table.h"
+
 #include <algorithm>
 #include <unordered_map>
 #include <vector>
 
-#include "platform/linux/adapters.h"
-#include "platform/linux/property_rows.h"
+#include "platform/property_rows.h"
 
 namespace kelvane {
 namespace {

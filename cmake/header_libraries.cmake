@@ -1,0 +1,20 @@
+# Libraries of headers only, as targets. They fit every target, but their folder also holds the building system's own
+# headers, which fit no other: a cross build sees them through links in a folder of their own.
+function(kelvane_link_header target entry)
+  find_path(folder ${entry} PATHS /usr/local/include /usr/include NO_CACHE NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+  set(links ${PROJECT_BINARY_DIR}/header_libraries)
+  file(MAKE_DIRECTORY ${links})
+  file(CREATE_LINK ${folder}/${entry} ${links}/${entry} SYMBOLIC)
+  add_library(${target} INTERFACE IMPORTED)
+  target_include_directories(${target} SYSTEM INTERFACE ${links})
+endfunction()
+
+if(CMAKE_CROSSCOMPILING)
+  kelvane_link_header(CLI11::CLI11 CLI)
+  kelvane_link_header(nlohmann_json::nlohmann_json nlohmann)
+  kelvane_link_header(kelvane_xxhash xxhash.h)
+else()
+  find_package(CLI11 REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+  add_library(kelvane_xxhash INTERFACE IMPORTED)
+endif()

@@ -1,0 +1,39 @@
+// The factories of the Windows adapters; platform.cpp puts them together.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "platform/clock.h"
+#include "platform/file_output.h"
+#include "platform/file_system.h"
+#include "platform/interrupts.h"
+#include "platform/path_rules.h"
+#include "platform/places.h"
+#include "platform/priority.h"
+#include "platform/property_system.h"
+#include "platform/terminal.h"
+#include "platform/text_modules.h"
+
+struct _GUID;
+
+namespace kelvane {
+
+// Where Windows and its programs are on this computer.
+[[nodiscard]] WindowsFolders systemFolders();
+// One of the shell's known folders; nothing where it is not known here.
+[[nodiscard]] std::optional<std::filesystem::path> knownFolder(const _GUID& id);
+
+[[nodiscard]] std::unique_ptr<FileSystem> makeWindowsFileSystem();
+[[nodiscard]] std::unique_ptr<FileOutput> makeWindowsFileOutput();
+[[nodiscard]] std::unique_ptr<Clock> makeSystemClock();
+[[nodiscard]] std::unique_ptr<Priority> makeWindowsPriority();
+[[nodiscard]] std::unique_ptr<Terminal> makeConsoleTerminal();
+[[nodiscard]] std::unique_ptr<Interrupts> makeConsoleInterrupts();
+[[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
+[[nodiscard]] std::unique_ptr<Places> makeWindowsPlaces();
+[[nodiscard]] std::unique_ptr<SystemFacts> makeWindowsSystemFacts();
+[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules();
+
+}  // namespace kelvane

@@ -1,0 +1,54 @@
+#include "platform/platform.h"
+
+#include "platform/file_namespace.h"
+#include "platform/property_table.h"
+#include "platform/windows/adapters.h"
+
+namespace kelvane {
+namespace {
+
+// Archives are not seen as folders here, and the property system is the program's own table: the system's own services
+// for both are not asked yet.
+class WindowsPlatform final : public Platform {
+public:
+    FileSystem& files() override { return *files_; }
+    FileOutput& output() override { return *output_; }
+    ShellNamespace& shell() override { return *shell_; }
+    PathRules& paths() override { return *paths_; }
+    TextFolding& folding() override { return *folding_; }
+    Clock& clock() override { return *clock_; }
+    Priority& priority() override { return *priority_; }
+    PropertySystem& properties() override { return *properties_; }
+    PropertyReaders& readers() override { return *readers_; }
+    Terminal& terminal() override { return *terminal_; }
+    Interrupts& interrupts() override { return *interrupts_; }
+    Places& places() override { return *places_; }
+    SystemFacts& systemFacts() override { return *systemFacts_; }
+    TextModules& textModules() override { return *textModules_; }
+
+private:
+    // In the order in which they need one another.
+    std::unique_ptr<FileSystem> files_ = makeWindowsFileSystem();
+    std::unique_ptr<FileOutput> output_ = makeWindowsFileOutput();
+    std::unique_ptr<TextFolding> folding_ = makeTextFolding();
+    std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(*files_, nullptr, *folding_);
+    std::unique_ptr<PathRules> paths_ = makeWindowsPathRules(*folding_, systemFolders());
+    std::unique_ptr<Clock> clock_ = makeSystemClock();
+    std::unique_ptr<Priority> priority_ = makeWindowsPriority();
+    std::unique_ptr<PropertySystem> properties_ = makePropertyTable();
+    std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
+    std::unique_ptr<Terminal> terminal_ = makeConsoleTerminal();
+    std::unique_ptr<Interrupts> interrupts_ = makeConsoleInterrupts();
+    std::unique_ptr<Places> places_ = makeWindowsPlaces();
+    std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
+    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules();
+};
+
+}  // namespace
+
+std::unique_ptr<Platform> makePlatform()
+{
+    return std::make_unique<WindowsPlatform>();
+}
+
+}  // namespace kelvane
