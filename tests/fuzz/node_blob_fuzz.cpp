@@ -8,9 +8,8 @@
 #include "base/crc32.h"
 #include "engine/node_blob.h"
 
+namespace kelvane {
 namespace {
-
-using namespace kelvane;
 
 void require(bool condition)
 {
@@ -44,13 +43,14 @@ void check(const std::vector<std::byte>& blob)
 }
 
 }  // namespace
+}  // namespace kelvane
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto* first = reinterpret_cast<const std::byte*>(data);
     std::vector<std::byte> blob(first, first + size);
-    check(blob);
-    putChecksumRight(blob);
-    check(blob);
+    kelvane::check(blob);
+    kelvane::putChecksumRight(blob);
+    kelvane::check(blob);
     return 0;
 }
