@@ -13,6 +13,7 @@
 #include "platform/path_rules.h"
 #include "platform/places.h"
 #include "platform/priority.h"
+#include "platform/processes.h"
 #include "platform/property_system.h"
 #include "platform/settings_store.h"
 #include "platform/shell_namespace.h"
@@ -37,6 +38,7 @@ public:
     virtual Terminal& terminal() = 0;
     virtual Interrupts& interrupts() = 0;
     virtual InstancePorts& instancePorts() = 0;
+    virtual Processes& processes() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
     virtual SettingsStore& registry() = 0;

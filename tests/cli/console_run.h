@@ -42,6 +42,7 @@ public:
     Terminal& terminal() override { return real_->terminal(); }
     Interrupts& interrupts() override { return real_->interrupts(); }
     InstancePorts& instancePorts() override { return real_->instancePorts(); }
+    Processes& processes() override { return real_->processes(); }
     Places& places() override { return real_->places(); }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
     SettingsStore& registry() override { return settings; }

@@ -1,8 +1,10 @@
 // The factories of the Linux adapters; platform.cpp puts them together.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
+#include <string>
 
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
@@ -12,6 +14,7 @@
 #include "platform/interrupts.h"
 #include "platform/places.h"
 #include "platform/priority.h"
+#include "platform/processes.h"
 #include "platform/property_system.h"
 #include "platform/settings_store.h"
 #include "platform/terminal.h"
@@ -31,6 +34,13 @@ namespace kelvane {
 // empty.
 [[nodiscard]] std::unique_ptr<InstancePorts> makeSocketPorts(const std::filesystem::path& offeredFolder,
                                                              const std::filesystem::path& temporaryFolder);
+// Where the tools of the desktop are looked for, and how long one may take before it is taken for the program that it
+// found.
+struct ProcessTools {
+    std::string searchPath;  // as the PATH variable has it
+    std::chrono::milliseconds patience{5000};
+};
+[[nodiscard]] std::unique_ptr<Processes> makeLinuxProcesses(ProcessTools tools);
 [[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();

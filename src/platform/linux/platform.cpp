@@ -9,10 +9,10 @@
 namespace kelvane {
 namespace {
 
-std::filesystem::path runtimeFolderOfSession()
+std::string variable(const char* name, const char* otherwise)
 {
-    const char* folder = std::getenv("XDG_RUNTIME_DIR");
-    return folder != nullptr ? folder : "";
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : otherwise;
 }
 
 class LinuxPlatform final : public Platform {
@@ -29,6 +29,7 @@ public:
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
     InstancePorts& instancePorts() override { return *instancePorts_; }
+    Processes& processes() override { return *processes_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
     SettingsStore& registry() override { return *registry_; }
@@ -54,7 +55,8 @@ private:
         makeSqliteSettingsStore(places_->settingsFolder() / "kelvane" / "registry.db", *folding_);
     std::unique_ptr<TextModules> textModules_ = makeLinuxTextModules(*files_);
     std::unique_ptr<InstancePorts> instancePorts_ =
-        makeSocketPorts(runtimeFolderOfSession(), places_->temporaryFolder());
+        makeSocketPorts(variable("XDG_RUNTIME_DIR", ""), places_->temporaryFolder());
+    std::unique_ptr<Processes> processes_ = makeLinuxProcesses({variable("PATH", "/usr/local/bin:/usr/bin:/bin")});
 };
 
 }  // namespace
