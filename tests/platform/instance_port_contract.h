@@ -1,9 +1,6 @@
-// The promises of the instance port: one suite, run on the adapter of each system.
+// What the promises of the instance port are tested on: one world for each version of it.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,43 +32,7 @@ struct PortWorldMaker {
     std::function<std::unique_ptr<PortWorld>()> make;
 };
 
-inline const std::string portName = "kelvane_CommPort";
-
-// Far more than anything takes that goes well.
-inline constexpr std::chrono::seconds portPatience{20};
-
-inline std::vector<std::byte> portBytes(std::size_t count)
-{
-    std::vector<std::byte> made(count);
-    for (std::size_t i = 0; i < count; ++i)
-        made[i] = static_cast<std::byte>(i * 7 + i / 256);
-    return made;
-}
-
-inline void PrintTo(const PortWorldMaker& maker, std::ostream* out)
-{
-    *out << maker.name;
-}
-
-// The suite's tests stand in instance_port_contract_test.cpp; the test of each system's adapter instantiates it.
-class InstancePortContract : public ::testing::TestWithParam<PortWorldMaker> {
-protected:
-    InstancePorts& ports() { return world_->ports(); }
-
-    std::unique_ptr<InstancePort> claim(InstancePorts::Handler handler, const std::string& name = portName)
-    {
-        auto claimed = ports().claim(name, std::move(handler));
-        EXPECT_TRUE(claimed.ok());
-        return claimed ? std::move(*claimed) : nullptr;
-    }
-
-    Result<std::uint32_t> send(std::uint32_t tag, std::size_t size = 0,
-                               std::chrono::milliseconds timeout = portPatience)
-    {
-        return ports().send(portName, {tag, portBytes(size)}, timeout);
-    }
-
-    std::unique_ptr<PortWorld> world_ = GetParam().make();
-};
+// Defined beside the tests of each system's adapter.
+[[nodiscard]] PortWorldMaker systemPortWorld();
 
 }  // namespace kelvane::testing

@@ -1,26 +1,61 @@
 #include "platform/instance_port_contract.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <future>
 #include <thread>
 
-namespace kelvane::testing {
+namespace kelvane {
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::seconds;
+using testing::PortWorld;
+using testing::PortWorldMaker;
+
+const std::string name = "kelvane_CommPort";
+constexpr seconds patience{20};
+
+std::vector<std::byte> bytes(std::size_t count)
+{
+    std::vector<std::byte> made(count);
+    for (std::size_t i = 0; i < count; ++i)
+        made[i] = static_cast<std::byte>(i * 7 + i / 256);
+    return made;
+}
 
 // Something that a test lets happen.
 class Gate {
 public:
     void open() { opening_.set_value(); }
-    [[nodiscard]] bool wait() { return opened_.wait_for(portPatience) == std::future_status::ready; }
+    [[nodiscard]] bool wait() { return opened_.wait_for(patience) == std::future_status::ready; }
 
 private:
     std::promise<void> opening_;
     std::shared_future<void> opened_ = opening_.get_future().share();
 };
 
-std::uint32_t tagOfMessage(const PortMessage& message, const PortPeer&)
+class InstancePortContract : public ::testing::TestWithParam<PortWorldMaker> {
+protected:
+    InstancePorts& ports() { return world_->ports(); }
+
+    std::unique_ptr<InstancePort> claim(InstancePorts::Handler handler, const std::string& which = name)
+    {
+        auto claimed = ports().claim(which, std::move(handler));
+        EXPECT_TRUE(claimed.ok()) << claimed.error().detail;
+        return claimed ? std::move(*claimed) : nullptr;
+    }
+
+    Result<std::uint32_t> send(std::uint32_t tag, std::size_t size = 0, milliseconds timeout = patience)
+    {
+        return ports().send(name, {tag, bytes(size)}, timeout);
+    }
+
+    std::unique_ptr<PortWorld> world_ = GetParam().make();
+};
+
+std::uint32_t tagOf(const PortMessage& message, const PortPeer&)
 {
     return message.tag;
 }
@@ -43,7 +78,7 @@ TEST_P(InstancePortContract, AMessageReachesTheHolderAndItsAnswerTheSender)
             ASSERT_TRUE(answered.ok()) << size << ": " << answered.error().detail;
             EXPECT_EQ(*answered, ~tag);
             EXPECT_EQ(seen.tag, tag);
-            EXPECT_EQ(seen.bytes, portBytes(size));
+            EXPECT_EQ(seen.bytes, bytes(size));
             EXPECT_EQ(from.process, world_->ownProcess());
         }
     }
@@ -51,20 +86,20 @@ TEST_P(InstancePortContract, AMessageReachesTheHolderAndItsAnswerTheSender)
 
 TEST_P(InstancePortContract, ANameIsHeldOnceUntilItIsGivenBack)
 {
-    EXPECT_FALSE(ports().isHeld(portName));
+    EXPECT_FALSE(ports().isHeld(name));
     EXPECT_EQ(send(1).error().kind, ErrorKind::notFound);
     for (int round = 0; round < 3; ++round) {
-        auto port = claim(tagOfMessage);
-        const auto elevated = claim([](PortMessage, const PortPeer&) { return 77u; }, portName + "G");
-        EXPECT_TRUE(ports().isHeld(portName));
-        EXPECT_EQ(ports().claim(portName, tagOfMessage).error().kind, ErrorKind::changed);
+        auto port = claim(tagOf);
+        const auto elevated = claim([](PortMessage, const PortPeer&) { return 77u; }, name + "G");
+        EXPECT_TRUE(ports().isHeld(name));
+        EXPECT_EQ(ports().claim(name, tagOf).error().kind, ErrorKind::changed);
         EXPECT_EQ(*send(5), 5u);
 
         port.reset();
 
-        EXPECT_FALSE(ports().isHeld(portName));
+        EXPECT_FALSE(ports().isHeld(name));
         EXPECT_EQ(send(1).error().kind, ErrorKind::notFound);
-        EXPECT_EQ(*ports().send(portName + "G", {}, portPatience), 77u);
+        EXPECT_EQ(*ports().send(name + "G", {}, patience), 77u);
     }
 }
 
@@ -75,21 +110,21 @@ TEST_P(InstancePortContract, AnotherProcessFindsTheNameTakenAndIsHeard)
         from = peer.process;
         return message.tag + static_cast<std::uint32_t>(message.bytes.size());
     });
-    const auto claimed = world_->claimElsewhere(portName);
+    const auto claimed = world_->claimElsewhere(name);
     if (!claimed)
         GTEST_SKIP() << "a world of one process";
 
     EXPECT_EQ(claimed->error().kind, ErrorKind::changed);
-    const auto answer = world_->sendElsewhere(portName, {40, portBytes(2)});
+    const auto answer = world_->sendElsewhere(name, {40, bytes(2)});
     ASSERT_TRUE(answer->ok());
     EXPECT_EQ(**answer, 42u);
     EXPECT_NE(from, 0u);
     EXPECT_NE(from, world_->ownProcess());
 
     port.reset();
-    EXPECT_EQ(world_->sendElsewhere(portName, {})->error().kind, ErrorKind::notFound);
-    EXPECT_TRUE(world_->claimElsewhere(portName)->ok());
-    EXPECT_TRUE(claim(tagOfMessage)) << "what the ended process held is free again";
+    EXPECT_EQ(world_->sendElsewhere(name, {})->error().kind, ErrorKind::notFound);
+    EXPECT_TRUE(world_->claimElsewhere(name)->ok());
+    EXPECT_TRUE(claim(tagOf)) << "what the ended process held is free again";
 }
 
 TEST_P(InstancePortContract, AHolderThatHangsCostsTheSenderItsTimeoutOnly)
@@ -102,8 +137,8 @@ TEST_P(InstancePortContract, AHolderThatHangsCostsTheSenderItsTimeoutOnly)
     const auto from = std::chrono::steady_clock::now();
     EXPECT_FALSE(send(1, 0, milliseconds(50)).ok());
     EXPECT_FALSE(send(2, largestPortMessage, milliseconds(50)).ok()) << "queued behind the first one";
-    EXPECT_LT(std::chrono::steady_clock::now() - from, portPatience / 2);
-    EXPECT_TRUE(ports().isHeld(portName));
+    EXPECT_LT(std::chrono::steady_clock::now() - from, patience / 2);
+    EXPECT_TRUE(ports().isHeld(name));
 
     release.open();
     EXPECT_EQ(*send(3), 9u);
@@ -154,7 +189,7 @@ TEST_P(InstancePortContract, GivingTheNameBackWaitsForARunningHandler)
 
 TEST_P(InstancePortContract, AMessageThatIsTooLongIsNotSent)
 {
-    const auto port = claim(tagOfMessage);
+    const auto port = claim(tagOf);
     EXPECT_EQ(send(1, largestPortMessage + 1).error().kind, ErrorKind::invalid);
     EXPECT_EQ(*send(2), 2u);
 }
@@ -166,7 +201,7 @@ TEST_P(InstancePortContract, OfTwoClaimsAtTheSameMomentOneWinsAndTheOtherIsHeard
         const auto start = [&] {
             for (++ready; ready < 2;)
                 std::this_thread::yield();
-            const auto port = ports().claim(portName, tagOfMessage);
+            const auto port = ports().claim(name, tagOf);
             winners += port.ok();
             if (!port)
                 heard += send(8).ok();
@@ -181,5 +216,8 @@ TEST_P(InstancePortContract, OfTwoClaimsAtTheSameMomentOneWinsAndTheOtherIsHeard
     }
 }
 
+INSTANTIATE_TEST_SUITE_P(Worlds, InstancePortContract, ::testing::Values(testing::systemPortWorld()),
+                         [](const auto& world) { return world.param.name; });
+
 }  // namespace
-}  // namespace kelvane::testing
+}  // namespace kelvane

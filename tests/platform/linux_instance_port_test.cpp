@@ -125,10 +125,6 @@ private:
     std::unique_ptr<InstancePorts> ports_ = portsIn(tree_);
 };
 
-using testing::InstancePortContract;
-INSTANTIATE_TEST_SUITE_P(Linux, InstancePortContract,
-                         ::testing::Values(testing::PortWorldMaker{"sockets", std::make_unique<SocketWorld>}));
-
 class LinuxInstancePortTest : public ::testing::Test {
 protected:
     LinuxInstancePortTest()
@@ -429,5 +425,10 @@ TEST_F(LinuxInstancePortUsersTest, AnotherUsersServerIsNotTalkedTo)
 }
 
 }  // namespace
+
+testing::PortWorldMaker testing::systemPortWorld()
+{
+    return {"linux", [] { return std::make_unique<SocketWorld>(); }};
+}
 
 }  // namespace kelvane

@@ -9,6 +9,7 @@
 #include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/interrupts.h"
+#include "platform/link_maker.h"
 #include "platform/path_rules.h"
 #include "platform/places.h"
 #include "platform/priority.h"
@@ -32,6 +33,7 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<Terminal> makeConsoleTerminal();
 [[nodiscard]] std::unique_ptr<Interrupts> makeConsoleInterrupts();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
+[[nodiscard]] std::unique_ptr<LinkMaker> makeWindowsLinkMaker();
 [[nodiscard]] std::unique_ptr<Places> makeWindowsPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeWindowsSystemFacts();
 [[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules();

@@ -22,6 +22,7 @@ public:
     PropertyReaders& readers() override { return *readers_; }
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
+    LinkMaker& links() override { return *links_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
     TextModules& textModules() override { return *textModules_; }
@@ -39,6 +40,7 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makeConsoleTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makeConsoleInterrupts();
+    std::unique_ptr<LinkMaker> links_ = makeWindowsLinkMaker();
     std::unique_ptr<Places> places_ = makeWindowsPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
     std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules();
