@@ -36,6 +36,6 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<LinkMaker> makeWindowsLinkMaker();
 [[nodiscard]] std::unique_ptr<Places> makeWindowsPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeWindowsSystemFacts();
-[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules();
+[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules(FileSystem& files);
 
 }  // namespace kelvane

@@ -43,7 +43,7 @@ private:
     std::unique_ptr<LinkMaker> links_ = makeWindowsLinkMaker();
     std::unique_ptr<Places> places_ = makeWindowsPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
-    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules();
+    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules(*files_);
 };
 
 }  // namespace
