@@ -170,7 +170,8 @@ Result<CommandText> decodeHandOver(std::span<const std::byte> bytes, CommandSynt
     if (!texts || texts->size() < (windows ? 1u : 2u) || (windows && texts->size() > 2))
         return Error{ErrorKind::invalid, 0, "a hand-over that is no command line"};
     if (windows)
-        return CommandText{syntax, texts->front(), {}, texts->size() == 2 ? nativeFromBytes(texts->back()) : ""};
+        return CommandText{
+            syntax, texts->front(), {}, texts->size() == 2 ? nativeFromBytes(texts->back()) : NativeString{}};
     return CommandText{syntax, {}, {texts->begin() + 1, texts->end()}, nativeFromBytes(texts->front())};
 }
 

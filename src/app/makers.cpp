@@ -12,9 +12,4 @@ std::string_view updatePage() noexcept
     return KELVANE_UPDATE_PAGE;
 }
 
-std::string_view farewellPage() noexcept
-{
-    return KELVANE_FAREWELL_PAGE;
-}
-
 }  // namespace kelvane::makers

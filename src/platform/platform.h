@@ -10,7 +10,6 @@
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
-#include "platform/link_maker.h"
 #include "platform/path_rules.h"
 #include "platform/places.h"
 #include "platform/priority.h"
@@ -40,7 +39,6 @@ public:
     virtual Interrupts& interrupts() = 0;
     virtual InstancePorts& instancePorts() = 0;
     virtual Processes& processes() = 0;
-    virtual LinkMaker& links() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
     virtual SettingsStore& registry() = 0;

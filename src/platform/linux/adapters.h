@@ -12,7 +12,6 @@
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
-#include "platform/link_maker.h"
 #include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/processes.h"
@@ -42,7 +41,6 @@ struct ProcessTools {
     std::chrono::milliseconds patience{5000};
 };
 [[nodiscard]] std::unique_ptr<Processes> makeLinuxProcesses(ProcessTools tools);
-[[nodiscard]] std::unique_ptr<LinkMaker> makePosixLinkMaker();
 [[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();

@@ -30,7 +30,6 @@ public:
     Interrupts& interrupts() override { return *interrupts_; }
     InstancePorts& instancePorts() override { return *instancePorts_; }
     Processes& processes() override { return *processes_; }
-    LinkMaker& links() override { return *links_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
     SettingsStore& registry() override { return *registry_; }
@@ -50,7 +49,6 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makePosixTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
-    std::unique_ptr<LinkMaker> links_ = makePosixLinkMaker();
     std::unique_ptr<Places> places_ = makeLinuxPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeLinuxSystemFacts();
     std::unique_ptr<SettingsStore> registry_ =

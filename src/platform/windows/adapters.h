@@ -6,14 +6,18 @@
 #include <optional>
 
 #include "platform/clock.h"
+#include "platform/crash_capture.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/link_maker.h"
 #include "platform/path_rules.h"
 #include "platform/places.h"
 #include "platform/priority.h"
+#include "platform/processes.h"
 #include "platform/property_system.h"
+#include "platform/settings_store.h"
 #include "platform/terminal.h"
 #include "platform/text_modules.h"
 
@@ -33,9 +37,13 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<Terminal> makeConsoleTerminal();
 [[nodiscard]] std::unique_ptr<Interrupts> makeConsoleInterrupts();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
-[[nodiscard]] std::unique_ptr<LinkMaker> makeWindowsLinkMaker();
 [[nodiscard]] std::unique_ptr<Places> makeWindowsPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeWindowsSystemFacts();
-[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules(FileSystem& files);
+[[nodiscard]] std::unique_ptr<SettingsStore> makeRegistryStore();
+[[nodiscard]] std::unique_ptr<InstancePorts> makeWindowPorts();
+[[nodiscard]] std::unique_ptr<Processes> makeWindowsProcesses();
+[[nodiscard]] std::unique_ptr<CrashCapture> makeWindowsCrashCapture();
+[[nodiscard]] std::unique_ptr<LinkMaker> makeWindowsLinkMaker();
+[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules();
 
 }  // namespace kelvane

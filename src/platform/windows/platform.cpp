@@ -22,9 +22,11 @@ public:
     PropertyReaders& readers() override { return *readers_; }
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
-    LinkMaker& links() override { return *links_; }
+    InstancePorts& instancePorts() override { return *instancePorts_; }
+    Processes& processes() override { return *processes_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
+    SettingsStore& registry() override { return *registry_; }
     TextModules& textModules() override { return *textModules_; }
 
 private:
@@ -40,10 +42,12 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makeConsoleTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makeConsoleInterrupts();
-    std::unique_ptr<LinkMaker> links_ = makeWindowsLinkMaker();
+    std::unique_ptr<InstancePorts> instancePorts_ = makeWindowPorts();
+    std::unique_ptr<Processes> processes_ = makeWindowsProcesses();
     std::unique_ptr<Places> places_ = makeWindowsPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
-    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules(*files_);
+    std::unique_ptr<SettingsStore> registry_ = makeRegistryStore();
+    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules();
 };
 
 }  // namespace
