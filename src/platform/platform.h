@@ -6,6 +6,7 @@
 
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
+#include "platform/crash_capture.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
@@ -41,6 +42,7 @@ public:
     virtual Processes& processes() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
+    virtual CrashCapture& crashCapture() = 0;
     virtual SettingsStore& registry() = 0;
     virtual TextModules& textModules() = 0;
 };

@@ -45,6 +45,7 @@ public:
     Processes& processes() override { return real_->processes(); }
     Places& places() override { return real_->places(); }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
+    CrashCapture& crashCapture() override { return real_->crashCapture(); }
     SettingsStore& registry() override { return settings; }
     TextModules& textModules() override { return real_->textModules(); }
 

@@ -8,6 +8,7 @@
 
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
+#include "platform/crash_capture.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
@@ -42,6 +43,7 @@ struct ProcessTools {
 };
 [[nodiscard]] std::unique_ptr<Processes> makeLinuxProcesses(ProcessTools tools);
 [[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
+[[nodiscard]] std::unique_ptr<CrashCapture> makeMinidumpCapture();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
 // The folding must outlive it. The file is made by the first write.

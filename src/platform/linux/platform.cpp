@@ -32,6 +32,7 @@ public:
     Processes& processes() override { return *processes_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
+    CrashCapture& crashCapture() override { return *crashCapture_; }
     SettingsStore& registry() override { return *registry_; }
     TextModules& textModules() override { return *textModules_; }
 
@@ -51,6 +52,7 @@ private:
     std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
     std::unique_ptr<Places> places_ = makeLinuxPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeLinuxSystemFacts();
+    std::unique_ptr<CrashCapture> crashCapture_ = makeMinidumpCapture();
     std::unique_ptr<SettingsStore> registry_ =
         makeSqliteSettingsStore(places_->settingsFolder() / "kelvane" / "registry.db", *folding_);
     std::unique_ptr<TextModules> textModules_ = makeLinuxTextModules(*files_);
