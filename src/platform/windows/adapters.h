@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "platform/clock.h"
 #include "platform/crash_capture.h"
@@ -39,7 +40,8 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
 [[nodiscard]] std::unique_ptr<Places> makeWindowsPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeWindowsSystemFacts();
-[[nodiscard]] std::unique_ptr<SettingsStore> makeRegistryStore();
+// Paths are taken below HKEY_CURRENT_USER and this key ("Software\\..\\", for tests).
+[[nodiscard]] std::unique_ptr<SettingsStore> makeRegistryStore(std::wstring above = {});
 [[nodiscard]] std::unique_ptr<InstancePorts> makeWindowPorts();
 [[nodiscard]] std::unique_ptr<Processes> makeWindowsProcesses();
 [[nodiscard]] std::unique_ptr<CrashCapture> makeWindowsCrashCapture();

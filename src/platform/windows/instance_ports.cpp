@@ -15,7 +15,12 @@
 namespace kelvane {
 namespace {
 
-using namespace windows_os;
+using windows_os::Handle;
+using windows_os::hasAdministratorsRights;
+using windows_os::HiddenWindow;
+using windows_os::osError;
+using windows_os::runsAsSameUser;
+using windows_os::wideFromWtf8;
 
 // The sender is a window, since that is all that WM_COPYDATA tells of where it came from.
 std::optional<PortPeer> peerBehind(WPARAM sender)
@@ -78,7 +83,7 @@ public:
     Result<std::unique_ptr<InstancePort>> claim(std::string_view name, Handler handler) override
     {
         const std::wstring title = wideFromWtf8(name);
-        Handle mutex(::CreateMutexW(nullptr, FALSE, (L"Local\\" + title).c_str()));
+        Handle mutex(::CreateMutexW(nullptr, FALSE, mutexName(name).c_str()));
         const DWORD code = ::GetLastError();
         if (!mutex.valid())
             return osError(code);
@@ -100,7 +105,7 @@ public:
     {
         if (message.bytes.size() > largestPortMessage)
             return Error{ErrorKind::invalid, 0, "the message is too long"};
-        const HWND port = find(name);
+        const HWND port = waitFor(name, timeout);
         if (port == nullptr)
             return Error{ErrorKind::notFound, 0, "no instance holds this name"};
         letTakeForeground(port);
@@ -116,9 +121,28 @@ public:
         return static_cast<std::uint32_t>(answer);
     }
 
-    bool isHeld(std::string_view name) override { return find(name) != nullptr; }
+    bool isHeld(std::string_view name) override { return find(name) != nullptr || isTaken(name); }
 
 private:
+    // Of two programs that start at once the one that comes second may be here before the first has its window.
+    static HWND waitFor(std::string_view name, std::chrono::milliseconds timeout)
+    {
+        const auto until = std::chrono::steady_clock::now() + timeout;
+        HWND port = find(name);
+        while (port == nullptr && isTaken(name) && std::chrono::steady_clock::now() < until) {
+            ::Sleep(5);
+            port = find(name);
+        }
+        return port;
+    }
+
+    static std::wstring mutexName(std::string_view name) { return L"Local\\" + wideFromWtf8(name); }
+
+    static bool isTaken(std::string_view name)
+    {
+        return Handle(::OpenMutexW(SYNCHRONIZE, FALSE, mutexName(name).c_str())).valid();
+    }
+
     static HWND find(std::string_view name) { return ::FindWindowW(L"static", wideFromWtf8(name).c_str()); }
 
     static void letTakeForeground(HWND port)

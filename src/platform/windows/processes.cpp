@@ -18,7 +18,12 @@
 namespace kelvane {
 namespace {
 
-using namespace windows_os;
+using windows_os::composeByMapi;
+using windows_os::Handle;
+using windows_os::hasAdministratorsRights;
+using windows_os::lastError;
+using windows_os::quoted;
+using windows_os::wideFromWtf8;
 
 // The shell's functions may hand the work to objects that want COM on the calling thread.
 class ComOnThisThread {

@@ -117,10 +117,12 @@ private:
 // commit() only mark where one would be.
 class RegistryStore final : public SettingsStore {
 public:
+    explicit RegistryStore(std::wstring above) : above_(std::move(above)) {}
+
     std::unique_ptr<SettingsSection> open(std::u16string_view path, SettingsAccess access) override
     {
         const bool writing = access == SettingsAccess::writing;
-        const std::wstring name = toWide(path);
+        const std::wstring name = below(path);
         RegistryKey key = writing ? RegistryKey::create(HKEY_CURRENT_USER, name, toWrite)
                                   : RegistryKey::open(HKEY_CURRENT_USER, name, toRead);
         return key.valid() ? std::make_unique<RegistrySection>(std::move(key), writing) : nullptr;
@@ -130,7 +132,7 @@ public:
     {
         if (path.empty())
             return SettingsCode::accessDenied;  // that would be everything that this person ever set anywhere
-        const auto code = ::RegDeleteTreeW(HKEY_CURRENT_USER, toWide(path).c_str());
+        const auto code = ::RegDeleteTreeW(HKEY_CURRENT_USER, below(path).c_str());
         return code == ERROR_FILE_NOT_FOUND ? SettingsCode::done : codeOf(code);
     }
 
@@ -139,13 +141,18 @@ public:
     void discard() override {}
     std::string complaint() const override { return {}; }
     bool isWritable() override { return RegistryKey::open(HKEY_CURRENT_USER, L"Software", toWrite).valid(); }
+
+private:
+    [[nodiscard]] std::wstring below(std::u16string_view path) const { return above_ + toWide(path); }
+
+    std::wstring above_;
 };
 
 }  // namespace
 
-std::unique_ptr<SettingsStore> makeRegistryStore()
+std::unique_ptr<SettingsStore> makeRegistryStore(std::wstring above)
 {
-    return std::make_unique<RegistryStore>();
+    return std::make_unique<RegistryStore>(std::move(above));
 }
 
 }  // namespace kelvane
