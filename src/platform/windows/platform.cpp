@@ -22,6 +22,7 @@ public:
     PropertyReaders& readers() override { return *readers_; }
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
+    CrashCapture& crashCapture() override { return *crashCapture_; }
     InstancePorts& instancePorts() override { return *instancePorts_; }
     Processes& processes() override { return *processes_; }
     Places& places() override { return *places_; }
@@ -42,6 +43,7 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makeConsoleTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makeConsoleInterrupts();
+    std::unique_ptr<CrashCapture> crashCapture_ = makeWindowsCrashCapture();
     std::unique_ptr<InstancePorts> instancePorts_ = makeWindowPorts();
     std::unique_ptr<Processes> processes_ = makeWindowsProcesses();
     std::unique_ptr<Places> places_ = makeWindowsPlaces();
