@@ -89,14 +89,14 @@ Status LinkRequests::serve(std::span<const std::byte> request) const
     std::string target(text.substr(middle + 1));
     if (!mayBeAsked(link, target, syntax_))
         return unacceptable();
-    auto found = files_.details(nativeFromBytes(target), Links::followed);
+    auto found = kindOf_(nativeFromBytes(target));
     if (!found.ok() && syntax_ == CommandSyntax::windows && beginsWithDrive(link)) {
         target.insert(0, link.substr(0, 2));
-        found = files_.details(nativeFromBytes(target), Links::followed);
+        found = kindOf_(nativeFromBytes(target));
     }
     if (!found.ok())
         return found.error();
-    return links_.makeSymbolicLink(nativeFromBytes(link), nativeFromBytes(target), found->kind == FileKind::folder);
+    return links_.makeSymbolicLink(nativeFromBytes(link), nativeFromBytes(target), *found == FileKind::folder);
 }
 
 }  // namespace kelvane

@@ -2,14 +2,17 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/port_text.h"
 #include "base/result.h"
-#include "platform/file_system.h"
+#include "platform/file_info.h"
 #include "platform/link_maker.h"
 
 namespace kelvane {
@@ -19,13 +22,16 @@ namespace kelvane {
 [[nodiscard]] Result<std::vector<std::byte>> encodeLinkRequest(std::string_view link, std::string_view target,
                                                                CommandSyntax syntax = nativeSyntax);
 
+// What is at the end of a path, links followed; an error when nothing is.
+using KindLookup = std::function<Result<FileKind>(const std::filesystem::path&)>;
+
 // The serving side. The asker is a process of the same user but of lesser rights, so nothing that it says is taken on
 // trust: both paths are absolute, without steps upwards and control characters, and the text has exactly one "|".
-// Thread-safe; the ports must outlive it.
+// Thread-safe; the port must outlive it.
 class LinkRequests {
 public:
-    LinkRequests(FileSystem& files, LinkMaker& links, CommandSyntax syntax = nativeSyntax)
-        : files_(files), links_(links), syntax_(syntax)
+    LinkRequests(KindLookup kindOf, LinkMaker& links, CommandSyntax syntax = nativeSyntax)
+        : kindOf_(std::move(kindOf)), links_(links), syntax_(syntax)
     {
     }
 
@@ -34,7 +40,7 @@ public:
     [[nodiscard]] Status serve(std::span<const std::byte> request) const;
 
 private:
-    FileSystem& files_;
+    KindLookup kindOf_;
     LinkMaker& links_;
     CommandSyntax syntax_;
 };

@@ -12,4 +12,9 @@ std::string_view updatePage() noexcept
     return KELVANE_UPDATE_PAGE;
 }
 
+std::string_view farewellPage() noexcept
+{
+    return KELVANE_FAREWELL_PAGE;
+}
+
 }  // namespace kelvane::makers

@@ -11,4 +11,8 @@ namespace kelvane::makers {
 // A web address in UTF-8 that takes the parameter "v". KELVANE_UPDATE_PAGE of the build.
 [[nodiscard]] std::string_view updatePage() noexcept;
 
+// A web address in UTF-8: where somebody who erases the settings in December is sent. KELVANE_FAREWELL_PAGE of the
+// build.
+[[nodiscard]] std::string_view farewellPage() noexcept;
+
 }  // namespace kelvane::makers

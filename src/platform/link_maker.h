@@ -12,7 +12,7 @@ public:
     virtual ~LinkMaker() = default;
 
     // A link at `link` that leads to `target`, which is stored as it is written. Something that is at `link` already
-    // stays untouched (`changed`). A system that tells links to folders from others makes one when `toFolder` is set.
+    // stays untouched (`exists`). A system that tells links to folders from others makes one when `toFolder` is set.
     // Thread-safe.
     [[nodiscard]] virtual Status makeSymbolicLink(const std::filesystem::path& link,
                                                   const std::filesystem::path& target, bool toFolder) = 0;

@@ -22,9 +22,10 @@ struct SystemVersion {
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
     std::uint32_t build = 0;
-    std::uint32_t revision = 0;  // "UBR" of Windows; 0 where there is none
-    std::u16string productName;  // as the system calls itself; may be empty
-    bool isNt = true;            // false: no Windows of the NT line; true on Linux
+    std::uint32_t revision = 0;    // "UBR" of Windows; 0 where there is none
+    std::u16string productName;    // as the system calls itself; may be empty
+    bool isNt = true;              // false: no Windows of the NT line; true on Linux
+    std::uint32_t leastMajor = 0;  // the first major version that the program runs on; 6 for Windows (Vista)
 };
 
 // What start-up and the defaults of settings ask of the system. Thread-safe.

@@ -11,6 +11,7 @@
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
+#include "platform/link_maker.h"
 #include "platform/path_rules.h"
 #include "platform/places.h"
 #include "platform/priority.h"
@@ -40,6 +41,7 @@ public:
     virtual Interrupts& interrupts() = 0;
     virtual InstancePorts& instancePorts() = 0;
     virtual Processes& processes() = 0;
+    virtual LinkMaker& links() = 0;
     virtual Places& places() = 0;
     virtual SystemFacts& systemFacts() = 0;
     virtual CrashCapture& crashCapture() = 0;

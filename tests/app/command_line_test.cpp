@@ -40,7 +40,7 @@ TEST(WindowsArguments, AreSplitByThePublishedRules)
         Words words;
     } cases[] = {
         {R"(kelvane.exe)", {"kelvane.exe"}},
-        {R"("C:\Program Files\k.exe"  a	b )", {R"(C:\Program Files\k.exe)", "a", "b"}},
+        {"\"C:\\Program Files\\k.exe\"  a\tb ", {R"(C:\Program Files\k.exe)", "a", "b"}},
         {R"("C:\dir\"x y)", {R"(C:\dir\)", "x", "y"}},  // backslashes mean nothing in the program's name
         {R"("never closed)", {"never closed"}},
         {R"( first blank)", {"", "first", "blank"}},

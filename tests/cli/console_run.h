@@ -43,6 +43,7 @@ public:
     Interrupts& interrupts() override { return real_->interrupts(); }
     InstancePorts& instancePorts() override { return real_->instancePorts(); }
     Processes& processes() override { return real_->processes(); }
+    LinkMaker& links() override { return real_->links(); }
     Places& places() override { return real_->places(); }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
     CrashCapture& crashCapture() override { return real_->crashCapture(); }

@@ -13,6 +13,7 @@
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
+#include "platform/link_maker.h"
 #include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/processes.h"
@@ -42,6 +43,7 @@ struct ProcessTools {
     std::chrono::milliseconds patience{5000};
 };
 [[nodiscard]] std::unique_ptr<Processes> makeLinuxProcesses(ProcessTools tools);
+[[nodiscard]] std::unique_ptr<LinkMaker> makePosixLinkMaker();
 [[nodiscard]] std::unique_ptr<Places> makeLinuxPlaces();
 [[nodiscard]] std::unique_ptr<CrashCapture> makeMinidumpCapture();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeLinuxSystemFacts();

@@ -30,6 +30,7 @@ public:
     Interrupts& interrupts() override { return *interrupts_; }
     InstancePorts& instancePorts() override { return *instancePorts_; }
     Processes& processes() override { return *processes_; }
+    LinkMaker& links() override { return *links_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
     CrashCapture& crashCapture() override { return *crashCapture_; }
@@ -50,6 +51,7 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makePosixTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makePosixInterrupts();
+    std::unique_ptr<LinkMaker> links_ = makePosixLinkMaker();
     std::unique_ptr<Places> places_ = makeLinuxPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeLinuxSystemFacts();
     std::unique_ptr<CrashCapture> crashCapture_ = makeMinidumpCapture();

@@ -38,6 +38,7 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<Terminal> makeConsoleTerminal();
 [[nodiscard]] std::unique_ptr<Interrupts> makeConsoleInterrupts();
 [[nodiscard]] std::unique_ptr<PropertyReaders> makeFileTypeReaders();
+[[nodiscard]] std::unique_ptr<LinkMaker> makeWindowsLinkMaker();
 [[nodiscard]] std::unique_ptr<Places> makeWindowsPlaces();
 [[nodiscard]] std::unique_ptr<SystemFacts> makeWindowsSystemFacts();
 // Paths are taken below HKEY_CURRENT_USER and this key ("Software\\..\\", for tests).
@@ -45,7 +46,6 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<InstancePorts> makeWindowPorts();
 [[nodiscard]] std::unique_ptr<Processes> makeWindowsProcesses();
 [[nodiscard]] std::unique_ptr<CrashCapture> makeWindowsCrashCapture();
-[[nodiscard]] std::unique_ptr<LinkMaker> makeWindowsLinkMaker();
-[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules();
+[[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules(FileSystem& files);
 
 }  // namespace kelvane

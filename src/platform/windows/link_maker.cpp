@@ -9,23 +9,28 @@
 namespace kelvane {
 namespace {
 
-// Lets developers' machines make links without an administrator's rights; older systems do not know the flag.
-constexpr DWORD withoutRights = 0x2;
+// Lets a person in developer mode make links without an administrator's rights; known since Windows 10 1703.
+constexpr DWORD allowUnprivileged = 0x2;
 
 class WindowsLinkMaker final : public LinkMaker {
 public:
     Status makeSymbolicLink(const std::filesystem::path& link, const std::filesystem::path& target,
                             bool toFolder) override
     {
-        const std::wstring place = windows_os::systemPath(link);
         const DWORD kind = toFolder ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
-        if (::CreateSymbolicLinkW(place.c_str(), target.c_str(), kind | withoutRights) != FALSE ||
-            (::GetLastError() == ERROR_INVALID_PARAMETER &&
-             ::CreateSymbolicLinkW(place.c_str(), target.c_str(), kind) != FALSE))
+        const std::wstring name = windows_os::systemPath(link);
+        if (make(name, target, kind | allowUnprivileged))
             return {};
-        const Error error = windows_os::lastError();
-        const bool taken = error.systemCode == ERROR_ALREADY_EXISTS || error.systemCode == ERROR_FILE_EXISTS;
-        return taken ? Error{ErrorKind::changed, error.systemCode, error.detail} : error;
+        // Older systems refuse a flag that they do not know.
+        if (::GetLastError() == ERROR_INVALID_PARAMETER && make(name, target, kind))
+            return {};
+        return windows_os::lastError();
+    }
+
+private:
+    static bool make(const std::wstring& link, const std::filesystem::path& target, DWORD flags)
+    {
+        return ::CreateSymbolicLinkW(link.c_str(), target.c_str(), flags) != 0;
     }
 };
 

@@ -22,11 +22,12 @@ public:
     PropertyReaders& readers() override { return *readers_; }
     Terminal& terminal() override { return *terminal_; }
     Interrupts& interrupts() override { return *interrupts_; }
-    CrashCapture& crashCapture() override { return *crashCapture_; }
+    LinkMaker& links() override { return *links_; }
     InstancePorts& instancePorts() override { return *instancePorts_; }
     Processes& processes() override { return *processes_; }
     Places& places() override { return *places_; }
     SystemFacts& systemFacts() override { return *systemFacts_; }
+    CrashCapture& crashCapture() override { return *crashCapture_; }
     SettingsStore& registry() override { return *registry_; }
     TextModules& textModules() override { return *textModules_; }
 
@@ -43,13 +44,14 @@ private:
     std::unique_ptr<PropertyReaders> readers_ = makeFileTypeReaders();
     std::unique_ptr<Terminal> terminal_ = makeConsoleTerminal();
     std::unique_ptr<Interrupts> interrupts_ = makeConsoleInterrupts();
-    std::unique_ptr<CrashCapture> crashCapture_ = makeWindowsCrashCapture();
-    std::unique_ptr<InstancePorts> instancePorts_ = makeWindowPorts();
-    std::unique_ptr<Processes> processes_ = makeWindowsProcesses();
+    std::unique_ptr<LinkMaker> links_ = makeWindowsLinkMaker();
     std::unique_ptr<Places> places_ = makeWindowsPlaces();
     std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
+    std::unique_ptr<InstancePorts> instancePorts_ = makeWindowPorts();
+    std::unique_ptr<Processes> processes_ = makeWindowsProcesses();
+    std::unique_ptr<CrashCapture> crashCapture_ = makeWindowsCrashCapture();
     std::unique_ptr<SettingsStore> registry_ = makeRegistryStore();
-    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules();
+    std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules(*files_);
 };
 
 }  // namespace

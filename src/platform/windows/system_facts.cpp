@@ -28,6 +28,7 @@ public:
     SystemVersion version() const override
     {
         SystemVersion version;
+        version.leastMajor = 6;  // Vista
         OSVERSIONINFOW info{};
         info.dwOSVersionInfoSize = sizeof info;
         using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
