@@ -1,4 +1,7 @@
-"""The console program finds the groups that are hidden in the samples. KELVANE_CLI names the program."""
+"""The console program finds the groups that are hidden in the samples.
+
+KELVANE_CLI names the program. KELVANE_EMULATOR names what a Windows program is started with; it sees "/" as drive Z.
+"""
 
 import json
 import os
@@ -25,17 +28,26 @@ EXPECTED = {
 }
 
 
+def for_program(path):
+    return "Z:" + path.replace("/", "\\") if "KELVANE_EMULATOR" in os.environ else path
+
+
+def from_program(path):
+    return path.removeprefix("Z:").replace("\\", "/") if "KELVANE_EMULATOR" in os.environ else path
+
+
 class Samples(unittest.TestCase):
     def test_scan_finds_the_hidden_groups_and_no_others(self):
         maker = measure.load_script(HOUSE / "tools/make_samples")
         with tempfile.TemporaryDirectory() as folder:
             maker.make(folder)
-            command = [os.environ["KELVANE_CLI"], "scan", "--no-protect", "--format", "json", folder]
+            start = [os.environ[name] for name in ("KELVANE_EMULATOR", "KELVANE_CLI") if name in os.environ]
+            command = [*start, "scan", "--no-protect", "--format", "json", for_program(folder)]
             run = subprocess.run(command, capture_output=True, check=False)
         self.assertEqual(run.returncode, 0, run.stderr.decode(errors="replace"))
         groups = set()
         for group in json.loads(run.stdout)["groups"]:
-            names = {Path(file["path"]).relative_to(folder).as_posix() for file in group["files"]}
+            names = {Path(from_program(file["path"])).relative_to(folder).as_posix() for file in group["files"]}
             groups.add(frozenset(maker.HARD_LINKS.get(name, name) for name in names))
         self.assertEqual(groups, EXPECTED)
 
