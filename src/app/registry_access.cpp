@@ -6,23 +6,24 @@
 #include "app/settings_transfer.h"
 #include "app/text_lists.h"
 #include "app/version_info.h"
-#include "base/text_table.h"
+#include "base/filled_text.h"
 #include "base/utf.h"
+#include "platform/ini_store.h"
+#include "platform/platform.h"
 
 namespace kelvane {
 namespace {
 
-const char* reasonOf(SettingsCode code)
+TextId reasonOf(SettingsCode code)
 {
     switch (code) {
     case SettingsCode::accessDenied:
-        return "permission denied";
     case SettingsCode::noKey:
-        return "cannot be opened for writing";
+        return TextId::problemAccessDenied;
     case SettingsCode::tooLong:
-        return "a value is too long";
+        return TextId::settingsTooLong;
     default:
-        return "input or output error";
+        return TextId::problemIo;
     }
 }
 
@@ -31,18 +32,10 @@ ErrorKind kindOf(SettingsCode code)
     return code == SettingsCode::accessDenied || code == SettingsCode::noKey ? ErrorKind::accessDenied : ErrorKind::io;
 }
 
-std::u16string filled(std::u16string_view pattern, std::u16string_view value)
-{
-    std::u16string result(pattern);
-    if (const auto at = result.find(u"%1"); at != std::u16string::npos)
-        result.replace(at, 2, value);
-    return result;
-}
-
-std::u16string notWritten(const SettingsLocation& location, std::string_view reason)
+std::string notWritten(const SettingsLocation& location, const std::string& reason)
 {
     const std::u16string place = location.isIni() ? textOfPath(location.iniPath) : location.keyPath;
-    return filled(text(TextId::settingsNotWritten), place + u": " + toUtf16(reason));
+    return filledText(TextId::settingsNotWritten, {toUtf8(place) + ": " + reason});
 }
 
 SettingsCode deleteEverything(const SettingsRoot& root)
@@ -59,12 +52,34 @@ SettingsCode deleteEverything(const SettingsRoot& root)
     return SettingsCode::done;
 }
 
-Error located(const SettingsLocation& location, ErrorKind kind, std::string_view reason)
+Error located(const SettingsLocation& location, SettingsCode code)
 {
-    return {kind, 0, toUtf8(notWritten(location, reason))};
+    return {kindOf(code), 0, notWritten(location, filledText(reasonOf(code)))};
+}
+
+Error located(const SettingsLocation& location, const Error& error)
+{
+    const std::string reason = error.detail.empty() ? filledText(TextId::problemIo) : error.detail;
+    return {error.kind, error.systemCode, notWritten(location, reason)};
 }
 
 }  // namespace
+
+SettingsPorts settingsPorts(Platform& platform)
+{
+    return {.files = platform.files(),
+            .output = platform.output(),
+            .registry = platform.registry(),
+            .places = platform.places(),
+            .facts = platform.systemFacts(),
+            .folding = platform.folding(),
+            .clock = platform.clock(),
+            .makeIni = [&platform](const std::filesystem::path& path) {
+                return makeIniStore(platform.files(), platform.output(), platform.folding(), path);
+            }};
+}
+
+CRegistryAccess::CRegistryAccess(Platform& platform) : CRegistryAccess(settingsPorts(platform)) {}
 
 CRegistryAccess::CRegistryAccess(SettingsPorts ports) : ports_(std::move(ports)) {}
 
@@ -78,7 +93,8 @@ SettingsContext CRegistryAccess::context() const
             .now = ports_.clock.now(),
             .version = CAppVersionInfo::versionNumber(),
             .inIniFile = location_.isIni(),
-            .translation = translation_};
+            .translation = translation_,
+            .interfaceBits = interfaceBits_};
 }
 
 void CRegistryAccess::chooseLocation(const std::filesystem::path& iniArgument)
@@ -94,13 +110,10 @@ void CRegistryAccess::useLocation(const SettingsLocation& location)
 
 void CRegistryAccess::load(Questions& questions)
 {
-    SettingsContext context = this->context();
     const bool first = isFirstRun(root());
-    if (first)
-        context.interfaceBits = interfaceBits(questions.askInterfaceMode());
-    settings_ = loadSettings(root(), context);
-    settings_.firstRun = first;
-    countStart(settings_, context);
+    interfaceBits_ = first ? interfaceBits(questions.askInterfaceMode()) : 0;
+    settings_ = loadSettings(root(), context());
+    countStart(settings_, context());
     settings_.comparisonTool = findComparisonTool(ports_.places.programFolder(), ports_.files);
     if (const std::string complaint = store().complaint(); !complaint.empty())
         questions.showError(toUtf16(complaint));
@@ -108,10 +121,8 @@ void CRegistryAccess::load(Questions& questions)
 
 void CRegistryAccess::loadForReading()
 {
-    SettingsContext context = this->context();
-    if (isFirstRun(root()))
-        context.interfaceBits = interfaceBits(InterfaceMode::standard);
-    settings_ = loadSettings(root(), context);
+    interfaceBits_ = isFirstRun(root()) ? interfaceBits(InterfaceMode::standard) : 0;
+    settings_ = loadSettings(root(), context());
 }
 
 SettingsCode CRegistryAccess::save()
@@ -128,7 +139,7 @@ Status CRegistryAccess::switchTo(PersistenceMode mode)
     const PersistenceMode before = std::exchange(settings_.persistence, mode);
     if (const SettingsCode code = save(); code != SettingsCode::done) {
         settings_.persistence = before;
-        return located(location_, kindOf(code), reasonOf(code));
+        return located(location_, code);
     }
     return {};
 }
@@ -139,19 +150,18 @@ Status CRegistryAccess::moveTo(const SettingsLocation& target, PersistenceMode m
     std::unique_ptr<SettingsStore> ini;
     if (target.isIni()) {
         if (const Status made = ports_.output.createFolders(target.iniPath.parent_path()); !made)
-            return located(target, made.error().kind, made.error().detail);
+            return located(target, made.error());
         ini = ports_.makeIni(target.iniPath);
     }
-    const SettingsRoot to{ini ? ini.get() : &ports_.registry, target};
+    const bool isNew = ini && !ports_.files.details(target.iniPath, Links::followed);
     Settings moved = settings_;
     moved.persistence = mode;
-    TransferReport report;
-    const SettingsCode code = writeAsBatch(*to.store, [&] {
-        const SettingsCode copied = transferSettings(root(), to, context(), report);
-        return copied == SettingsCode::done ? writeSettings(to, moved, context()) : copied;
-    });
-    if (code != SettingsCode::done)
-        return located(target, kindOf(code), reasonOf(code));
+    const SettingsCode code = copyTo({ini ? ini.get() : &ports_.registry, target}, moved);
+    if (code != SettingsCode::done) {
+        if (isNew)  // what there is of it would be chosen at the next start
+            static_cast<void>(ports_.output.remove(target.iniPath));
+        return located(target, code);
+    }
     if (location_.isIni()) {
         if (Status left = leaveIniFile(location_.iniPath); !left)
             return left;
@@ -160,6 +170,15 @@ Status CRegistryAccess::moveTo(const SettingsLocation& target, PersistenceMode m
     location_ = target;
     ini_ = std::move(ini);
     return {};
+}
+
+SettingsCode CRegistryAccess::copyTo(const SettingsRoot& to, const Settings& settings)
+{
+    TransferReport report;  // what is damaged here has nothing to move
+    return writeAsBatch(*to.store, [&] {
+        const SettingsCode copied = transferSettings(root(), to, context(), report);
+        return copied == SettingsCode::done ? writeSettings(to, settings, context()) : copied;
+    });
 }
 
 // A file that would stay would be chosen again at the next start, with its old settings. One that was never written
@@ -171,7 +190,7 @@ Status CRegistryAccess::leaveIniFile(const std::filesystem::path& left)
     const Status renamed = ports_.output.replace(left, backup);
     if (renamed || renamed.error().kind == ErrorKind::notFound)
         return {};
-    return located({{}, left}, renamed.error().kind, renamed.error().detail);
+    return located({{}, left}, renamed.error());
 }
 
 SettingsCode CRegistryAccess::eraseAll()
@@ -181,7 +200,7 @@ SettingsCode CRegistryAccess::eraseAll()
 
 std::u16string CRegistryAccess::failureText(SettingsCode code) const
 {
-    return notWritten(location_, reasonOf(code));
+    return toUtf16(notWritten(location_, filledText(reasonOf(code))));
 }
 
 }  // namespace kelvane

@@ -18,6 +18,8 @@
 
 namespace kelvane {
 
+class Platform;
+
 using IniStoreMaker = std::function<std::unique_ptr<SettingsStore>(const std::filesystem::path& path)>;
 
 // What settings need of the world; all of it outlives them.
@@ -32,9 +34,12 @@ struct SettingsPorts {
     IniStoreMaker makeIni;
 };
 
+[[nodiscard]] SettingsPorts settingsPorts(Platform& platform);
+
 // Owned by the application object. One thread at a time.
 class CRegistryAccess {
 public:
+    explicit CRegistryAccess(Platform& platform);
     explicit CRegistryAccess(SettingsPorts ports);
     ~CRegistryAccess();
     CRegistryAccess(const CRegistryAccess&) = delete;
@@ -79,12 +84,14 @@ public:
 
 private:
     [[nodiscard]] Status moveTo(const SettingsLocation& target, PersistenceMode mode);
+    [[nodiscard]] SettingsCode copyTo(const SettingsRoot& to, const Settings& settings);
     [[nodiscard]] Status leaveIniFile(const std::filesystem::path& left);
 
     SettingsPorts ports_;
     SettingsLocation location_ = registryLocation();
     std::unique_ptr<SettingsStore> ini_;
     TranslationState translation_ = TranslationState::none;
+    std::uint32_t interfaceBits_ = 0;  // what the first run was answered; 0 on every later one
     Settings settings_;
 };
 

@@ -4,6 +4,7 @@
 #include "app/list_section.h"
 #include "app/settings_lists.h"
 #include "base/utf.h"
+#include "engine/node_blob.h"
 
 namespace kelvane {
 namespace {
@@ -42,7 +43,10 @@ SettingsCode writeScans(const SettingsRoot& root, std::u16string_view section, c
     ListWriter writer(root, section);
     for (std::size_t number = 0; number < std::min(scans.size(), most); ++number) {
         const KeptScan& scan = scans[number];
-        writer.writeBlock(entryName(scanPart, number), blockOfScan(scan.definition));
+        const std::vector<std::byte> block = blockOfScan(scan.definition);
+        if (block.empty())  // too long for any place
+            continue;
+        writer.writeBlock(entryName(scanPart, number), block);
         if (scan.when != FileTime{})
             writer.writeBlock(entryName(whenPart, number), blockOfTime(scan.when));
         if (scan.stale)
@@ -110,15 +114,15 @@ std::vector<std::byte> blockOfTime(FileTime time)
     return block;
 }
 
-// Definitions are not serialised yet: none is read, and none is kept.
-std::optional<CScanNode> scanOfBlock(const std::vector<std::byte>& /*block*/)
+std::optional<CScanNode> scanOfBlock(const std::vector<std::byte>& block)
 {
-    return std::nullopt;
+    auto scan = scanNodeFromBlob(block, {});
+    return scan ? std::optional(std::move(*scan)) : std::nullopt;
 }
 
-std::vector<std::byte> blockOfScan(const CScanNode& /*scan*/)
+std::vector<std::byte> blockOfScan(const CScanNode& scan)
 {
-    return {};
+    return toBlob(scan);
 }
 
 }  // namespace kelvane

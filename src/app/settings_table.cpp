@@ -4,6 +4,7 @@
 
 #include "app/settings_lists.h"
 #include "app/text_lists.h"
+#include "base/utf.h"
 
 namespace kelvane {
 namespace {
@@ -67,6 +68,11 @@ std::vector<std::byte> writeUpdateCheck(const Settings& settings)
     return blockOfTime(settings.lastUpdateCheck);
 }
 
+std::u16string showUpdateCheck(const Settings& settings)
+{
+    return toUtf16(toIso8601(settings.lastUpdateCheck));
+}
+
 void readLastScan(const std::vector<std::byte>& block, const SettingsContext& /*context*/, Settings& settings)
 {
     settings.lastScan = scanOfBlock(block);
@@ -75,6 +81,11 @@ void readLastScan(const std::vector<std::byte>& block, const SettingsContext& /*
 std::vector<std::byte> writeLastScan(const Settings& settings)
 {
     return settings.lastScan ? blockOfScan(*settings.lastScan) : std::vector<std::byte>{};
+}
+
+std::u16string showLastScan(const Settings& settings)
+{
+    return settings.lastScan ? toUtf16(settings.lastScan->roots) : std::u16string{};
 }
 
 // clang-format off
@@ -100,7 +111,7 @@ constexpr SettingRow table[] = {
     {u"binVer", TextId::settingSavedVersion, OptionsPage::bookkeeping, SavedWhen::persistent,
      NumberRule{.field = &Settings::savedVersion, .outgoing = runningVersion}},
     {u"binUpdate", TextId::settingUpdateCheck, OptionsPage::bookkeeping, SavedWhen::persistent,
-     BlockRule{readUpdateCheck, writeUpdateCheck}},
+     BlockRule{readUpdateCheck, writeUpdateCheck, showUpdateCheck}},
     {u"bSantasLittleHelper", TextId::settingTextHelper, OptionsPage::textExtraction, SavedWhen::persistent,
      NumberRule{.field = &Settings::backgroundExtraction, .fallback = 1}},
     {u"msBGTextTimeout", TextId::settingTextTimeout, OptionsPage::textExtraction, SavedWhen::persistent,
@@ -130,7 +141,7 @@ constexpr SettingRow table[] = {
     {u"binLastScan", TextId::settingLastScanFlags, OptionsPage::bookkeeping, SavedWhen::persistent,
      NumberRule{.field = &Settings::lastScanFlags, .fallback = scan_flag::standard}},
     {u"binLastScanNode", TextId::settingLastScan, OptionsPage::bookkeeping, SavedWhen::persistent,
-     BlockRule{readLastScan, writeLastScan}},
+     BlockRule{readLastScan, writeLastScan, showLastScan}},
     {u"szFileCountRule", TextId::settingFolderMask, OptionsPage::scanning, SavedWhen::persistent,
      TextRule{&Settings::folderMask, u"*", TextForm::neverEmpty}},
     {u"nCharsAutoFilter", TextId::settingFilterCharacters, OptionsPage::view, SavedWhen::persistent,

@@ -65,6 +65,7 @@ struct TextRule {
 struct BlockRule {
     void (*read)(const std::vector<std::byte>& block, const SettingsContext& context, Settings& settings);
     std::vector<std::byte> (*write)(const Settings& settings);  // empty: there is nothing to keep
+    std::u16string (*show)(const Settings& settings);           // for people; empty: there is nothing
 };
 
 // A section of its own.

@@ -6,6 +6,7 @@
 #include "cli/problems.h"
 #include "cli/property_access.h"
 #include "cli/requested_criteria.h"
+#include "cli/settings_in_force.h"
 #include "cli/verbs.h"
 #include "engine/same_file.h"
 #include "platform/native_text.h"
@@ -108,7 +109,10 @@ ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Conso
         return *over;
     if (files.size() != 2)
         return refuse(console, "compare needs two files; 'kelvane-cli compare --help' says more");
-    const auto request = makeRequest(raw, {}, platform.paths());
+    const auto settings = engineSettings(raw.settings, platform, console);
+    if (!settings)
+        return refuse(console, settings.error().detail);
+    const auto request = makeRequest(raw, {}, platform.paths(), *settings);
     if (!request)
         return refuse(console, request.error().detail);
     if (request->format == OutputFormat::null)

@@ -16,11 +16,12 @@ constexpr std::array table = {
     Verb{"scan", "find duplicates in folders and print the groups", scanVerb},
     Verb{"compare", "say stage by stage why two files match or not", compareVerb},
     Verb{"describe", "print what is known of a file", describeVerb},
+    Verb{"settings", "list, read, write, export or import the settings", settingsVerb},
 };
 
 void printHelp(std::ostream& stream)
 {
-    stream << "Kelvane finds duplicate files. It reads; it never changes a file.\n\n"
+    stream << "Kelvane finds duplicate files. It reads files; it never changes one.\n\n"
               "Usage: kelvane-cli VERB [OPTIONS] ...\n\nVerbs:\n";
     for (const Verb& verb : verbs())
         stream << "  " << verb.name << std::string(12 - verb.name.size(), ' ') << verb.summary << '\n';
@@ -31,6 +32,7 @@ void printHelp(std::ostream& stream)
               "  kelvane-cli scan ~/Pictures\n"
               "  kelvane-cli compare a.txt b.txt\n"
               "  kelvane-cli describe a.txt\n"
+              "  kelvane-cli settings list\n"
            << exitCodeHelp;
 }
 

@@ -9,6 +9,7 @@
 #include "cli/printable.h"
 #include "cli/problems.h"
 #include "cli/property_access.h"
+#include "cli/settings_in_force.h"
 #include "cli/value_json.h"
 #include "cli/verbs.h"
 #include "platform/native_text.h"
@@ -26,7 +27,7 @@ constexpr std::uint64_t leastRounded = 10 * 1024;  // below, a size is shown in 
 
 struct RawDescribe {
     std::vector<std::string> files;
-    std::string descriptor, format;
+    std::string descriptor, format, settings;
     bool json = false, list = false;
 };
 
@@ -124,6 +125,7 @@ void addDescribeOptions(CLI::App& app, RawDescribe& raw)
         ->type_name("WORD");
     app.add_option("--format", raw.format, "text (the default) or json")->type_name("WORD")->take_last();
     app.add_flag("--json", raw.json, "The same as --format json");
+    app.add_option("--settings", raw.settings, "Go by the settings of this INI file")->type_name("FILE")->take_last();
     app.add_flag("--list", raw.list, "Print the names that --match of a scan accepts");
 }
 
@@ -144,7 +146,10 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
         return refuse(console, format.error().detail);
     if (*format != OutputFormat::text && *format != OutputFormat::json)
         return refuse(console, "describe prints text or json");
-    const PropertyAccess properties(platform, {});
+    const auto settings = engineSettings(raw.settings, platform, console);
+    if (!settings)
+        return refuse(console, settings.error().detail);
+    const PropertyAccess properties(platform, *settings);
     if (raw.list) {
         writeNames(*format, properties.catalogue, console.out);
         return ExitCode::done;

@@ -43,7 +43,8 @@ void addFileOptions(Declarer& add, RawOptions& raw)
     add.word("--min-size", raw.minSize, "SIZE",
              "Only files of at least SIZE bytes (64K, 10M, 1G);\n"
              "the default is 1, and 0 takes empty files in");
-    add.flag("--ignore-small", raw.ignoreSmall, "Leave out tiny files (up to 50000 bytes)");
+    add.flag("--ignore-small", raw.ignoreSmall,
+             "Leave out tiny files (up to 50000 bytes unless the\nsettings say otherwise)");
     add.flag("--no-subfolders", raw.noSubfolders, "Only files that lie in the given folders directly");
     add.flag("--no-protect", raw.noProtect, "Also look at system folders and hidden files");
     add.flag("--follow-links", raw.followLinks, "Follow symbolic links");
@@ -80,7 +81,7 @@ void addRunOptions(Declarer& add, RawOptions& raw)
     add.word("--threads", raw.threads, "N", "Worker threads; default: by the number of processors");
     add.flag("--low-priority", raw.lowPriority, "Give other programs precedence");
     add.word("--seed", raw.seed, "N", "Seed of the random generator, to repeat a run");
-    add.word("--settings", raw.settings, "FILE", "Settings of an INI file (not built yet: refused)");
+    add.word("--settings", raw.settings, "FILE", "Go by the settings of this INI file, not by those in\nforce");
 }
 
 }  // namespace

@@ -124,8 +124,6 @@ void readEngineFlags(const RawOptions& raw, EngineOptions& options)
 
 Status readRunning(const RawOptions& raw, ScanRequest& request)
 {
-    if (!raw.settings.empty())
-        return invalid("--settings is not built yet");
     if (auto read = readNumber("--threads", raw.threads, 1, mostThreads, request.options.threads); !read)
         return read;
     std::uint64_t seed = 0;
@@ -163,9 +161,11 @@ Result<OutputFormat> chooseFormat(std::string_view format, bool json)
     return chosen;
 }
 
-Result<ScanRequest> makeRequest(const RawOptions& raw, const std::vector<std::string>& roots, const PathRules& paths)
+Result<ScanRequest> makeRequest(const RawOptions& raw, const std::vector<std::string>& roots, const PathRules& paths,
+                                const EngineOptions& settings)
 {
     ScanRequest request;
+    request.options = settings;
     request.definition.roots = paths.joinRoots(roots);
     for (const auto& read : {readFiles(raw, request.definition), readMinSize(raw, request.definition),
                              readMatch(raw, request.definition), readRunning(raw, request), readOutput(raw, request)}) {

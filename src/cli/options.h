@@ -42,9 +42,10 @@ struct ScanRequest {
 // Declares the options with their help; `raw` must outlive the parsing.
 void addOptions(CLI::App& app, RawOptions& raw);
 
-// `invalid` with a message for the person. Property names are left to the criteria, which know the catalogue.
+// `settings` are the options that hold where nothing was typed. `invalid` with a message for the person. Property names
+// are left to the criteria, which know the catalogue.
 [[nodiscard]] Result<ScanRequest> makeRequest(const RawOptions& raw, const std::vector<std::string>& roots,
-                                              const PathRules& paths);
+                                              const PathRules& paths, const EngineOptions& settings = {});
 
 // The choices of --format, for verbs that print data without scanning: `json` is the --json shorthand.
 [[nodiscard]] Result<OutputFormat> chooseFormat(std::string_view format, bool json);

@@ -8,6 +8,7 @@
 #include "cli/report.h"
 #include "cli/requested_criteria.h"
 #include "cli/scan_watch.h"
+#include "cli/settings_in_force.h"
 #include "cli/verbs.h"
 
 namespace kelvane {
@@ -119,7 +120,10 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     }
     if (std::find(roots.begin(), roots.end(), "") != roots.end())
         return refuse(console, "an empty name is no folder to search");
-    const auto request = makeRequest(raw, roots, platform.paths());
+    const auto settings = engineSettings(raw.settings, platform, console);
+    if (!settings)
+        return refuse(console, settings.error().detail);
+    const auto request = makeRequest(raw, roots, platform.paths(), *settings);
     if (!request)
         return refuse(console, request.error().detail);
     return scan(*request, platform, console);

@@ -116,6 +116,7 @@ protected:
 
 TEST_P(SettingsRows, NumbersHaveTheirDefaultsAndBounds)
 {
+    ASSERT_EQ(store_->begin(), done);
     for (const NumberCase& one : numberCases) {
         const std::string key = toUtf8(one.key);
         ASSERT_NE(findSetting(one.key), nullptr) << key;
@@ -134,6 +135,7 @@ TEST_P(SettingsRows, NumbersHaveTheirDefaultsAndBounds)
 
 TEST_P(SettingsRows, TextsHaveTheirDefaultsAndForms)
 {
+    ASSERT_EQ(store_->begin(), done);
     for (const TextCase& one : textCases) {
         const std::string key = toUtf8(one.key);
         EXPECT_EQ(text(one.key), one.standard) << key << " is missing";
@@ -150,6 +152,7 @@ TEST_P(SettingsRows, TextsHaveTheirDefaultsAndForms)
 // What a case takes is what a save keeps: nothing is scaled twice or forgotten.
 TEST_P(SettingsRows, WhatWasLoadedComesBackAfterASave)
 {
+    ASSERT_EQ(store_->begin(), done);
     std::set<std::u16string_view> tested{u"binUpdate", u"binLastScanNode"};
     for (const NumberCase& one : numberCases) {
         tested.insert(one.key);
@@ -158,7 +161,7 @@ TEST_P(SettingsRows, WhatWasLoadedComesBackAfterASave)
             if (row.saved == SavedWhen::never || one.key == u"binVer" || (one.key == u"bPersistSettings" && taken == 0))
                 continue;
             ASSERT_EQ(general().writeNumber(stored, one.key), done);
-            ASSERT_EQ(saveSettings(root_, load(), context_), done);
+            ASSERT_EQ(writeSettings(root_, load(), context_), done);
             std::uint32_t kept = 0;
             ASSERT_EQ(general().readNumber(one.key, kept), done) << toUtf8(one.key);
             EXPECT_EQ(kept, one.key == u"bUseTrans" ? 1 : taken) << toUtf8(one.key) << " = " << stored;
@@ -169,9 +172,17 @@ TEST_P(SettingsRows, WhatWasLoadedComesBackAfterASave)
     for (const TextCase& one : textCases) {
         tested.insert(one.key);
         ASSERT_EQ(general().writeString(one.stored, one.key), done);
-        ASSERT_EQ(saveSettings(root_, load(), context_), done);
+        ASSERT_EQ(writeSettings(root_, load(), context_), done);
         EXPECT_EQ(text(one.key), one.taken) << toUtf8(one.key);
     }
+    const Settings last = load();
+    ASSERT_EQ(store_->commit(), done);
+    if (GetParam().reopens) {
+        store_ = world_->open();
+        root_.store = store_.get();
+    }
+    EXPECT_EQ(load().folderMask, last.folderMask);
+    EXPECT_EQ(load().tinyFile, last.tinyFile);
     for (const SettingRow& row : settingsTable())
         EXPECT_TRUE(std::holds_alternative<ListRule>(row.rule) || tested.contains(row.key)) << toUtf8(row.key);
 }

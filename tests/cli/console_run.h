@@ -7,6 +7,7 @@
 
 #include "cli/console.h"
 #include "platform/file_namespace.h"
+#include "support/fake_places.h"
 #include "support/memory_file_system.h"
 #include "support/memory_settings_store.h"
 
@@ -24,15 +25,16 @@ struct Surroundings {
     bool cancelled = false;                // Ctrl-C was pressed already
 };
 
-// The real platform, but for its files and settings: those are in memory and can be told to fail.
-class MemoryPlatform final : public Platform {
+// The real platform, but for its settings, lest those of whoever runs the tests take part: the registry is in memory,
+// and the places of INI files lie where nothing is unless a test puts it there.
+class QuietPlatform : public Platform {
 public:
-    MemoryFileSystem memory;
     MemorySettingsStore settings;
+    FakePlaces ownPlaces{std::filesystem::temp_directory_path() / "kelvane-no-such-folder"};
 
-    FileSystem& files() override { return memory; }
+    FileSystem& files() override { return real_->files(); }
     FileOutput& output() override { return real_->output(); }
-    ShellNamespace& shell() override { return *shell_; }
+    ShellNamespace& shell() override { return real_->shell(); }
     PathRules& paths() override { return real_->paths(); }
     TextFolding& folding() override { return real_->folding(); }
     Clock& clock() override { return real_->clock(); }
@@ -44,7 +46,7 @@ public:
     InstancePorts& instancePorts() override { return real_->instancePorts(); }
     Processes& processes() override { return real_->processes(); }
     LinkMaker& links() override { return real_->links(); }
-    Places& places() override { return real_->places(); }
+    Places& places() override { return ownPlaces; }
     SystemFacts& systemFacts() override { return real_->systemFacts(); }
     CrashCapture& crashCapture() override { return real_->crashCapture(); }
     SettingsStore& registry() override { return settings; }
@@ -52,7 +54,18 @@ public:
 
 private:
     std::unique_ptr<Platform> real_ = makePlatform();
-    std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(memory, nullptr, real_->folding());
+};
+
+// The same with its files in memory, where they can be told to fail.
+class MemoryPlatform final : public QuietPlatform {
+public:
+    MemoryFileSystem memory;
+
+    FileSystem& files() override { return memory; }
+    ShellNamespace& shell() override { return *shell_; }
+
+private:
+    std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(memory, nullptr, folding());
 };
 
 inline ConsoleRun runCli(const Arguments& arguments, const Surroundings& around, Platform& platform)
@@ -68,7 +81,8 @@ inline ConsoleRun runCli(const Arguments& arguments, const Surroundings& around,
 
 inline ConsoleRun runCli(const Arguments& arguments, const Surroundings& around = {})
 {
-    return runCli(arguments, around, *makePlatform());
+    QuietPlatform platform;
+    return runCli(arguments, around, platform);
 }
 
 }  // namespace kelvane::testing

@@ -66,7 +66,7 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"scan", root, "--content", "--no-content"}, "exclude"},
         {{"scan", root, "--similar", "80"}, "similar contents cannot be compared for All file types"},
         {{"compare", file, file, "--similar", "80", "--category", "documents"}, "cannot be compared for Documents"},
-        {{"scan", root, "--settings", "x.ini"}, "--settings is not built yet"},
+        {{"scan", root, "--settings", "x.ini"}, "x.ini: "},
         {{"scan", root + "/none"}, "/none: "},
         {{"scan", ""}, "an empty name"},
         {{"compare", file}, "compare needs two files"},

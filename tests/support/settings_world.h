@@ -1,15 +1,16 @@
 // A computer with settings, made up in a folder of its own.
 #pragma once
 
-#include <map>
 #include <memory>
 
 #include "app/registry_access.h"
 #include "base/utf.h"
+#include "platform/ini_store.h"
 #include "platform/platform.h"
 #include "support/fake_places.h"
 #include "support/fake_questions.h"
 #include "support/fakes.h"
+#include "support/faulty_output.h"
 #include "support/memory_settings_store.h"
 #include "support/temp_tree.h"
 
@@ -24,17 +25,31 @@ struct SettingsComputer {
     SimpleFolding folding;
     FakeClock clock;
     FakeQuestions questions;
+    FaultyOutput output{platform->output()};
 
-    SettingsComputer() { clock.milliseconds = 1'000'000; }
-
-    [[nodiscard]] SettingsContext context(bool inIniFile = false) const
+    SettingsComputer()
     {
-        return {.facts = facts,
+        clock.milliseconds = 1'000'000;
+        tree.folder("program");
+    }
+
+    [[nodiscard]] SettingsPorts ports()
+    {
+        return {.files = platform->files(),
+                .output = output,
+                .registry = registry,
                 .places = places,
+                .facts = facts,
                 .folding = folding,
-                .now = clock.now(),
-                .version = 7,
-                .inIniFile = inIniFile};
+                .clock = clock,
+                .makeIni = [this](const std::filesystem::path& path) {
+                    return makeIniStore(platform->files(), output, folding, path);
+                }};
+    }
+
+    [[nodiscard]] SettingsContext context() const
+    {
+        return {.facts = facts, .places = places, .folding = folding, .now = clock.now(), .version = 7};
     }
 };
 

@@ -1,0 +1,67 @@
+#include "cli/settings_copy.h"
+
+#include "app/settings_loader.h"
+#include "app/settings_saver.h"
+#include "app/settings_transfer.h"
+#include "base/utf.h"
+#include "cli/problems.h"
+#include "cli/settings_in_force.h"
+#include "cli/settings_report.h"
+
+namespace kelvane {
+namespace {
+
+SettingsCode copyAsBatch(const SettingsRoot& from, const SettingsRoot& to, const SettingsContext& context,
+                         TransferReport& report)
+{
+    return writeAsBatch(*to.store, [&] { return transferSettings(from, to, context, report); });
+}
+
+ExitCode tell(const TransferReport& report, const std::string& place, const Console& console)
+{
+    for (const SkippedSetting& skipped : report.skipped)
+        complain(console, "skipped: " + toUtf8(skipped.name) + ' ' + skipped.reason);
+    complain(console,
+             std::to_string(report.values) + (report.values == 1 ? " value" : " values") + " written to " + place);
+    return report.skipped.empty() ? ExitCode::done : ExitCode::incomplete;
+}
+
+ExitCode tellFailure(const CRegistryAccess& target, SettingsCode code, const Console& console)
+{
+    complain(console, toUtf8(target.failureText(code)));
+    return ExitCode::incomplete;
+}
+
+}  // namespace
+
+ExitCode exportSettings(CRegistryAccess& settings, const std::string& file, bool overwrite, Platform& platform,
+                        const Console& console)
+{
+    if (isFirstRun(settings.root()))
+        return refuse(console,
+                      "there is nothing to export: no settings were saved in " + placeText(settings.location()));
+    const std::filesystem::path path = namedFile(file);
+    const bool exists = platform.files().details(path, Links::asThemselves).ok();
+    if (exists && !overwrite)
+        return refuse(console, file + ": exists already; --overwrite replaces what it holds of these settings");
+    CRegistryAccess target(platform);
+    target.useLocation({{}, path});
+    TransferReport report;
+    const SettingsCode code = copyAsBatch(settings.root(), target.root(), settings.context(), report);
+    return code == SettingsCode::done ? tell(report, file, console) : tellFailure(target, code, console);
+}
+
+ExitCode importSettings(CRegistryAccess& settings, const std::string& file, Platform& platform, const Console& console)
+{
+    auto source = settingsInForce(file, NamedSettings::mustExist, platform, console);
+    if (!source)
+        return refuse(console, source.error().detail);
+    if (isFirstRun((*source)->root()))
+        return refuse(console, file + ": holds no settings of this program: there is no section \"general\"");
+    TransferReport report;
+    const SettingsCode code = copyAsBatch((*source)->root(), settings.root(), settings.context(), report);
+    return code == SettingsCode::done ? tell(report, placeText(settings.location()), console)
+                                      : tellFailure(settings, code, console);
+}
+
+}  // namespace kelvane

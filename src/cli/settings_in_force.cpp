@@ -1,0 +1,60 @@
+#include "cli/settings_in_force.h"
+
+#include "app/engine_settings.h"
+#include "cli/problems.h"
+#include "platform/native_text.h"
+
+namespace kelvane {
+namespace {
+
+Status checkExists(const std::filesystem::path& file, const std::string& typed, Platform& platform)
+{
+    const auto details = platform.files().details(file, Links::followed);
+    if (!details)
+        return Error{details.error().kind, 0, typed + ": " + errorText(details.error())};
+    if (details->kind != FileKind::regular)
+        return Error{ErrorKind::wrongType, 0, typed + ": not a regular file"};
+    return {};
+}
+
+}  // namespace
+
+std::filesystem::path namedFile(const std::string& typed)
+{
+    std::error_code error;
+    const std::filesystem::path path = nativeFromBytes(typed);
+    const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute;
+}
+
+Result<std::unique_ptr<CRegistryAccess>> settingsInForce(const std::string& iniFile, NamedSettings named,
+                                                         Platform& platform, const Console& console)
+{
+    auto settings = std::make_unique<CRegistryAccess>(platform);
+    if (iniFile.empty()) {
+        settings->chooseLocation({});
+    } else {
+        const std::filesystem::path file = namedFile(iniFile);
+        const Status there = checkExists(file, iniFile, platform);
+        const bool isNew = !there && there.error().kind == ErrorKind::notFound;
+        if (!there && !(isNew && named == NamedSettings::mayBeNew))
+            return there.error();
+        settings->useLocation({{}, file});
+    }
+    settings->loadForReading();
+    if (const std::string complaint = settings->store().complaint(); !complaint.empty())
+        complain(console, "warning: " + complaint);
+    return settings;
+}
+
+Result<EngineOptions> engineSettings(const std::string& iniFile, Platform& platform, const Console& console)
+{
+    const auto settings = settingsInForce(iniFile, NamedSettings::mustExist, platform, console);
+    if (!settings)
+        return settings.error();
+    EngineOptions options;
+    applyEngineNumbers((*settings)->settings(), options);
+    return options;
+}
+
+}  // namespace kelvane

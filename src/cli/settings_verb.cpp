@@ -1,0 +1,222 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "app/settings_saver.h"
+#include "base/utf.h"
+#include "base/words.h"
+#include "cli/arguments.h"
+#include "cli/choices.h"
+#include "cli/settings_copy.h"
+#include "cli/settings_in_force.h"
+#include "cli/settings_report.h"
+#include "cli/verbs.h"
+
+namespace kelvane {
+namespace {
+
+constexpr const char* footer =
+    "Without --settings these are the settings that the desktop program goes by: those of its INI\n"
+    "file if it has one, else those in the registry. A running desktop program writes its own\n"
+    "settings at its end, over what is set meanwhile.\n"
+    "\nExamples:\n"
+    "  kelvane-cli settings list\n"
+    "  kelvane-cli settings get nHugeFileMB\n"
+    "  kelvane-cli settings set nHugeFileMB 20\n"
+    "  kelvane-cli settings export my.ini\n"
+    "  kelvane-cli settings import my.ini\n";
+
+enum class Action { list, get, set, exportFile, importFile };
+
+constexpr std::array actions = {
+    Choice<Action>{"list", Action::list},         Choice<Action>{"get", Action::get},
+    Choice<Action>{"set", Action::set},           Choice<Action>{"export", Action::exportFile},
+    Choice<Action>{"import", Action::importFile},
+};
+
+struct RawSettings {
+    std::vector<std::string> words;
+    std::string settings;
+    bool json = false, overwrite = false;
+};
+
+std::string unknownKey(const std::string& typed)
+{
+    std::vector<std::string> keys;
+    for (const SettingRow& row : settingsTable())
+        keys.push_back(toUtf8(row.key));
+    const std::vector<std::string> near = nearestWords(typed, keys);
+    std::string message = "unknown setting \"" + typed + '"';
+    for (const std::string& key : near)
+        message += (key == near.front() ? " (did you mean " : ", ") + key;
+    return message + (near.empty() ? "" : "?)") + "; 'kelvane-cli settings list' prints all of them";
+}
+
+ExitCode list(CRegistryAccess& settings, const RawSettings& raw, const Console& console)
+{
+    if (!raw.json) {
+        writeSettingsText(settings, console.out);
+        return ExitCode::done;
+    }
+    std::vector<const SettingRow*> rows;
+    for (const SettingRow& row : settingsTable())
+        rows.push_back(&row);
+    writeSettingsJson(settings, rows, console.out);
+    return ExitCode::done;
+}
+
+ExitCode get(CRegistryAccess& settings, const RawSettings& raw, const Console& console)
+{
+    std::vector<const SettingRow*> rows;
+    for (const std::string& key : raw.words) {
+        const SettingRow* row = findSetting(toUtf16(key));
+        if (row == nullptr)
+            return refuse(console, unknownKey(key));
+        rows.push_back(row);
+    }
+    if (raw.json) {
+        writeSettingsJson(settings, rows, console.out);
+        return ExitCode::done;
+    }
+    for (const SettingRow* row : rows)
+        writeSettingValue(settings, *row, console.out);
+    return ExitCode::done;
+}
+
+// Decimal with or without a sign, or hexadecimal after "0x".
+std::optional<std::uint32_t> parseStored(std::string_view typed)
+{
+    const bool hexadecimal = typed.starts_with("0x") || typed.starts_with("0X");
+    std::int64_t number = 0;
+    const char* first = typed.data() + (hexadecimal ? 2 : 0);
+    const char* last = typed.data() + typed.size();
+    const auto [end, error] = std::from_chars(first, last, number, hexadecimal ? 16 : 10);
+    if (error != std::errc() || end != last || number < INT32_MIN || number > UINT32_MAX)
+        return std::nullopt;
+    return static_cast<std::uint32_t>(number);
+}
+
+ExitCode write(CRegistryAccess& settings, const Console& console, const std::function<SettingsCode(SettingsNode&)>& put)
+{
+    const SettingsCode code = writeAsBatch(settings.store(), [&] {
+        SettingsNode general(settings.root(), generalSection, SettingsAccess::writing);
+        return general.isOpen() ? put(general) : SettingsCode::noKey;
+    });
+    if (code == SettingsCode::done)
+        return ExitCode::done;
+    complain(console, toUtf8(settings.failureText(code)));
+    return ExitCode::incomplete;
+}
+
+ExitCode setNumber(CRegistryAccess& settings, const SettingRow& row, const std::string& typed, const Console& console)
+{
+    const auto& rule = std::get<NumberRule>(row.rule);
+    const std::string key = toUtf8(row.key);
+    const std::string range = rangeText(rule);
+    const auto stored = parseStored(typed);
+    if (!stored)
+        return refuse(console,
+                      key + " takes a number" + (range.empty() ? "" : ", " + range) + ", not \"" + typed + '"');
+    const std::uint32_t taken = acceptedNumber(rule, *stored, settings.context());
+    if (taken != *stored && rule.clamp == Clamp::elseDefault)
+        return refuse(console, key + " takes " + range + ", not " + typed);
+    const ExitCode code =
+        write(settings, console, [&](SettingsNode& general) { return general.writeNumber(taken, row.key); });
+    if (code == ExitCode::done && taken != *stored)
+        complain(console, key + " is now " + std::to_string(taken) + ": " + typed + " is out of its range, " + range);
+    return code;
+}
+
+ExitCode set(CRegistryAccess& settings, const RawSettings& raw, const Console& console)
+{
+    const SettingRow* row = findSetting(toUtf16(raw.words[0]));
+    if (row == nullptr)
+        return refuse(console, unknownKey(raw.words[0]));
+    if (std::holds_alternative<NumberRule>(row->rule))
+        return setNumber(settings, *row, raw.words[1], console);
+    if (!std::holds_alternative<TextRule>(row->rule))
+        return refuse(console,
+                      raw.words[0] + " is no single number or text: it is set by the program, or by an import");
+    if (!isValidUtf8(raw.words[1]))
+        return refuse(console, "the text for " + raw.words[0] + " is no valid UTF-8");
+    return write(settings, console,
+                 [&](SettingsNode& general) { return general.writeString(toUtf16(raw.words[1]), row->key); });
+}
+
+std::string wrongCount(Action action)
+{
+    switch (action) {
+    case Action::list:
+        return "settings list takes nothing more";
+    case Action::get:
+        return "settings get needs a key";
+    case Action::set:
+        return "settings set needs a key and a value";
+    default:
+        return "settings export and import need one file";
+    }
+}
+
+bool countFits(Action action, std::size_t count)
+{
+    switch (action) {
+    case Action::list:
+        return count == 0;
+    case Action::get:
+        return count > 0;
+    case Action::set:
+        return count == 2;
+    default:
+        return count == 1;
+    }
+}
+
+ExitCode act(Action action, const RawSettings& raw, Platform& platform, const Console& console)
+{
+    const bool reads = action == Action::list || action == Action::get || action == Action::exportFile;
+    auto settings =
+        settingsInForce(raw.settings, reads ? NamedSettings::mustExist : NamedSettings::mayBeNew, platform, console);
+    if (!settings)
+        return refuse(console, settings.error().detail);
+    switch (action) {
+    case Action::list:
+        return list(**settings, raw, console);
+    case Action::get:
+        return get(**settings, raw, console);
+    case Action::set:
+        return set(**settings, raw, console);
+    case Action::exportFile:
+        return exportSettings(**settings, raw.words[0], raw.overwrite, platform, console);
+    case Action::importFile:
+        break;
+    }
+    return importSettings(**settings, raw.words[0], platform, console);
+}
+
+}  // namespace
+
+ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Console& console)
+{
+    CLI::App app("Lists, reads, writes, exports and imports the settings.", "settings");
+    app.footer(std::string(footer) + exitCodeHelp);
+    RawSettings raw;
+    app.add_option("WORD", raw.words, "What to do, and with what")->type_name("");
+    app.add_option("--settings", raw.settings, "The settings of this INI file")->type_name("FILE")->take_last();
+    app.add_flag("--json", raw.json, "Print list and get as JSON");
+    app.add_flag("--overwrite", raw.overwrite, "Let export write into a file that exists");
+    if (const auto over =
+            parseArguments(app, "list | get KEY... | set KEY VALUE | export FILE | import FILE", arguments, console))
+        return *over;
+    if (raw.words.empty())
+        return refuse(console, "settings needs to be told what to do; 'kelvane-cli settings --help' says more");
+    const auto action = choose<Action>("action", raw.words.front(), actions);
+    if (!action)
+        return refuse(console, action.error().detail);
+    raw.words.erase(raw.words.begin());
+    if (!countFits(*action, raw.words.size()))
+        return refuse(console, wrongCount(*action));
+    return act(*action, raw, platform, console);
+}
+
+}  // namespace kelvane
