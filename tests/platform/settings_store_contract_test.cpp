@@ -1,5 +1,9 @@
 #include "platform/settings_store_contract.h"
 
+#include "platform/ini_store.h"
+#include "platform/platform.h"
+#include "support/temp_tree.h"
+
 namespace kelvane::testing {
 namespace {
 
@@ -219,11 +223,38 @@ public:
     std::unique_ptr<SettingsStore> open() override { return std::make_unique<MemorySettingsStore>(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Memory, SettingsStoreContract, ::testing::Values([] {
-                             SettingsBackEnd memory{.name = "Memory", .make = std::make_unique<MemoryWorld>};
-                             memory.reopens = false;
-                             return memory;
-                         }()));
+class IniWorld final : public SettingsWorld {
+public:
+    std::unique_ptr<SettingsStore> open() override
+    {
+        return makeIniStore(platform_->files(), platform_->output(), platform_->folding(), tree_.path("kelvane.ini"));
+    }
+
+private:
+    TempTree tree_;
+    std::unique_ptr<Platform> platform_ = makePlatform();
+};
+
+// What the profile functions make of the promises: values without types, and lines of text.
+SettingsBackEnd iniBackEnd()
+{
+    SettingsBackEnd ini{.name = "Ini", .make = std::make_unique<IniWorld>};
+    ini.knowsTypes = false;
+    ini.keepsEmptySections = false;
+    ini.keepsAnyText = false;
+    ini.keepsMissingNumber = false;
+    return ini;
+}
+
+SettingsBackEnd memoryBackEnd()
+{
+    SettingsBackEnd memory{.name = "Memory", .make = std::make_unique<MemoryWorld>};
+    memory.reopens = false;
+    return memory;
+}
+
+INSTANTIATE_TEST_SUITE_P(Memory, SettingsStoreContract, ::testing::Values(memoryBackEnd()));
+INSTANTIATE_TEST_SUITE_P(Ini, SettingsStoreContract, ::testing::Values(iniBackEnd()));
 
 }  // namespace
 }  // namespace kelvane::testing

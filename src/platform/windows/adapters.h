@@ -8,6 +8,7 @@
 
 #include "platform/clock.h"
 #include "platform/crash_capture.h"
+#include "platform/desktop_activation.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/instance_port.h"
@@ -46,6 +47,7 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<InstancePorts> makeWindowPorts();
 [[nodiscard]] std::unique_ptr<Processes> makeWindowsProcesses();
 [[nodiscard]] std::unique_ptr<CrashCapture> makeWindowsCrashCapture();
+[[nodiscard]] std::unique_ptr<DesktopActivation> makeDdeActivation();
 [[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules(FileSystem& files);
 
 }  // namespace kelvane

@@ -81,6 +81,30 @@ void dumpAndLive(CrashCapture& capture, const std::string& dump)
     std::exit(0);
 }
 
+std::string contentsOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// The one that shares our command line.
+void killOwnWatcher()
+{
+    const std::string own = contentsOf("/proc/self/cmdline");
+    for (const auto& entry : std::filesystem::directory_iterator("/proc"))
+        if (contentsOf(entry.path() / "comm") == "kelvane-watcher\n" && contentsOf(entry.path() / "cmdline") == own)
+            ::kill(std::stoi(entry.path().filename()), SIGKILL);
+    std::this_thread::sleep_for(milliseconds(100));  // it takes a moment
+}
+
+void crashAfterLosingTheWatcher(CrashCapture& capture, const std::string& dump)
+{
+    killOwnWatcher();
+    if (!capture.writeNow(dump + ".now").ok())
+        std::exit(1);
+    crashOnPurpose();
+}
+
 // What "/X DUMP" starts: the program after its crash.
 int startedAgain(const std::string& dump)
 {
@@ -118,6 +142,7 @@ void crashWithCapture(const std::string& dump, const std::string& way)
         {"trap", [] { std::raise(SIGTRAP); }},
         {"overflow", overflow},
         {"overflow on thread", [&] { overflowOnThread(*capture); }},
+        {"watcher replaced", [&] { crashAfterLosingTheWatcher(*capture, dump); }},
         {"now", [&] { dumpAndLive(*capture, dump); }},
     };
     ways.at(way)();
