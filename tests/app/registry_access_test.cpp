@@ -320,6 +320,40 @@ TEST_F(RegistryAccess, AMoveThatFailsLeavesTheSettingsWhereTheyWere)
     EXPECT_EQ(access.location(), personal_);
 }
 
+// The process ends at each operation of a save in turn: the settings that the next one finds are all old or all new.
+TEST_F(RegistryAccess, ASaverThatIsKilledLeavesTheOldOrTheNewSettings)
+{
+    const auto path = computer_.tree.path("mine.ini");
+    const auto put = [](std::uint32_t value) {
+        return [value](CRegistryAccess& access) {
+            access.settings().tinyFile = {value};
+            access.settings().tipOfTheDay = value;
+            access.settings().folderSets = {value / 5'000, {u"set", u"/a"}};
+            access.settings().viewBackground = value;
+        };
+    };
+    run(put(5'000), path);
+    bool saved = false;
+    for (int step = 1; !saved; ++step) {
+        CRegistryAccess access(computer_.ports());
+        access.chooseLocation(path);
+        access.load(computer_.questions);
+        put(10'000)(access);
+        computer_.output.fail(FaultyOutput::Fault::killed, step);
+        saved = access.save() == done;
+        EXPECT_EQ(saved, !computer_.output.failed());
+        computer_.output.fail(FaultyOutput::Fault::none, 0);
+        const Settings settings = look({{}, path});
+        const std::uint32_t found = settings.tipOfTheDay;
+        EXPECT_TRUE(found == 10'000 || (found == 5'000 && !saved)) << step << ": " << found;
+        EXPECT_EQ(settings.tinyFile, FileSize{found});
+        EXPECT_THAT(settings.folderSets, SizeIs(found / 5'000));
+        EXPECT_EQ(settings.viewBackground, found);
+        run(put(5'000), path);
+        ASSERT_LT(step, 100);
+    }
+}
+
 TEST_F(RegistryAccess, TheModeWithCountersOnlyStaysInItsPlace)
 {
     run([](CRegistryAccess& access) {
