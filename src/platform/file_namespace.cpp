@@ -17,13 +17,21 @@ bool isSeparator(NativeChar c)
     return c == fs::path::preferred_separator || c == NativeChar('/');
 }
 
+// Where the first component lies. A path of Windows may have a root and no drive, or a drive and no root ("c:file").
+fs::path startOf(const fs::path& given)
+{
+    if (given.has_root_directory())
+        return given.root_path();
+    return given.has_root_name() ? fs::absolute(given.root_name()) : fs::current_path();
+}
+
 // Absolute, without "." and doubled separators. ".." is taken back only within the current folder, which has no links
 // on its way; elsewhere it may lead through a link and stays.
 fs::path absolutePath(NativeView parsingName)
 {
     const fs::path given{NativeString(parsingName)};
-    fs::path full = given.is_absolute() ? given.root_path() : fs::current_path();
-    bool canGoUp = !given.is_absolute();
+    fs::path full = startOf(given);
+    bool canGoUp = !given.has_root_directory();
     for (const fs::path& part : given.relative_path()) {
         if (part.empty() || part == fs::path("."))
             continue;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -18,8 +19,8 @@ protected:
         info.size.bytes = bytes;
         info.attributes = attributes;
         if (!parent)
-            parent = ShellItem::make(nullptr, "/d", {}, ShellItem::Place::fileSystem);
-        return ShellItem::make(parent, name, info, place);
+            parent = ShellItem::make(nullptr, testing::native("/d"), {}, ShellItem::Place::fileSystem);
+        return ShellItem::make(parent, testing::native(name), info, place);
     }
     bool admits(const ScanCriteria& criteria, const Ref<ShellItem>& item)
     {
@@ -41,7 +42,8 @@ TEST_F(AdmissionOfFiles, OnlyFilesWithTheRightName)
     EXPECT_FALSE(admits(criteria, file("a.jpg", 1, 0, FileKind::link)));
     EXPECT_FALSE(admits(criteria, file("a.jpg", 1, 0, FileKind::other)));
     EXPECT_FALSE(admits(criteria, file("a.jpg", 1, 0, FileKind::folder)));
-    const auto root = ShellItem::make(nullptr, "/d.d/a.jpg", file("x", 1)->info(), ShellItem::Place::fileSystem);
+    const auto root =
+        ShellItem::make(nullptr, testing::native("/d.d/a.jpg"), file("x", 1)->info(), ShellItem::Place::fileSystem);
     EXPECT_TRUE(admits(criteria, root));
 }
 

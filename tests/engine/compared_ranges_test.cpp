@@ -21,7 +21,7 @@ void expectWellFormed(const ComparedRanges& compared, std::uint64_t size)
 
 TEST(ComparedRanges, filesUpToElevenTenthsOfTheLimitAreComparedWhole)
 {
-    for (const std::uint64_t size : {std::uint64_t{1}, 10 * mib, 11'000'000ul, 11 * mib}) {
+    for (const std::uint64_t size : {std::uint64_t{1}, 10 * mib, std::uint64_t{11'000'000}, 11 * mib}) {
         const ComparedRanges compared = comparedRanges({size}, tenMib);
         EXPECT_FALSE(compared.sampled) << size;
         EXPECT_EQ(compared.totalBytes(), size);

@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -17,14 +18,15 @@ protected:
     {
         const std::string path = "/" + std::to_string(items.size());
         world.files.addFile(path, contents);
-        items.push_back(*world.shell->parse(path));
+        items.push_back(*world.shell->parse(testing::native(path)));
     }
 
     std::vector<std::uint32_t> classify(const ContentBudget& budget = {})
     {
         skipped.clear();
-        ContentClassifier classifier(*world.shell, world.options, cancel, budget,
-                                     [&](const ShellItem& item, const Error&) { skipped.insert(item.fullName()); });
+        ContentClassifier classifier(
+            *world.shell, world.options, cancel, budget,
+            [&](const ShellItem& item, const Error&) { skipped.insert(testing::posix(item.fullName())); });
         std::vector<const ShellItem*> pointers;
         for (const auto& item : items)
             pointers.push_back(item.get());

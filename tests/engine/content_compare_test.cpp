@@ -4,6 +4,7 @@
 
 #include <atomic>
 
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -18,7 +19,7 @@ protected:
     Ref<ShellItem> add(const std::string& path, std::string contents)
     {
         world.files.addFile(path, std::move(contents));
-        return *world.shell->parse(path);
+        return *world.shell->parse(testing::native(path));
     }
     ContentResult compare(const Ref<ShellItem>& a, const Ref<ShellItem>& b) { return comparer.compare(*a, *b); }
 
@@ -107,11 +108,12 @@ TEST_F(ContentCompare, OfflineFilesAndLargeEntriesOfArchivesAreNotOpened)
     const auto a = add("/a", "text");
     FileInfo info = a->info();
     info.attributes = attribute::offline;
-    const auto offline = ShellItem::make(nullptr, "/a", info, ShellItem::Place::fileSystem);
+    const auto offline = ShellItem::make(nullptr, testing::native("/a"), info, ShellItem::Place::fileSystem);
     EXPECT_EQ(compare(offline, a), ContentResult::openFailed);
     info = {};
     info.size = {world.options.largestVirtualStream.bytes + 1};
-    const auto entry = ShellItem::make(*world.shell->parse("/"), "entry", info, ShellItem::Place::insideArchive);
+    const auto entry = ShellItem::make(*world.shell->parse(testing::native("/")), testing::native("entry"), info,
+                                       ShellItem::Place::insideArchive);
     const auto opened = openForComparing(*world.shell, *entry, world.options);
     ASSERT_FALSE(opened.ok());
     EXPECT_EQ(opened.error().kind, ErrorKind::notSupported);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -19,14 +20,14 @@ protected:
         info.kind = place == Place::archive ? FileKind::regular : FileKind::folder;
         info.attributes = attributes;
         info.identity = {volume, 100};
-        return ShellItem::make(parent, name, info, place);
+        return ShellItem::make(parent, testing::native(name), info, place);
     }
     static Ref<ShellItem> topFolder(const std::string& path)
     {
         FileInfo info;
         info.kind = FileKind::folder;
         info.identity = {7, 1};
-        return ShellItem::make(nullptr, path, info, Place::fileSystem);
+        return ShellItem::make(nullptr, testing::native(path), info, Place::fileSystem);
     }
     bool enters(std::uint32_t flags, const Ref<ShellItem>& item)
     {

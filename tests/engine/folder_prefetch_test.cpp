@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "support/memory_file_system.h"
+#include "support/paths.h"
 
 namespace kelvane {
 namespace {
@@ -22,7 +23,7 @@ public:
             throw std::bad_alloc();
         for (std::size_t i = 0; i < children; ++i) {
             ++given;
-            if (!sink(ShellItem::make(folder, std::to_string(i), {}, ShellItem::Place::fileSystem)))
+            if (!sink(ShellItem::make(folder, testing::native(std::to_string(i)), {}, ShellItem::Place::fileSystem)))
                 return {};
         }
         return Error{ErrorKind::io, 5, "at the end"};
@@ -50,7 +51,7 @@ private:
 
 class Prefetching : public ::testing::Test {
 protected:
-    Ref<ShellItem> folder(const std::string& name) { return shell.parse(name).value(); }
+    Ref<ShellItem> folder(const std::string& name) { return shell.parse(testing::native(name)).value(); }
     // Until the number stands still, or for ten seconds.
     std::size_t settledCount()
     {
@@ -78,10 +79,10 @@ TEST_F(Prefetching, WorkersPauseWhenEnoughIsWaiting)
     EXPECT_LE(ahead, FolderPrefetch::mostWaiting + workers * 512);
     // The folders begun last wait half listed; the owner gets all of everything nevertheless, the top first.
     for (int i = 39; !prefetch.empty(); --i) {
-        EXPECT_EQ(prefetch.top()->fullName(), std::to_string(i));
+        EXPECT_EQ(testing::posix(prefetch.top()->fullName()), std::to_string(i));
         std::size_t next = 0;
-        const auto listed =
-            prefetch.listTop([&](const Ref<ShellItem>& item) { ASSERT_EQ(item->name(), std::to_string(next++)); });
+        const auto listed = prefetch.listTop(
+            [&](const Ref<ShellItem>& item) { ASSERT_EQ(testing::posix(item->name()), std::to_string(next++)); });
         EXPECT_EQ(next, shell.children);
         EXPECT_EQ(listed.error().systemCode, 5);
     }

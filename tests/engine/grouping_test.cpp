@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/grouping_world.h"
+#include "support/paths.h"
 
 namespace kelvane {
 namespace {
@@ -89,7 +90,7 @@ TEST_P(Grouping, OnlyTheGroupOfOneFileIsKept)
     CandidateList list;
     world.gather(list);
     RecordingSink sink;
-    const auto wanted = *world.shell->parse("/b2");
+    const auto wanted = *world.shell->parse(testing::native("/b2"));
     EXPECT_EQ(world.group(world.criteria(exactContents, ""), list, sink, {.onlyGroupOf = wanted.get()}), 3);
     EXPECT_THAT(sink.groups(), ElementsAre(ElementsAre("/b1", "/b3", "/b2")));
     EXPECT_EQ(sink.rows[0].group, 1);
@@ -125,7 +126,7 @@ TEST_P(Grouping, ARefusedFileIsLeftOutAlone)
 // One archive with one entry.
 class OneEntry final : public ArchiveFolders {
 public:
-    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(".zip"); }
+    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(testing::native(".zip")); }
     Status list(const std::filesystem::path&, const std::function<bool(const ArchiveEntry&)>& sink) override
     {
         sink({"entry", FileKind::regular, FileSize{contents.size()}, FileTime{1}, 0});

@@ -7,6 +7,7 @@
 
 #include "engine/classified_ahead.h"
 #include "engine/grouping.h"
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane::testing {
@@ -27,7 +28,7 @@ public:
 
     Status add(const Candidate& file, std::uint32_t flags) override
     {
-        const std::string path = file.item().fullName();
+        const std::string path = posix(file.item().fullName());
         if (path == refuses)
             return Error{};
         rows.push_back({path, file.group.value, (flags & add_flag::approximate) != 0});
@@ -61,7 +62,10 @@ struct GroupingWorld : ScanWorld {
     AheadBudget budget;
 
     // Every file below a folder, entries of archives included, in the order of names.
-    void gather(CandidateList& list, const std::string& folder = "/") { addFolder(list, *shell->parse(folder)); }
+    void gather(CandidateList& list, const std::string& folder = "/")
+    {
+        addFolder(list, *shell->parse(native(folder)));
+    }
 
     std::int64_t group(const ScanCriteria& by, CandidateList& list, RecordingSink& sink, GroupingMode mode = {})
     {

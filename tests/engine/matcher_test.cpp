@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/grouping_world.h"
+#include "support/paths.h"
 
 namespace kelvane {
 namespace {
@@ -37,7 +38,7 @@ protected:
     MatchResult compare(const ScanCriteria& criteria, std::optional<bool> keysEqual = std::nullopt)
     {
         report.clear();
-        Candidate a(*world.shell->parse("/a.x")), b(*world.shell->parse(other));
+        Candidate a(*world.shell->parse(testing::native("/a.x"))), b(*world.shell->parse(testing::native(other)));
         ContentComparer contents(*world.shell, criteria.options, world.cancel);
         Matcher matcher(criteria, world.properties, *world.shell, contents, world.similar);
         matcher.reportTo(&report);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/known_files.h"
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -15,7 +16,7 @@ Ref<ShellItem> item(const std::string& path, FileIdentity identity, Place place 
     FileInfo info;
     info.kind = FileKind::regular;
     info.identity = identity;
-    return ShellItem::make(nullptr, path, info, place);
+    return ShellItem::make(nullptr, testing::native(path), info, place);
 }
 
 TEST(SameFile, GoesByIdentityOrPath)

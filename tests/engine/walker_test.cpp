@@ -6,6 +6,7 @@
 #include <random>
 
 #include "platform/archive_folders.h"
+#include "support/paths.h"
 #include "support/scan_world.h"
 
 namespace kelvane {
@@ -22,7 +23,7 @@ using Paths = std::vector<std::string>;
 // Every archive holds the file "in" and the folder "sub" with another archive in it.
 class SameArchives final : public ArchiveFolders {
 public:
-    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(".zip"); }
+    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(testing::native(".zip")); }
     Status list(const std::filesystem::path& archive, const std::function<bool(const ArchiveEntry&)>& sink) override
     {
         if (archive.filename() == "broken.zip")
@@ -56,7 +57,7 @@ protected:
         stats = walker.stats();
         Paths paths;
         for (const auto& candidate : candidates)
-            paths.push_back(candidate.item().fullName());
+            paths.push_back(testing::posix(candidate.item().fullName()));
         return paths;
     }
     // The plain walk, held against one with workers.

@@ -5,6 +5,7 @@
 
 #include "support/fakes.h"
 #include "support/memory_file_system.h"
+#include "support/paths.h"
 
 namespace kelvane {
 namespace {
@@ -17,13 +18,13 @@ using ::testing::UnorderedElementsAre;
 // Archives as lists of entry paths, a folder's ending in "/"; every entry holds its own path.
 class FakeArchives final : public ArchiveFolders {
 public:
-    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(".zip"); }
+    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(testing::native(".zip")); }
 
     Status list(const std::filesystem::path& archive, const std::function<bool(const ArchiveEntry&)>& sink) override
     {
         ++lists;
         std::uint64_t ordinal = 0;
-        for (std::string path : entries[archive.string()]) {
+        for (std::string path : entries[testing::posix(archive)]) {
             ArchiveEntry entry;
             entry.size = {path.size()};
             entry.ordinal = ordinal++;
@@ -40,7 +41,7 @@ public:
 
     Result<std::unique_ptr<ContentReader>> open(const std::filesystem::path& archive, std::uint64_t ordinal) override
     {
-        opened = archive.string() + "#" + std::to_string(ordinal);
+        opened = testing::posix(archive) + "#" + std::to_string(ordinal);
         return Error{ErrorKind::notSupported, 0, ""};
     }
 
@@ -54,14 +55,14 @@ class FileNamespaceTest : public ::testing::Test {
 protected:
     Ref<ShellItem> parse(const std::string& name)
     {
-        const auto item = shell_->parse(name);
+        const auto item = shell_->parse(testing::native(name));
         EXPECT_TRUE(item.ok()) << name;
         return item ? *item : Ref<ShellItem>();
     }
 
     std::optional<ErrorKind> parseFault(const std::string& name)
     {
-        const auto item = shell_->parse(name);
+        const auto item = shell_->parse(testing::native(name));
         return item ? std::nullopt : std::optional(item.error().kind);
     }
 
@@ -69,7 +70,7 @@ protected:
     {
         std::map<std::string, Ref<ShellItem>> items;
         status_ = shell_->enumerate(folder, options, [&](Ref<ShellItem> item) {
-            items.emplace(item->name(), item);
+            items.emplace(testing::posix(item->name()), item);
             return true;
         });
         return items;
@@ -94,9 +95,9 @@ TEST_F(FileNamespaceTest, ParsesPathsIntoItems)
     files_.addFile("/data/file", "12345");
     files_.addOther("/data/pipe");
 
-    EXPECT_EQ(parse("/data//./file")->fullName(), "/data/file");
+    EXPECT_EQ(testing::posix(parse("/data//./file")->fullName()), "/data/file");
     EXPECT_EQ(parse("/data/file")->info().size.bytes, 5u);
-    EXPECT_EQ(parse("/data/")->fullName(), "/data");
+    EXPECT_EQ(testing::posix(parse("/data/")->fullName()), "/data");
     EXPECT_TRUE(parse("/")->isFolder());
     EXPECT_EQ(parseFault("/data/none"), ErrorKind::notFound);
     EXPECT_EQ(parseFault("/data/file/"), ErrorKind::wrongType);
@@ -107,8 +108,8 @@ TEST_F(FileNamespaceTest, ParsesPathsIntoItems)
 TEST_F(FileNamespaceTest, RelativePathsBeginInTheCurrentFolder)
 {
     const std::filesystem::path here = std::filesystem::current_path();
-    files_.addFile((here / "sub/file").string(), "");
-    files_.addFile((here.parent_path() / "above").string(), "");
+    files_.addFile(testing::posix(here / "sub/file"), "");
+    files_.addFile(testing::posix(here.parent_path() / "above"), "");
 
     EXPECT_EQ(parse("sub/file")->path(), here / "sub/file");
     EXPECT_EQ(parse(".")->path(), here);
@@ -125,7 +126,7 @@ TEST_F(FileNamespaceTest, ARootThatIsALinkStandsForWhatItLeadsTo)
     const auto folder = parse("/to-folder");
     EXPECT_TRUE(folder->isFolder());
     EXPECT_FALSE(folder->isReparsePoint());
-    EXPECT_EQ(list(folder).at("file")->fullName(), "/to-folder/file");
+    EXPECT_EQ(testing::posix(list(folder).at("file")->fullName()), "/to-folder/file");
     EXPECT_TRUE(shell_->open(*parse("/to-file"), ReadPattern::sequential).ok());
 }
 
@@ -162,7 +163,7 @@ TEST_F(FileNamespaceTest, AnArchiveIsATreeWithTheFoldersThatAreOnlyImplied)
     EXPECT_THAT(list(list(top).at("named")), ElementsAre());
     const auto inB = list(list(a).at("b"));
     ASSERT_THAT(inB, ElementsAre(Key("one")));
-    EXPECT_EQ(inB.at("one")->fullName(), "/data/x.zip/a/b/one");
+    EXPECT_EQ(testing::posix(inB.at("one")->fullName()), "/data/x.zip/a/b/one");
     EXPECT_EQ(shell_->typeCode(*inB.at("one")), type_code::archive);
     EXPECT_EQ(shell_->details(*inB.at("one"))->size.bytes, 7u);
     EXPECT_FALSE(shell_->open(*inB.at("one"), ReadPattern::sequential).ok());
@@ -179,9 +180,9 @@ TEST_F(FileNamespaceTest, PathsLeadIntoArchives)
     EXPECT_TRUE(parse("/data/x.zip/folder")->isFolder());
     const auto file = parse("/data/x.zip/folder/file.txt");
     EXPECT_EQ(file->place(), Place::insideArchive);
-    EXPECT_EQ(file->fullName(), "/data/x.zip/folder/file.txt");
+    EXPECT_EQ(testing::posix(file->fullName()), "/data/x.zip/folder/file.txt");
     EXPECT_EQ(parseFault("/data/x.zip/folder/none"), ErrorKind::notFound);
-    EXPECT_EQ(makeFileNamespace(files_, nullptr, folding_)->parse("/data/x.zip/folder").error().kind,
+    EXPECT_EQ(makeFileNamespace(files_, nullptr, folding_)->parse(testing::native("/data/x.zip/folder")).error().kind,
               ErrorKind::notFound);
 }
 

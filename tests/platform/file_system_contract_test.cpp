@@ -22,7 +22,7 @@ protected:
     {
         Listing listing;
         const Status status = files().enumerate(world_->path(folder), links, [&](const DirectoryEntry& entry) {
-            listing.emplace(entry.name, entry.info);
+            listing.emplace(testing::posix(entry.name), entry.info);
             return true;
         });
         EXPECT_TRUE(status.ok());
@@ -51,6 +51,9 @@ protected:
         return reader ? std::nullopt : std::optional(reader.error().kind);
     }
 
+    // For tests that are about links, or that need something else than files.
+    static std::string noLinks() { return "no symbolic links can be made here"; }
+
     std::unique_ptr<FileWorld> world_ = GetParam().make();
 };
 
@@ -60,29 +63,36 @@ TEST_P(FileSystemContract, ListsEveryEntryWithItsKindAndSize)
     world_->write("f/.hidden", "");
     world_->write("f/folder/inner", "x");
     world_->write("f/folder-2/inner", "x");
-    world_->link("f/link", "file");
-    world_->other("f/pipe");
+    world_->hide("f/.hidden");
+    std::map<std::string, FileKind> expected{{"file", FileKind::regular},
+                                             {".hidden", FileKind::regular},
+                                             {"folder", FileKind::folder},
+                                             {"folder-2", FileKind::folder}};
+    if (world_->link("f/link", "file"))
+        expected["link"] = FileKind::link;
+    if (world_->other("f/pipe"))
+        expected["pipe"] = FileKind::other;
 
     const Listing listing = list("f");
 
-    ASSERT_THAT(listing, UnorderedElementsAre(Key("file"), Key(".hidden"), Key("folder"), Key("folder-2"), Key("link"),
-                                              Key("pipe")));
-    EXPECT_EQ(listing.at("file").kind, FileKind::regular);
+    ASSERT_EQ(listing.size(), expected.size());
+    for (const auto& [name, kind] : expected) {
+        EXPECT_EQ(listing.at(name).kind, kind) << name;
+        EXPECT_EQ((listing.at(name).attributes & attribute::directory) != 0, kind == FileKind::folder) << name;
+        EXPECT_EQ((listing.at(name).attributes & attribute::reparsePoint) != 0, kind == FileKind::link) << name;
+        EXPECT_EQ((listing.at(name).attributes & attribute::hidden) != 0, name == ".hidden") << name;
+    }
     EXPECT_EQ(listing.at("file").size.bytes, 5u);
-    EXPECT_EQ(listing.at("file").attributes & attribute::hidden, 0u);
+    EXPECT_EQ(listing.at("folder").size.bytes, 0u);
     EXPECT_GT(listing.at("file").modified.ticks, 0);
-    EXPECT_NE(listing.at(".hidden").attributes & attribute::hidden, 0u);
-    EXPECT_EQ(listing.at("folder").kind, FileKind::folder);
-    EXPECT_NE(listing.at("folder").attributes & attribute::directory, 0u);
-    EXPECT_EQ(listing.at("link").kind, FileKind::link);
-    EXPECT_NE(listing.at("link").attributes & attribute::reparsePoint, 0u);
-    EXPECT_EQ(listing.at("pipe").kind, FileKind::other);
 }
 
 TEST_P(FileSystemContract, ListingAndAskingForOneFileAgree)
 {
     world_->write("f/file", "12345");
-    world_->link("f/link", "file");
+    world_->folder("f/folder");
+    if (!world_->link("f/link", "file"))
+        std::cout << noLinks() << '\n';
 
     for (const Links links : {Links::asThemselves, Links::followed}) {
         for (const auto& [name, listed] : list("f", links)) {
@@ -100,9 +110,9 @@ TEST_P(FileSystemContract, ListingAndAskingForOneFileAgree)
 TEST_P(FileSystemContract, FollowedLinksDescribeWhatTheyLeadTo)
 {
     world_->write("f/target/file", "12345");
-    world_->link("f/to-file", "target/file");
-    world_->link("f/to-folder", "target");
-    world_->link("f/through", "to-folder/../to-file");
+    if (!world_->link("f/to-file", "target/file") || !world_->link("f/to-folder", "target") ||
+        !world_->link("f/through", "to-folder/../to-file"))
+        GTEST_SKIP() << noLinks();
 
     const Listing listing = list("f", Links::followed);
     const auto target = files().details(world_->path("f/target/file"), Links::asThemselves);
@@ -121,9 +131,9 @@ TEST_P(FileSystemContract, FollowedLinksDescribeWhatTheyLeadTo)
 TEST_P(FileSystemContract, LinksThatLeadNowhereAreGivenAsThemselves)
 {
     world_->folder("f");
-    world_->link("f/dangling", "nothing");
-    world_->link("f/loop-a", "loop-b");
-    world_->link("f/loop-b", "loop-a");
+    if (!world_->link("f/dangling", "nothing") || !world_->link("f/loop-a", "loop-b") ||
+        !world_->link("f/loop-b", "loop-a"))
+        GTEST_SKIP() << noLinks();
 
     for (const auto& [name, info] : list("f", Links::followed)) {
         EXPECT_EQ(info.kind, FileKind::link) << name;
@@ -152,8 +162,7 @@ TEST_P(FileSystemContract, HardLinksShareOneIdentity)
 
 TEST_P(FileSystemContract, NamesAreUsedByteForByte)
 {
-    const std::vector<std::string> names{"caf\xE9", "line\nbreak", " spaces ", "\xF0\x9F\x93\xB7",
-                                         "a\\b",    "-",           "...",      std::string(255, 'n')};
+    const std::vector<std::string> names = world_->unusualNames();
     for (const std::string& name : names)
         world_->write("f/" + name, name);
 
@@ -175,7 +184,7 @@ TEST_P(FileSystemContract, AListingSurvivesRemovalsAndEndsWhenItsSinkHasEnough)
     const auto removeThenStop = [&](const DirectoryEntry& entry) {
         for (int i = 0; seen == 0 && i < 47; ++i)
             world_->remove("f/" + std::to_string(i));
-        last = entry.name;
+        last = testing::posix(entry.name);
         return ++seen < 2;
     };
 
@@ -187,16 +196,18 @@ TEST_P(FileSystemContract, AListingSurvivesRemovalsAndEndsWhenItsSinkHasEnough)
 TEST_P(FileSystemContract, OnlyFoldersAreListedAndOnlyRegularFilesOpened)
 {
     world_->write("f/file", "12345");
-    world_->link("f/link", "file");
-    world_->other("f/pipe");
+    const bool hasLink = world_->link("f/link", "file");
+    const bool hasPipe = world_->other("f/pipe");
     const auto nothing = [](const DirectoryEntry&) { return true; };
 
     EXPECT_EQ(files().enumerate(world_->path("f/file"), Links::followed, nothing).error().kind, ErrorKind::wrongType);
     EXPECT_EQ(files().enumerate(world_->path("f/none"), Links::followed, nothing).error().kind, ErrorKind::notFound);
     EXPECT_EQ(openFault("f"), ErrorKind::wrongType);
-    EXPECT_EQ(openFault("f/pipe"), ErrorKind::wrongType);
-    EXPECT_EQ(openFault("f/link"), ErrorKind::wrongType);
-    EXPECT_EQ(openFault("f/link", Links::followed), std::nullopt);
+    EXPECT_EQ(openFault("f/pipe"), hasPipe ? ErrorKind::wrongType : ErrorKind::notFound);
+    EXPECT_EQ(openFault("f/link"), hasLink ? ErrorKind::wrongType : ErrorKind::notFound);
+    if (hasLink) {
+        EXPECT_EQ(openFault("f/link", Links::followed), std::nullopt);
+    }
     EXPECT_EQ(openFault("f/none"), ErrorKind::notFound);
     EXPECT_EQ(openFault("f/file/inner"), ErrorKind::notFound);
 }
@@ -245,7 +256,7 @@ TEST_P(FileSystemContract, StreamsAreListedAndReadWhole)
     world_->write("file", "12345");
     world_->write("plain", "12345");
     if (!world_->stream("file", "comment", "a stream"))
-        GTEST_SKIP() << "the temporary folder's file system keeps no extended attributes";
+        GTEST_SKIP() << "no alternate streams can be made in the temporary folder";
     ASSERT_TRUE(world_->stream("file", "empty", ""));
 
     const auto names = files().streamNames(world_->path("file"));

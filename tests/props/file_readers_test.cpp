@@ -5,6 +5,7 @@
 #include "base/utf.h"
 #include "props/file_kinds.h"
 #include "props/property_world.h"
+#include "support/paths.h"
 
 namespace kelvane {
 namespace {
@@ -84,7 +85,7 @@ TEST(StockReaders, attributesAreLetters)
         FileInfo info;
         info.kind = FileKind::regular;
         info.attributes = attributes;
-        ItemContext file{ShellItem::make(nullptr, "/home/a", info, ShellItem::Place::fileSystem)};
+        ItemContext file{ShellItem::make(nullptr, testing::native("/home/a"), info, ShellItem::Place::fileSystem)};
         return world.text(file, "Stock.FileAttributes");
     };
     EXPECT_EQ(letters(0x1 | 0x2 | 0x4 | 0x20 | 0x10 | 0x800 | 0x4000 | 0x1000 | 0x400 | 0x2000 | 0x200 | 0x100),

@@ -9,6 +9,7 @@
 #include "props/property_source.h"
 #include "support/fakes.h"
 #include "support/memory_file_system.h"
+#include "support/paths.h"
 
 namespace kelvane::testing {
 
@@ -26,7 +27,10 @@ struct PropertyWorld {
                           {{u"Photos", "jpg,jpe*"}, {u"Reports", "report*.pdf"}, {u"Anything", "*"}}};
 
     // The context of a file or folder that exists, as a root of its own.
-    [[nodiscard]] ItemContext context(const std::string& path) { return ItemContext(shell->parse(path).value()); }
+    [[nodiscard]] ItemContext context(const std::string& path)
+    {
+        return ItemContext(shell->parse(native(path)).value());
+    }
     // The context of an empty file that is made now.
     [[nodiscard]] ItemContext newFile(const std::string& path = "/home/a.jpg")
     {

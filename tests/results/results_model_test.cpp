@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "support/paths.h"
+
 namespace kelvane {
 namespace {
 
 Candidate candidate(const char* path, std::int32_t group)
 {
-    Candidate file(ShellItem::make(nullptr, path, {}, ShellItem::Place::fileSystem));
+    Candidate file(ShellItem::make(nullptr, testing::native(path), {}, ShellItem::Place::fileSystem));
     file.group.value = group;
     return file;
 }

@@ -10,6 +10,7 @@
 #include "platform/priority.h"
 #include "platform/property_system.h"
 #include "platform/text_folding.h"
+#include "support/paths.h"
 
 namespace kelvane::testing {
 
@@ -48,7 +49,7 @@ public:
     RawValue read(const PropertyInfo& property, const ShellItem& item) override
     {
         ++reads;
-        const auto found = values_.find({item.path().string(), std::string(property.name)});
+        const auto found = values_.find({posix(item.path()), std::string(property.name)});
         return found != values_.end() ? found->second : RawValue{};
     }
     void set(const std::string& path, const std::string& property, RawValue value)

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "support/paths.h"
+
 namespace kelvane::testing {
 
 // Writes the access down and asks the hook, outside the lock, so that a hook may change the files.
@@ -19,7 +21,7 @@ std::optional<Error> MemoryFileSystem::begin(const std::string& operation, const
 Result<MemoryTree::Found> MemoryFileSystem::reach(const std::string& operation, const std::filesystem::path& path,
                                                   Links links)
 {
-    if (auto error = begin(operation, path.string()))
+    if (auto error = begin(operation, posix(path)))
         return *std::move(error);
     return tree()->resolve(path, links);
 }
@@ -76,7 +78,8 @@ Status MemoryFileSystem::enumerate(const std::filesystem::path& folder, Links li
     if (found->node->kind != FileKind::folder)
         return Error{ErrorKind::wrongType, 0, "not a folder"};
     for (const auto& [name, info] : tree()->children(found->path, links)) {
-        if (!sink({name, info}))
+        const NativeString entry = native(name);
+        if (!sink({entry, info}))
             break;
     }
     return {};
@@ -89,7 +92,7 @@ Result<FileDetails> MemoryFileSystem::details(const std::filesystem::path& path,
         return found.error();
     const std::lock_guard lock(mutex_);
     FileDetails details;
-    static_cast<FileInfo&>(details) = tree_.infoAt(path.string(), links).value();
+    static_cast<FileInfo&>(details) = tree_.infoAt(posix(path), links).value();
     details.created = details.accessed = details.changed = details.modified;
     details.links = found->node->links;
     details.allocated = {(details.size.bytes + 4095) / 4096 * 4096};
@@ -105,7 +108,7 @@ Result<std::unique_ptr<ContentReader>> MemoryFileSystem::openForReading(const st
         return found.error();
     if (found->node->kind != FileKind::regular)
         return Error{ErrorKind::wrongType, 0, "not a regular file"};
-    return std::unique_ptr<ContentReader>(std::make_unique<Reader>(*this, path.string(), *found));
+    return std::unique_ptr<ContentReader>(std::make_unique<Reader>(*this, posix(path), *found));
 }
 
 Result<std::vector<std::string>> MemoryFileSystem::streamNames(const std::filesystem::path& path)

@@ -1,5 +1,9 @@
 #include "support/memory_tree.h"
 
+#include <algorithm>
+
+#include "support/paths.h"
+
 namespace kelvane::testing {
 namespace fs = std::filesystem;
 namespace {
@@ -9,9 +13,14 @@ bool liesIn(const std::string& path, const std::string& folder)
     return folder == "/" || path == folder || path.starts_with(folder + "/");
 }
 
+std::string parentOf(const std::string& path)
+{
+    return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+}
+
 bool isHidden(const std::string& path)
 {
-    return fs::path(path).filename().native().starts_with('.');
+    return path[path.rfind('/') + 1] == '.';
 }
 
 }  // namespace
@@ -30,7 +39,7 @@ void MemoryTree::makeFolders(const std::string& path)
 
 void MemoryTree::add(const std::string& path, FileKind kind, std::string contents)
 {
-    makeFolders(fs::path(path).parent_path().string());
+    makeFolders(parentOf(path));
     nodes_[path] = std::make_shared<MemoryNode>();
     existing(path).kind = kind;
     existing(path).index = nextIndex_++;
@@ -39,7 +48,7 @@ void MemoryTree::add(const std::string& path, FileKind kind, std::string content
 
 void MemoryTree::addHardLink(const std::string& path, const std::string& existing)
 {
-    makeFolders(fs::path(path).parent_path().string());
+    makeFolders(parentOf(path));
     ++nodes_.at(existing)->links;
     nodes_[path] = nodes_.at(existing);
 }
@@ -65,18 +74,18 @@ Result<MemoryTree::Found> MemoryTree::resolve(const fs::path& path, Links last, 
             at = at.parent_path();
         if (part->empty() || *part == "." || *part == "..")
             continue;
-        const auto found = nodes_.find(at / *part);
+        const auto found = nodes_.find(posix(at / *part));
         if (found == nodes_.end() || linksLeft == 0)
             return Error{ErrorKind::notFound, 0, "no such file, or too many links"};
         if (found->second->kind == FileKind::link && (std::next(part) != parts.end() || last == Links::followed)) {
-            fs::path led = at / found->second->contents;
+            fs::path led = at / native(found->second->contents);
             while (++part != parts.end())
                 led /= *part;
             return resolve(led, last, linksLeft - 1);
         }
-        at = found->first;
+        at = native(found->first);
     }
-    return Found{at, nodes_.at(at)};
+    return Found{posix(at), nodes_.at(posix(at))};
 }
 
 VolumeFacts MemoryTree::volumeOf(const std::string& path) const
@@ -109,8 +118,8 @@ FileInfo MemoryTree::infoOf(const Found& found) const
 // Hidden goes by the link's own name, everything else by what it leads to.
 Result<FileInfo> MemoryTree::infoAt(const std::string& path, Links links) const
 {
-    const auto itself = resolve(path, Links::asThemselves);
-    const auto target = resolve(path, links);
+    const auto itself = resolve(native(path), Links::asThemselves);
+    const auto target = resolve(native(path), links);
     if (!itself || !target)
         return itself ? target.error() : itself.error();
     FileInfo info = infoOf(*target);

@@ -5,6 +5,9 @@
 #include <random>
 #include <stdexcept>
 
+#include "support/paths.h"
+#include "support/real_files.h"
+
 namespace kelvane::testing {
 namespace fs = std::filesystem;
 namespace {
@@ -31,6 +34,17 @@ TempTree::~TempTree()
     fs::remove_all(path_, ignored);
 }
 
+fs::path TempTree::path(std::string_view relative) const
+{
+    return (path_ / native(relative)).make_preferred();
+}
+
+bool TempTree::canLink()
+{
+    const TempTree tree;
+    return makeSymbolicLink(tree.path("link"), tree.write("file", ""));
+}
+
 fs::path TempTree::placeFor(std::string_view relative) const
 {
     fs::create_directories(path(relative).parent_path());
@@ -40,7 +54,7 @@ fs::path TempTree::placeFor(std::string_view relative) const
 fs::path TempTree::write(std::string_view relative, std::string_view contents) const
 {
     const fs::path full = placeFor(relative);
-    std::ofstream file(full, std::ios::binary | std::ios::trunc);
+    std::ofstream file(openable(full), std::ios::binary | std::ios::trunc);
     file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
     file.close();
     if (!file)
@@ -65,7 +79,8 @@ fs::path TempTree::hardLink(std::string_view relative, std::string_view existing
 fs::path TempTree::symlink(std::string_view relative, const fs::path& target) const
 {
     fs::path full = placeFor(relative);
-    fs::create_symlink(target, full);
+    if (!makeSymbolicLink(full, target))
+        throw std::runtime_error("cannot make the link " + full.string());
     return full;
 }
 
@@ -76,7 +91,7 @@ void TempTree::remove(std::string_view relative) const
 
 std::string TempTree::read(std::string_view relative) const
 {
-    std::ifstream file(path(relative), std::ios::binary);
+    std::ifstream file(openable(path(relative)), std::ios::binary);
     if (!file)
         throw std::runtime_error("cannot read " + path(relative).string());
     return {std::istreambuf_iterator<char>(file), {}};

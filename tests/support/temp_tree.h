@@ -18,7 +18,10 @@ public:
 
     // Absolute, without links on the way.
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    [[nodiscard]] std::filesystem::path path(std::string_view relative) const { return path_ / relative; }
+    [[nodiscard]] std::filesystem::path path(std::string_view relative) const;
+
+    // Whether this system lets the tests make symbolic links.
+    [[nodiscard]] static bool canLink();
 
     // Each gives the full path of what it made.
     std::filesystem::path write(std::string_view relative, std::string_view contents) const;  // replaces

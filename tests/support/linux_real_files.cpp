@@ -1,0 +1,37 @@
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+#include "support/real_files.h"
+
+namespace kelvane::testing {
+
+bool makeSymbolicLink(const std::filesystem::path& path, const std::filesystem::path& target)
+{
+    std::filesystem::create_symlink(target, path);
+    return true;
+}
+
+bool makeNeitherFileNorFolder(const std::filesystem::path& path)
+{
+    return ::mkfifo(path.c_str(), 0600) == 0;
+}
+
+bool makeStream(const std::filesystem::path& path, const std::string& stream, const std::string& contents)
+{
+    const std::string attribute = "user." + stream;
+    return ::setxattr(path.c_str(), attribute.c_str(), contents.data(), contents.size(), 0) == 0;
+}
+
+void hide(const std::filesystem::path& /*path*/) {}
+
+std::filesystem::path openable(const std::filesystem::path& path)
+{
+    return path;
+}
+
+std::vector<std::string> unusualNames()
+{
+    return {"caf\xE9", "line\nbreak", " spaces ", "\xF0\x9F\x93\xB7", "a\\b", "-", "...", std::string(255, 'n')};
+}
+
+}  // namespace kelvane::testing

@@ -1,0 +1,25 @@
+// What tests make on the real file system beyond the means of the standard library; each system has its own version.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace kelvane::testing {
+
+// Each gives false where that cannot be made here: links need rights on Windows, and Wine has none of them.
+[[nodiscard]] bool makeSymbolicLink(const std::filesystem::path& path, const std::filesystem::path& target);
+[[nodiscard]] bool makeNeitherFileNorFolder(const std::filesystem::path& path);
+[[nodiscard]] bool makeStream(const std::filesystem::path& path, const std::string& stream,
+                              const std::string& contents);
+
+// A name that begins with "." is hidden on Linux, and the attribute is set on Windows.
+void hide(const std::filesystem::path& path);
+
+// The path in a form in which a file is opened whatever its name and length.
+[[nodiscard]] std::filesystem::path openable(const std::filesystem::path& path);
+
+// Names that the file system takes and careless programs stumble over.
+[[nodiscard]] std::vector<std::string> unusualNames();
+
+}  // namespace kelvane::testing
