@@ -38,11 +38,10 @@ TEST_F(CompareVerb, EqualFilesMatchStageByStageInEveryFormat)
         {"stage": 2, "name": "content", "a": null, "b": null, "difference": null, "allowed": null, "equal": true}]})"));
     EXPECT_EQ(compare("a", "b", {"--format", "csv"}).out, "stage,name,a,b,difference,allowed,score,equal\r\n"
                                                           "1,System.Size,4,4,,,,true\r\n2,content,,,,,,true\r\n");
-    const std::string root = tree_.path().string();
     const auto text = compare("a", "b", {});
     EXPECT_EQ(text.code, ExitCode::done);
-    EXPECT_EQ(text.out, "A: " + root + "/a\nB: " + root +
-                            "/b\n\n"
+    EXPECT_EQ(text.out, "A: " + tree_.path("a").string() + "\nB: " + tree_.path("b").string() +
+                            "\n\n"
                             "stage  compared     A  B  result\n"
                             "1      System.Size  4  4  equal\n"
                             "2      content            equal\n"

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+
 #include "base/utf.h"
 #include "props/file_kinds.h"
 #include "props/property_world.h"
@@ -11,6 +14,13 @@ namespace kelvane {
 namespace {
 
 using testing::PropertyWorld;
+
+// With "/" between components, whatever the system has there.
+std::u16string slashed(std::u16string path)
+{
+    std::replace(path.begin(), path.end(), static_cast<char16_t>(std::filesystem::path::preferred_separator), u'/');
+    return path;
+}
 
 TEST(FileReaders, namesAndPaths)
 {
@@ -23,14 +33,14 @@ TEST(FileReaders, namesAndPaths)
     EXPECT_EQ(text("System.FileExtension"), u".MP3");
     EXPECT_EQ(text("System.ItemType"), u".mp3");
     EXPECT_EQ(text("System.ItemTypeText"), u"MP3 file");
-    EXPECT_EQ(text("System.ItemPathDisplay"), u"/home/My Album/Track.One.MP3");
-    EXPECT_EQ(text("System.ItemFolderPathDisplay"), u"/home/My Album");
+    EXPECT_EQ(slashed(text("System.ItemPathDisplay")), u"/home/My Album/Track.One.MP3");
+    EXPECT_EQ(slashed(text("System.ItemFolderPathDisplay")), u"/home/My Album");
     EXPECT_EQ(text("System.ItemFolderNameDisplay"), u"My Album");
     EXPECT_EQ(text("System.ItemUrl"), u"file:///home/My%20Album/Track.One.MP3");
     EXPECT_EQ(text("System.Kind"), u"music");
     EXPECT_EQ(text("System.KindText"), u"Music");
     EXPECT_EQ(text("System.FileOwner"), u"someone");
-    EXPECT_EQ(text("System.ParsingPath"), u"/home/My Album/Track.One.MP3");
+    EXPECT_EQ(slashed(text("System.ParsingPath")), u"/home/My Album/Track.One.MP3");
     for (const std::string name : {"README", ".profile", "v1. final"}) {
         world.files.addFile("/home/" + name, "");
         EXPECT_EQ(world.textOf("/home/" + name, "System.FileExtension"), u"") << name;
@@ -39,6 +49,8 @@ TEST(FileReaders, namesAndPaths)
 
 TEST(FileReaders, nameThatIsNoTextStaysApartFromOthers)
 {
+    if (sizeof(NativeView::value_type) > 1)
+        GTEST_SKIP() << "names are bytes on other systems";
     PropertyWorld world;
     world.files.addFile("/home/\xFF.txt", "");
     world.files.addFile("/home/\xFE.txt", "");
