@@ -99,7 +99,8 @@ void CXApplication::act(const CloseAllWindows&)
 
 void CXApplication::act(const CommandHandedOver& handedOver)
 {
-    openWindow(parse(handedOver.text, handedOver.showCommand));
+    if (!handedOver.pickup || handedOver.pickup->take())
+        openWindow(parse(handedOver.text, handedOver.showCommand));
 }
 
 void CXApplication::act(const ListWindows& wanted)

@@ -121,7 +121,8 @@ private:
     InstanceNumber lastNumber_ = 0;
     std::atomic<int> openLoops_{0};
     std::atomic<bool> eraseRequested_{false};
-    bool starting_ = true;  // no window is up yet
+    std::atomic<bool> looping_{false};  // the main thread dispatches, or is about to
+    bool starting_ = true;              // no window is up yet
     bool shuttingDown_ = false;
 };
 

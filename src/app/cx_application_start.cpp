@@ -12,6 +12,9 @@
 namespace kelvane {
 namespace {
 
+// Shorter than a sender waits for its answer.
+constexpr std::chrono::milliseconds pickupLimit{4'500};
+
 bool isDecember(FileTime time)
 {
     return toIso8601(time).substr(5, 2) == "12";
@@ -37,6 +40,7 @@ std::optional<int> CXApplication::start(const CommandText& text, std::uint32_t s
     loadSettings();
     if (!serveFirstCommand())
         return exit_status::done;
+    looping_.store(true);
     return std::nullopt;
 }
 
@@ -111,8 +115,12 @@ std::uint32_t CXApplication::answer(const PortMessage& message)
 std::uint32_t CXApplication::acceptCommand(const PortMessage& message)
 {
     auto text = decodeHandOver(message.bytes);
-    const bool taken = text.ok() && post(CommandHandedOver{message.tag, std::move(text).value()});
-    return taken ? port_answer::taken : port_answer::refused;
+    // A person who is asked something at the start may take their time. Later a main thread that takes nothing hangs,
+    // and then the other process shall show a window itself.
+    const auto pickup = looping_.load() ? std::make_shared<Pickup>() : nullptr;
+    if (!text.ok() || !post(CommandHandedOver{message.tag, std::move(text).value(), pickup}))
+        return port_answer::refused;
+    return !pickup || pickup->awaitTaken(ports_.waiting, pickupLimit) ? port_answer::taken : port_answer::hangs;
 }
 
 void CXApplication::shutDown()

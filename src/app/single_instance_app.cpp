@@ -23,8 +23,10 @@ std::string instancePortNameFor(bool elevated, std::string_view base)
 CSingleInstanceApp::HandOver CSingleInstanceApp::handOver(const std::string& name, const PortMessage& message)
 {
     const auto answer = ports_.send(name, message, handOverLimit);
+    if (answer.ok() && answer.value() == port_answer::refused)
+        return HandOver::refused;
     if (answer.ok())
-        return answer.value() == port_answer::refused ? HandOver::refused : HandOver::done;
+        return answer.value() == port_answer::hangs ? HandOver::failed : HandOver::done;
     return answer.error().kind == ErrorKind::notFound ? HandOver::nobody : HandOver::failed;
 }
 

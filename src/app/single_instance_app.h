@@ -27,6 +27,7 @@ inline constexpr std::uint32_t exit = 0xDEAD0003;          // asks every window 
 namespace port_answer {
 inline constexpr std::uint32_t refused = 0;  // also by a process on its way out
 inline constexpr std::uint32_t taken = 1;
+inline constexpr std::uint32_t hangs = 2;  // it is there, but its main thread takes nothing
 }  // namespace port_answer
 
 class CSingleInstanceApp {
@@ -40,8 +41,8 @@ public:
     CSingleInstanceApp(InstancePorts& ports, Waiting& waiting) : ports_(ports), waiting_(waiting) {}
 
     // Hands the command line to the instance, or becomes the instance itself: also when the other one does not answer
-    // in time or is on its way out. Two starts at one moment end as one instance. `alone` keeps from handing over; the
-    // port is taken nevertheless when nobody has it.
+    // in time, hangs, or is on its way out. Two starts at one moment end as one instance. `alone` keeps from handing
+    // over; the port is taken nevertheless when nobody has it.
     [[nodiscard]] Entry enter(std::string name, const CommandText& text, std::uint32_t showCommand, bool alone,
                               const InstancePorts::Handler& handler);
 

@@ -22,6 +22,21 @@ ThreadCode codeOf(const ThreadMessage& message)
     return static_cast<ThreadCode>(message.index() + 1);
 }
 
+bool Pickup::take()
+{
+    const std::lock_guard lock(mutex_);
+    taken_ = !givenUp_;
+    changed_.notify_all();
+    return taken_;
+}
+
+bool Pickup::awaitTaken(Waiting& waiting, std::chrono::milliseconds limit)
+{
+    std::unique_lock lock(mutex_);
+    givenUp_ = !waiting.until(lock, changed_, limit, [this] { return taken_; });
+    return !givenUp_;
+}
+
 void WindowListRequest::answer(WindowHandles windows)
 {
     const std::lock_guard lock(mutex_);
@@ -39,15 +54,18 @@ std::optional<WindowHandles> WindowListRequest::await(Waiting& waiting, std::chr
 
 bool ThreadMessages::post(ThreadMessage message)
 {
+    std::function<void()> wake;
     {
         const std::lock_guard lock(mutex_);
         if (closed_)
             return false;
         messages_.push_back(std::move(message));
+        wake = wake_;
+        // Under the lock: the message may be the last one, and this object gone as soon as it is taken.
+        changed_.notify_all();
     }
-    changed_.notify_all();
-    if (wake_)
-        wake_();
+    if (wake)
+        wake();
     return true;
 }
 

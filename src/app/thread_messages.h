@@ -38,10 +38,26 @@ struct OpenWindow {
 
 struct CloseAllWindows {};
 
+// Whether the main thread takes something while its sender still waits: one of the two decides, once.
+class Pickup {
+public:
+    // On the main thread; false when the sender has given up.
+    [[nodiscard]] bool take();
+    // On the sender's; false when it was not taken in time, and then it never will be.
+    [[nodiscard]] bool awaitTaken(Waiting& waiting, std::chrono::milliseconds limit);
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool taken_ = false;
+    bool givenUp_ = false;
+};
+
 // Another process handed its command line over; not parsed yet.
 struct CommandHandedOver {
     std::uint32_t showCommand = 0;
     CommandText text;
+    std::shared_ptr<Pickup> pickup = nullptr;  // null: nobody waits
 };
 
 // Where the handles of all windows are wanted; filled on the main thread, awaited by another one.

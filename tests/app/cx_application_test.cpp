@@ -267,7 +267,7 @@ TEST_F(Application, ACrashMailDumpsAWindowThatHangs)
     EXPECT_EQ(first.end(), 0);
 }
 
-TEST_F(Application, AToolkitMayHaveTheMainLoop)
+TEST_F(Application, AToolkitMayHaveTheMainLoopAndMayHang)
 {
     std::promise<void> woken;
     std::once_flag once;
@@ -277,6 +277,15 @@ TEST_F(Application, AToolkitMayHaveTheMainLoop)
     woken.get_future().wait();
     EXPECT_EQ(application.windowCount(), 1u);
     EXPECT_TRUE(application.dispatchWaiting());
+
+    // While it hangs, another start shows its window itself, and only there.
+    computer.waiting.letRunOut(milliseconds(4'500));
+    second.start({});
+    EXPECT_TRUE(second.host.awaitWindow(1));
+    EXPECT_EQ(second.end(), 0);
+    EXPECT_TRUE(application.dispatchWaiting());
+    EXPECT_EQ(application.windowCount(), 1u);
+
     first.host.awaitWindow(1)->quit();
     while (application.dispatchWaiting())
         std::this_thread::yield();
