@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "base/filled_text.h"
 #include "cli/choices.h"
 
 namespace kelvane {
@@ -18,7 +19,7 @@ public:
     explicit UsageFormatter(std::string_view positionals) : positionals_(positionals) { column_width(optionColumn); }
     std::string make_usage(const CLI::App* app, std::string /*name*/) const override
     {
-        return "Usage: kelvane-cli " + app->get_name() + " [OPTIONS] " + positionals_ + '\n';
+        return filledText(TextId::usageLine, {app->get_name() + " [OPTIONS] " + positionals_}) + '\n';
     }
 
 private:
@@ -43,8 +44,8 @@ std::optional<std::string> leftoverMessage(const CLI::App& app)
         return std::nullopt;
     const std::string& word = *first;
     if (word.starts_with("-"))
-        return unknownWord("option", word.substr(0, word.find('=')), optionNames(app));
-    return "one argument too many: \"" + word + '"';
+        return unknownWord(TextId::unknownOption, word.substr(0, word.find('=')), optionNames(app));
+    return filledText(TextId::oneArgumentTooMany, {word});
 }
 
 // CLI11 parts its groups by two empty lines; one is enough.
@@ -63,10 +64,22 @@ std::vector<std::string> reversed(const Arguments& arguments)
 
 }  // namespace
 
+std::string footerText(const HelpFooter& footer)
+{
+    std::string words;
+    if (footer.notes)
+        words = filledText(*footer.notes) + '\n';
+    words += '\n' + filledText(TextId::examplesHeading) + '\n' + std::string(footer.examples);
+    if (footer.last)
+        words += '\n' + filledText(*footer.last) + '\n';
+    return words + '\n' + filledText(TextId::exitCodes) + '\n';
+}
+
 std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positionals, const Arguments& arguments,
                                        const Console& console)
 {
     app.formatter(std::make_shared<UsageFormatter>(positionals));
+    app.set_help_flag("-h,--help", filledText(TextId::helpHelp));
     app.allow_extras();
     app.allow_windows_style_options(false);
     try {

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "base/text_table.h"
 #include "cli/console.h"
 
 namespace CLI {
@@ -15,5 +16,14 @@ namespace kelvane {
 // printed, or the usage error that was found. `positionals` is how the usage line names what is no option.
 [[nodiscard]] std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positionals,
                                                      const Arguments& arguments, const Console& console);
+
+// What stands behind the options in a verb's help: notes, examples (lines of the command line, each ended), what is
+// said last, and the exit codes.
+struct HelpFooter {
+    std::optional<TextId> notes;
+    std::string_view examples;
+    std::optional<TextId> last;
+};
+[[nodiscard]] std::string footerText(const HelpFooter& footer);
 
 }  // namespace kelvane

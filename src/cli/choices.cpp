@@ -1,5 +1,6 @@
 #include "cli/choices.h"
 
+#include "base/filled_text.h"
 #include "base/words.h"
 
 namespace kelvane {
@@ -15,12 +16,12 @@ std::string joined(const std::vector<std::string>& words)
 
 }  // namespace
 
-std::string unknownWord(std::string_view what, std::string_view typed, const std::vector<std::string>& known)
+std::string unknownWord(TextId pattern, std::string_view typed, const std::vector<std::string>& known)
 {
-    std::string message = "unknown " + std::string(what) + " \"" + std::string(typed) + '"';
+    std::string message = filledText(pattern, {typed});
     if (const auto near = nearestWords(typed, known); !near.empty())
-        message += " (did you mean " + joined(near) + "?)";
-    return message + "; known: " + joined(known);
+        message += ' ' + filledText(TextId::didYouMean, {joined(near)});
+    return message + filledText(TextId::knownWords, {joined(known)});
 }
 
 }  // namespace kelvane

@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/text_table.h"
 
 namespace kelvane {
 
-// unknown format "jsn" (did you mean json?); known: text, json
-[[nodiscard]] std::string unknownWord(std::string_view what, std::string_view typed,
-                                      const std::vector<std::string>& known);
+// unknown format "jsn" (did you mean json?); known: text, json -- the pattern has the word as its %1.
+[[nodiscard]] std::string unknownWord(TextId pattern, std::string_view typed, const std::vector<std::string>& known);
 
 template <class T>
 struct Choice {
@@ -22,7 +22,7 @@ struct Choice {
 
 // The value of a word; `invalid` with the message above for a word that is not among the choices.
 template <class T>
-[[nodiscard]] Result<T> choose(std::string_view what, std::string_view typed, std::span<const Choice<T>> choices)
+[[nodiscard]] Result<T> choose(TextId pattern, std::string_view typed, std::span<const Choice<T>> choices)
 {
     std::vector<std::string> known;
     for (const auto& choice : choices) {
@@ -30,7 +30,7 @@ template <class T>
             return choice.value;
         known.emplace_back(choice.word);
     }
-    return Error{ErrorKind::invalid, 0, unknownWord(what, typed, known)};
+    return Error{ErrorKind::invalid, 0, unknownWord(pattern, typed, known)};
 }
 
 }  // namespace kelvane

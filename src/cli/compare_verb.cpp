@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 
+#include "base/filled_text.h"
 #include "base/random.h"
 #include "cli/arguments.h"
 #include "cli/comparison.h"
@@ -14,14 +15,10 @@
 namespace kelvane {
 namespace {
 
-constexpr const char* footer =
-    "Compares as a scan with the same options would, and prints every stage up to the one at\n"
-    "which the two files part. Options about folders have no effect here.\n"
-    "\nExamples:\n"
+constexpr std::string_view examples =
     "  kelvane-cli compare old.txt new.txt\n"
     "  kelvane-cli compare --match System.FileName,System.DateModified a/x.jpg b/x.jpg\n"
-    "  kelvane-cli compare --json a.bin b.bin\n"
-    "\nThe exit code is 0 when the files match and 1 when they do not.\n";
+    "  kelvane-cli compare --json a.bin b.bin\n";
 
 struct Pair {
     Ref<ShellItem> a, b;
@@ -34,9 +31,9 @@ Result<Ref<ShellItem>> openItem(const std::string& path, const ScanCriteria& cri
     if (!item)
         return item;
     if ((*item)->isFolder())
-        return Error{ErrorKind::wrongType, 0, "is a folder; compare takes two files"};
+        return Error{ErrorKind::wrongType, 0, filledText(TextId::isFolder)};
     if ((*item)->info().kind != FileKind::regular)
-        return Error{ErrorKind::wrongType, 0, "is not a regular file"};
+        return Error{ErrorKind::wrongType, 0, filledText(TextId::notRegularFile)};
     if (criteria.has(scan_flag::contents)) {
         if (const auto opened = openForComparing(platform.shell(), **item, criteria.options); !opened)
             return opened.error();
@@ -48,11 +45,11 @@ Result<Ref<ShellItem>> openItem(const std::string& path, const ScanCriteria& cri
 void noteIfLeftOut(const std::string& path, const ShellItem& item, const ScanCriteria& criteria, const Console& console)
 {
     if (!criteria.masks.admits(bytesFromNative(item.name())))
-        complain(console, path + ": note: a scan with these masks leaves this file out");
+        complain(console, path + ": " + filledText(TextId::masksLeaveOut));
     const std::uint64_t bytes = item.info().size.bytes;
     const bool tiny = criteria.has(scan_flag::ignoreSmall) && bytes <= criteria.options.tinyFile.bytes;
     if (!criteria.sizes.holds(bytes) || tiny)
-        complain(console, path + ": note: a scan leaves files of this size out");
+        complain(console, path + ": " + filledText(TextId::sizeLeavesOut));
 }
 
 Comparison comparePair(const Arguments& files, const Pair& items, const ScanCriteria& criteria,
@@ -99,16 +96,16 @@ ExitCode compare(const ScanRequest& request, const Arguments& files, Platform& p
 
 ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
-    CLI::App app("Says stage by stage why two files match or not, with the values compared.", "compare");
-    app.footer(std::string(footer) + exitCodeHelp);
+    CLI::App app(filledText(TextId::compareAbout), "compare");
+    app.footer(footerText({TextId::compareNotes, examples, TextId::compareExitCode}));
     std::vector<std::string> files;
-    app.add_option("FILE", files, "The two files")->type_name("");
+    app.add_option("FILE", files, filledText(TextId::compareFilesHelp))->type_name("");
     RawOptions raw;
     addOptions(app, raw);
     if (const auto over = parseArguments(app, "A B", arguments, console))
         return *over;
     if (files.size() != 2)
-        return refuse(console, "compare needs two files; 'kelvane-cli compare --help' says more");
+        return refuse(console, filledText(TextId::compareNeedsFiles) + helpHint("compare"));
     const auto settings = engineSettings(raw.settings, platform, console);
     if (!settings)
         return refuse(console, settings.error().detail);
@@ -116,7 +113,7 @@ ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Conso
     if (!request)
         return refuse(console, request.error().detail);
     if (request->format == OutputFormat::null)
-        return refuse(console, "compare prints text, json or csv");
+        return refuse(console, filledText(TextId::verbPrints, {"compare", "text, json, csv"}));
     return compare(*request, files, platform, console);
 }
 

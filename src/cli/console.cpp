@@ -5,6 +5,7 @@
 #include <new>
 #include <ostream>
 
+#include "base/filled_text.h"
 #include "cli/choices.h"
 #include "cli/printable.h"
 #include "cli/verbs.h"
@@ -13,27 +14,30 @@ namespace kelvane {
 namespace {
 
 constexpr std::array table = {
-    Verb{"scan", "find duplicates in folders and print the groups", scanVerb},
-    Verb{"compare", "say stage by stage why two files match or not", compareVerb},
-    Verb{"describe", "print what is known of a file", describeVerb},
-    Verb{"settings", "list, read, write, export or import the settings", settingsVerb},
+    Verb{"scan", TextId::scanSummary, scanVerb},
+    Verb{"compare", TextId::compareSummary, compareVerb},
+    Verb{"describe", TextId::describeSummary, describeVerb},
+    Verb{"settings", TextId::settingsSummary, settingsVerb},
 };
 
 void printHelp(std::ostream& stream)
 {
-    stream << "Kelvane finds duplicate files. It reads files; it never changes one.\n\n"
-              "Usage: kelvane-cli VERB [OPTIONS] ...\n\nVerbs:\n";
+    stream << filledText(TextId::programAbout) << "\n\n"
+           << filledText(TextId::usageLine, {"VERB [OPTIONS] ..."}) << "\n\n"
+           << filledText(TextId::verbsHeading) << '\n';
     for (const Verb& verb : verbs())
-        stream << "  " << verb.name << std::string(12 - verb.name.size(), ' ') << verb.summary << '\n';
-    stream << "\nOptions:\n"
-              "  -h, --help  print this text; after a verb, print the verb's own options\n"
-              "  --version   print the version\n"
-              "\nExamples:\n"
+        stream << "  " << verb.name << std::string(12 - verb.name.size(), ' ') << filledText(verb.summary) << '\n';
+    stream << '\n'
+           << filledText(TextId::optionsHeading) << "\n  -h, --help  " << filledText(TextId::programHelpHelp)
+           << "\n  --version   " << filledText(TextId::programVersionHelp) << "\n\n"
+           << filledText(TextId::examplesHeading)
+           << "\n"
               "  kelvane-cli scan ~/Pictures\n"
               "  kelvane-cli compare a.txt b.txt\n"
               "  kelvane-cli describe a.txt\n"
               "  kelvane-cli settings list\n"
-           << exitCodeHelp;
+           << '\n'
+           << filledText(TextId::exitCodes) << '\n';
 }
 
 ExitCode runUnknown(const std::string& word, const Console& console)
@@ -41,7 +45,8 @@ ExitCode runUnknown(const std::string& word, const Console& console)
     std::vector<std::string> names;
     for (const Verb& verb : verbs())
         names.emplace_back(verb.name);
-    return refuse(console, unknownWord(word.starts_with("-") ? "option" : "verb", word, names));
+    return refuse(console,
+                  unknownWord(word.starts_with("-") ? TextId::unknownOption : TextId::unknownVerb, word, names));
 }
 
 ExitCode dispatch(const Arguments& arguments, Platform& platform, const Console& console)
@@ -74,7 +79,7 @@ ExitCode afterOutput(ExitCode code, const Console& console)
     const std::error_code failure = console.outputFailure ? console.outputFailure() : std::error_code{};
     if (failure == std::errc::broken_pipe)
         return code;
-    complain(console, "cannot write the results" + (failure ? ": " + failure.message() : std::string{}));
+    complain(console, filledText(TextId::cannotWriteResults) + (failure ? ": " + failure.message() : std::string{}));
     return std::max(code, ExitCode::incomplete);
 }
 
@@ -98,8 +103,13 @@ ExitCode refuse(const Console& console, std::string_view message)
 
 ExitCode stopCancelled(const Console& console)
 {
-    complain(console, "cancelled");
+    complain(console, filledText(TextId::problemCancelled));
     return ExitCode::cancelled;
+}
+
+std::string helpHint(std::string_view verb)
+{
+    return filledText(TextId::helpSaysMore, {verb});
 }
 
 ExitCode runConsole(const Arguments& arguments, Platform& platform, const Console& console)
@@ -107,7 +117,7 @@ ExitCode runConsole(const Arguments& arguments, Platform& platform, const Consol
     try {
         return afterOutput(dispatch(arguments, platform, console), console);
     } catch (const std::bad_alloc&) {
-        complain(console, "out of memory");
+        complain(console, filledText(TextId::outOfMemory));
         return ExitCode::incomplete;
     }
 }

@@ -36,4 +36,7 @@ void complain(const Console& console, std::string_view message);
 // The same for an end by the person's wish: gives ExitCode::cancelled.
 [[nodiscard]] ExitCode stopCancelled(const Console& console);
 
+// What a complaint about a verb's usage ends with: where its help is.
+[[nodiscard]] std::string helpHint(std::string_view verb);
+
 }  // namespace kelvane

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "base/filled_text.h"
 #include "base/size_text.h"
 #include "base/utf.h"
 #include "cli/arguments.h"
@@ -18,10 +19,9 @@
 namespace kelvane {
 namespace {
 
-constexpr const char* footer = "\nExamples:\n"
-                               "  kelvane-cli describe photo.jpg\n"
-                               "  kelvane-cli describe --json photo.jpg\n"
-                               "  kelvane-cli describe --list\n";
+constexpr std::string_view examples = "  kelvane-cli describe photo.jpg\n"
+                                      "  kelvane-cli describe --json photo.jpg\n"
+                                      "  kelvane-cli describe --list\n";
 
 constexpr std::uint64_t leastRounded = 10 * 1024;  // below, a size is shown in bytes anyway
 
@@ -118,34 +118,31 @@ ExitCode describeFile(const std::string& path, OutputFormat format, const Proper
 
 void addDescribeOptions(CLI::App& app, RawDescribe& raw)
 {
-    app.add_option("FILE", raw.files, "The file or folder")->type_name("");
-    app.add_option("--as", raw.descriptor,
-                   "Only one descriptor: text, audio or image\n"
-                   "(not built yet: refused)")
-        ->type_name("WORD");
-    app.add_option("--format", raw.format, "text (the default) or json")->type_name("WORD")->take_last();
-    app.add_flag("--json", raw.json, "The same as --format json");
-    app.add_option("--settings", raw.settings, "Go by the settings of this INI file")->type_name("FILE")->take_last();
-    app.add_flag("--list", raw.list, "Print the names that --match of a scan accepts");
+    app.add_option("FILE", raw.files, filledText(TextId::describeFileHelp))->type_name("");
+    app.add_option("--as", raw.descriptor, filledText(TextId::describeAsHelp))->type_name("WORD");
+    app.add_option("--format", raw.format, filledText(TextId::describeFormatHelp))->type_name("WORD")->take_last();
+    app.add_flag("--json", raw.json, filledText(TextId::helpJson));
+    app.add_option("--settings", raw.settings, filledText(TextId::helpSettings))->type_name("FILE")->take_last();
+    app.add_flag("--list", raw.list, filledText(TextId::describeListHelp));
 }
 
 }  // namespace
 
 ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
-    CLI::App app("Prints every property of a file that has a value.", "describe");
-    app.footer(std::string(footer) + exitCodeHelp);
+    CLI::App app(filledText(TextId::describeAbout), "describe");
+    app.footer(footerText({{}, examples, {}}));
     RawDescribe raw;
     addDescribeOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))
         return *over;
     if (!raw.descriptor.empty())
-        return refuse(console, "describe --as " + raw.descriptor + " is not built yet");
+        return refuse(console, filledText(TextId::notBuiltYet, {"describe --as " + raw.descriptor}));
     const auto format = chooseFormat(raw.format, raw.json);
     if (!format)
         return refuse(console, format.error().detail);
     if (*format != OutputFormat::text && *format != OutputFormat::json)
-        return refuse(console, "describe prints text or json");
+        return refuse(console, filledText(TextId::verbPrints, {"describe", "text, json"}));
     const auto settings = engineSettings(raw.settings, platform, console);
     if (!settings)
         return refuse(console, settings.error().detail);
@@ -155,7 +152,7 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
         return ExitCode::done;
     }
     if (raw.files.size() != 1)
-        return refuse(console, "describe needs one file; 'kelvane-cli describe --help' says more");
+        return refuse(console, filledText(TextId::describeNeedsFile) + helpHint("describe"));
     return describeFile(raw.files.front(), *format, properties.source, platform, console);
 }
 

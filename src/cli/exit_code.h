@@ -10,10 +10,4 @@ enum class ExitCode : int {
     cancelled = 130,
 };
 
-inline constexpr const char* exitCodeHelp = "\nExit codes:\n"
-                                            "  0    done\n"
-                                            "  1    done, but some items failed, or files asked to match do not\n"
-                                            "  2    bad usage or input\n"
-                                            "  130  cancelled (Ctrl-C; a second one ends the program at once)\n";
-
 }  // namespace kelvane

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 
+#include "base/filled_text.h"
 #include "base/words.h"
 #include "cli/choices.h"
 
@@ -43,11 +44,7 @@ std::optional<std::uint64_t> parseNumber(std::string_view text)
 
 Error outOfRange(std::string_view option, std::string_view typed, std::uint64_t least, std::uint64_t most)
 {
-    std::string message(option);
-    message.append(" takes a number from ").append(std::to_string(least));
-    message.append(" to ").append(std::to_string(most));
-    message.append(", not \"").append(typed).append("\"");
-    return invalid(std::move(message));
+    return invalid(filledText(TextId::optionTakesNumber, {option, std::to_string(least), std::to_string(most), typed}));
 }
 
 // An option that was not given keeps its default.
@@ -71,11 +68,11 @@ std::string definitionMasks(const std::string& typed)
 
 Status readFiles(const RawOptions& raw, CScanNode& definition)
 {
-    const auto category = choose<Category>("category", raw.category, categories);
+    const auto category = choose<Category>(TextId::unknownCategory, raw.category, categories);
     if (!category)
         return category.error();
     if (!raw.masks.empty() && splitWords(raw.masks, ',').empty())
-        return invalid("--masks needs at least one mask");
+        return invalid(filledText(TextId::masksNeedOne));
     definition.setCategory(*category);
     definition.masks = definitionMasks(raw.masks);
     definition.set(scan_flag::ignoreSmall, raw.ignoreSmall);
@@ -91,7 +88,7 @@ Status readMinSize(const RawOptions& raw, CScanNode& definition)
         return {};
     const auto smallest = parseSize(raw.minSize);
     if (!smallest)
-        return invalid("--min-size takes a number of bytes such as 4096, 64K or 10M, not \"" + raw.minSize + '"');
+        return invalid(filledText(TextId::minSizeTakes, {raw.minSize}));
     definition.set(scan_flag::skipEmpty, *smallest > 0);
     if (*smallest > 1)
         definition.sizeRange = std::to_string(*smallest) + '-';
@@ -101,10 +98,10 @@ Status readMinSize(const RawOptions& raw, CScanNode& definition)
 Status readMatch(const RawOptions& raw, CScanNode& definition)
 {
     if (raw.content && raw.noContent)
-        return invalid("--content and --no-content exclude each other");
+        return invalid(filledText(TextId::optionsExclude, {"--content", "--no-content"}));
     const bool anyProperty = !splitWords(raw.match, ',').empty();
     if (raw.noContent && !anyProperty)
-        return invalid("--no-content leaves nothing to compare: name properties with --match");
+        return invalid(filledText(TextId::nothingToCompare));
     definition.properties = raw.match;
     definition.set(scan_flag::contents, raw.content || (!raw.noContent && !anyProperty));
     definition.set(scan_flag::sameType, raw.sameType);
@@ -137,7 +134,7 @@ Status readRunning(const RawOptions& raw, ScanRequest& request)
 
 Status readOutput(const RawOptions& raw, ScanRequest& request)
 {
-    const auto progress = choose<ProgressMode>("progress mode", raw.progress, progressModes);
+    const auto progress = choose<ProgressMode>(TextId::unknownProgressMode, raw.progress, progressModes);
     if (!progress)
         return progress.error();
     const auto format = chooseFormat(raw.format, raw.json);
@@ -155,9 +152,9 @@ Result<OutputFormat> chooseFormat(std::string_view format, bool json)
 {
     if (format.empty())
         return json ? OutputFormat::json : OutputFormat::text;
-    const auto chosen = choose<OutputFormat>("format", format, formats);
+    const auto chosen = choose<OutputFormat>(TextId::unknownFormat, format, formats);
     if (chosen && json && *chosen != OutputFormat::json)
-        return invalid("--json and --format " + std::string(format) + " exclude each other");
+        return invalid(filledText(TextId::optionsExclude, {"--json", "--format " + std::string(format)}));
     return chosen;
 }
 

@@ -1,5 +1,6 @@
 #include "cli/requested_criteria.h"
 
+#include "base/filled_text.h"
 #include "engine/matcher.h"
 
 namespace kelvane {
@@ -26,7 +27,7 @@ Result<ScanCriteria> requestedCriteria(const ScanRequest& request, const Propert
     if (criteria || namesAreKnown(request.definition, catalogue))
         return criteria;
     Error error = criteria.error();
-    error.detail += "; 'kelvane-cli describe --list' prints all names";
+    error.detail += filledText(TextId::listPrintsNames);
     return error;
 }
 

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "base/filled_text.h"
 #include "base/random.h"
 #include "cli/arguments.h"
 #include "cli/problems.h"
@@ -14,15 +15,10 @@
 namespace kelvane {
 namespace {
 
-constexpr const char* footer =
-    "Without further options every group holds exact copies: files of at least one byte whose\n"
-    "contents are equal, whatever their names. Other names of a listed file (hard links) are not\n"
-    "listed. Groups go to standard output, everything else to standard error.\n"
-    "\nExamples:\n"
-    "  kelvane-cli scan ~/Pictures ~/Backup\n"
-    "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
-    "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
-    "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
+constexpr std::string_view examples = "  kelvane-cli scan ~/Pictures ~/Backup\n"
+                                      "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
+                                      "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
+                                      "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
 
 // Names every root that is not walked. True when one of them is a fault; a root inside another one is none.
 bool complainOfRoots(const RootList& roots, const ScanRequest& request, const Console& console)
@@ -44,13 +40,8 @@ void complainOfSkipped(std::uint64_t count, const ScanWatch& watch, const ScanRe
         complain(console, item.path + ": " + errorText(item.error));
     if (count == 0)
         return;
-    const std::string what = count == 1 ? "1 file or folder" : std::to_string(count) + " files or folders";
-    complain(console, what + " could not be read" + (request.verbose ? "" : "; --verbose lists them"));
-}
-
-std::string countedFiles(std::uint64_t count, const char* one, const char* many)
-{
-    return count == 1 ? std::string("1 file ") + one : std::to_string(count) + " files " + many;
+    complain(console, countedText(count, TextId::oneNotRead, TextId::manyNotRead) +
+                          (request.verbose ? "" : filledText(TextId::verboseListsThem)));
 }
 
 // What took no part although nothing is wrong with it. Without a word of it, a search by a property that no file has
@@ -58,11 +49,10 @@ std::string countedFiles(std::uint64_t count, const char* one, const char* many)
 void noteLeftOut(const WalkStats& walk, const ScanCriteria& criteria, const Console& console)
 {
     if (walk.withoutValue > 0)
-        complain(console, countedFiles(walk.withoutValue, "has no ", "have no ") +
-                              std::string(criteria.primary.info->name) + " and took no part");
+        complain(console, filledText(walk.withoutValue == 1 ? TextId::oneWithoutValue : TextId::manyWithoutValue,
+                                     {criteria.primary.info->name, std::to_string(walk.withoutValue)}));
     if (walk.offlineSkipped > 0)
-        complain(console, countedFiles(walk.offlineSkipped, "is", "are") +
-                              " stored elsewhere and would have to be fetched; not read");
+        complain(console, countedText(walk.offlineSkipped, TextId::oneStoredElsewhere, TextId::manyStoredElsewhere));
 }
 
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
@@ -106,20 +96,19 @@ ExitCode scan(const ScanRequest& request, Platform& platform, const Console& con
 
 ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
-    CLI::App app("Finds duplicate files in folders and prints them in groups.", "scan");
-    app.footer(std::string(footer) + exitCodeHelp);
+    CLI::App app(filledText(TextId::scanAbout), "scan");
+    app.footer(footerText({TextId::scanNotes, examples, {}}));
     std::vector<std::string> roots;
-    app.add_option("ROOT", roots, "A folder to search")->type_name("");
+    app.add_option("ROOT", roots, filledText(TextId::scanRootHelp))->type_name("");
     RawOptions raw;
     addOptions(app, raw);
     if (const auto over = parseArguments(app, "ROOT...", arguments, console))
         return *over;
     if (roots.empty()) {
-        complain(console, "scan needs a folder to search; 'kelvane-cli scan --help' says more");
-        return ExitCode::usage;
+        return refuse(console, filledText(TextId::scanNeedsFolder) + helpHint("scan"));
     }
     if (std::find(roots.begin(), roots.end(), "") != roots.end())
-        return refuse(console, "an empty name is no folder to search");
+        return refuse(console, filledText(TextId::emptyRoot));
     const auto settings = engineSettings(raw.settings, platform, console);
     if (!settings)
         return refuse(console, settings.error().detail);

@@ -16,16 +16,11 @@
 namespace kelvane {
 namespace {
 
-constexpr const char* footer =
-    "Without --settings these are the settings that the desktop program goes by: those of its INI\n"
-    "file if it has one, else those in the registry. A running desktop program writes its own\n"
-    "settings at its end, over what is set meanwhile.\n"
-    "\nExamples:\n"
-    "  kelvane-cli settings list\n"
-    "  kelvane-cli settings get nHugeFileMB\n"
-    "  kelvane-cli settings set nHugeFileMB 20\n"
-    "  kelvane-cli settings export my.ini\n"
-    "  kelvane-cli settings import my.ini\n";
+constexpr std::string_view examples = "  kelvane-cli settings list\n"
+                                      "  kelvane-cli settings get nHugeFileMB\n"
+                                      "  kelvane-cli settings set nHugeFileMB 20\n"
+                                      "  kelvane-cli settings export my.ini\n"
+                                      "  kelvane-cli settings import my.ini\n";
 
 enum class Action { list, get, set, exportFile, importFile };
 
@@ -199,7 +194,7 @@ ExitCode act(Action action, const RawSettings& raw, Platform& platform, const Co
 ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app("Lists, reads, writes, exports and imports the settings.", "settings");
-    app.footer(std::string(footer) + exitCodeHelp);
+    app.footer(footerText({TextId::settingsNotes, examples, {}}));
     RawSettings raw;
     app.add_option("WORD", raw.words, "What to do, and with what")->type_name("");
     app.add_option("--settings", raw.settings, "The settings of this INI file")->type_name("FILE")->take_last();
@@ -210,7 +205,7 @@ ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Cons
         return *over;
     if (raw.words.empty())
         return refuse(console, "settings needs to be told what to do; 'kelvane-cli settings --help' says more");
-    const auto action = choose<Action>("action", raw.words.front(), actions);
+    const auto action = choose<Action>(TextId::unknownAction, raw.words.front(), actions);
     if (!action)
         return refuse(console, action.error().detail);
     raw.words.erase(raw.words.begin());

@@ -4,13 +4,14 @@
 #include <span>
 #include <string_view>
 
+#include "base/text_table.h"
 #include "cli/console.h"
 
 namespace kelvane {
 
 struct Verb {
     std::string_view name;
-    std::string_view summary;
+    TextId summary;
     ExitCode (*run)(const Arguments& arguments, Platform& platform, const Console& console);
 };
 
