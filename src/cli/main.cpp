@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "cli/console.h"
+#include "cli/language.h"
 #include "cli/output_stream.h"
 #include "platform/program_arguments.h"
 #include "platform/standard_streams.h"
@@ -13,6 +14,7 @@ ExitCode runProgram(const Arguments& arguments)
     const auto platform = makePlatform();
     CancelFlag cancel;
     const auto watch = platform->interrupts().watch(cancel);
+    chooseLanguage(*platform);
     OutputStream out(stdout);
     const Console console{out, std::cerr, cancel, platform->terminal().columns(StandardStream::errors),
                           [&out] { return out.failure(); }};

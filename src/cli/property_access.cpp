@@ -1,13 +1,26 @@
 #include "cli/property_access.h"
 
+#include "base/text_table.h"
+
 namespace kelvane {
 namespace {
+
+// The kind of a file is a value that programs read too, so the built-in names of kinds stay as they are in every
+// language.
+std::u16string untranslated(const std::u16string& name)
+{
+    for (const auto id : {TextId::categoryMusic, TextId::categoryMovies, TextId::categoryDocuments,
+                          TextId::categoryPhotos, TextId::categoryEbooks, TextId::categoryAll, TextId::categoryFolders})
+        if (name == text(id))
+            return std::u16string(englishText(id));
+    return name;
+}
 
 KindMasks kindMasks(const EngineOptions& options)
 {
     KindMasks kinds;
     for (const FileCategory& category : options.categories)
-        kinds.emplace_back(category.name, category.masks);
+        kinds.emplace_back(untranslated(category.name), category.masks);
     return kinds;
 }
 

@@ -73,11 +73,11 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"compare", file, file, file}, "compare needs two files"},
         {{"compare", file, root}, "is a folder"},
         {{"compare", file, root + "/none"}, "/none: "},
-        {{"compare", file, file, "--format", "null"}, "text, json or csv"},
+        {{"compare", file, file, "--format", "null"}, "formats: text, json, csv"},
         {{"describe"}, "describe needs one file"},
         {{"describe", root + "/none"}, "/none: "},
         {{"describe", file, "--as", "text"}, "describe --as text is not built yet"},
-        {{"describe", file, "--format", "csv"}, "text or json"},
+        {{"describe", file, "--format", "csv"}, "formats: text, json"},
     };
     for (const BadInput& row : table) {
         const auto run = runCli(row.arguments);
