@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/filled_text.h"
 #include "engine/content_compare.h"
 
 namespace kelvane {
@@ -150,7 +151,7 @@ Result<std::span<const std::byte>> ContentClassifier::read(std::uint32_t file, c
     bytesRead_ += *count;
     files_[file].position += *count;
     if (*count != chunk.length)
-        return Error{ErrorKind::changed, 0, "the file became shorter while it was read"};
+        return Error{ErrorKind::changed, 0, filledText(TextId::fileBecameShorter)};
     if (Status finished = finishReading(file, chunk); !finished)
         return finished.error();
     return std::span<const std::byte>(room);
@@ -194,7 +195,7 @@ Status ContentClassifier::finishReading(std::uint32_t file, const Chunk& chunk)
     const bool unchanged = stillAsSeen(*files_[file].reader, *items_[file]);
     close(file);
     if (!unchanged)
-        return Error{ErrorKind::changed, 0, "the file changed since it was listed"};
+        return Error{ErrorKind::changed, 0, filledText(TextId::fileChangedSince)};
     return {};
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/filled_text.h"
 #include "engine/compared_ranges.h"
 #include "engine/same_file.h"
 
@@ -19,11 +20,11 @@ Result<std::unique_ptr<ContentReader>> openForComparing(ShellNamespace& shell, c
                                                         const EngineOptions& options)
 {
     if (item.isOffline())
-        return Error{ErrorKind::notSupported, 0, "the file is offline"};
+        return Error{ErrorKind::notSupported, 0, filledText(TextId::fileIsOffline)};
     if (shell.typeCode(item) == type_code::portableDevice)
-        return Error{ErrorKind::notSupported, 0, "files of portable devices are not read"};
+        return Error{ErrorKind::notSupported, 0, filledText(TextId::onPortableDevice)};
     if (!item.inFileSystem() && item.info().size > options.largestVirtualStream)
-        return Error{ErrorKind::notSupported, 0, "the entry is larger than what is read out of archives"};
+        return Error{ErrorKind::notSupported, 0, filledText(TextId::archiveEntryTooLarge)};
     return shell.open(item, ReadPattern::sequential);
 }
 

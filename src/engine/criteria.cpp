@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/filled_text.h"
 #include "base/words.h"
 
 namespace kelvane {
@@ -19,12 +20,12 @@ std::string unknownNamesMessage(const std::vector<std::string>& unknown, const P
 {
     std::string message;
     for (const auto& name : unknown) {
-        message += (message.empty() ? "" : "; ") + ("unknown property \"" + name + "\"");
+        message += (message.empty() ? "" : "; ") + filledText(TextId::unknownProperty, {name});
         std::string offer;
         for (const auto& near : nearestWords(name, catalogue.names()))
             offer += (offer.empty() ? "" : ", ") + near;
         if (!offer.empty())
-            message += " (did you mean " + offer + "?)";
+            message += ' ' + filledText(TextId::didYouMean, {offer});
     }
     return message;
 }
@@ -45,9 +46,9 @@ Result<SizeRange> parseSizeRange(std::string_view text)
     const bool complete = dash != std::string_view::npos && parseBytes(text.substr(0, dash), range.smallest) &&
                           (dash + 1 == text.size() || parseBytes(text.substr(dash + 1), range.largest));
     if (!complete)
-        return invalid("malformed size range \"" + std::string(text) + "\": expected \"4096-\" or \"1-1000000\"");
+        return invalid(filledText(TextId::sizeRangeMalformed, {text}));
     if (range.smallest > range.largest)
-        return invalid("the size range \"" + std::string(text) + "\" ends below its beginning");
+        return invalid(filledText(TextId::sizeRangeBackwards, {text}));
     return range;
 }
 
@@ -124,7 +125,7 @@ Status fillProperties(ScanCriteria& criteria, const PropertyCatalogue& catalogue
     }
     criteria.primary = choosePrimary(criteria, catalogue);
     if (!criteria.primary)
-        return invalid("nothing to compare: name properties that must match, or compare contents");
+        return invalid(filledText(TextId::nothingIsCompared));
     criteria.primaryIsFirst = !criteria.properties.empty() && criteria.primary == criteria.properties.front();
     return {};
 }
@@ -139,7 +140,7 @@ Status fillLimits(ScanCriteria& criteria)
         criteria.sizes.smallest = std::max<std::uint64_t>(criteria.sizes.smallest, 1);
     criteria.similarity = criteria.definition.effectiveSimilarity();
     if (criteria.similarity < 1 || criteria.similarity > 100)
-        return invalid("the similarity must lie between 1 and 100 percent");
+        return invalid(filledText(TextId::similarityRange));
     return {};
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/filled_text.h"
 #include "base/utf.h"
 #include "engine/compared_ranges.h"
 #include "engine/property_stage.h"
@@ -249,8 +250,7 @@ Status checkDescriptors(const ScanCriteria& criteria, const SimilarContent* simi
     const auto& categories = criteria.options.categories;
     const auto index = static_cast<std::size_t>(category);
     const std::string name = index < categories.size() ? toUtf8(categories[index].name) : "this category";
-    return Error{ErrorKind::notSupported, 0,
-                 "similar contents cannot be compared for " + name + "; compare properties, or search exactly"};
+    return Error{ErrorKind::notSupported, 0, filledText(TextId::similarNotCompared, {name})};
 }
 
 }  // namespace kelvane

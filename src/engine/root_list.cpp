@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/filled_text.h"
 #include "platform/native_text.h"
 
 namespace kelvane {
@@ -91,7 +92,7 @@ private:
         if (item->inFileSystem()) {
             const auto volume = shell_.files().volumeFacts(item->path());
             if (volume && volume->pseudo)
-                return Error{ErrorKind::notSupported, 0, "lies in a file system that the kernel makes up"};
+                return Error{ErrorKind::notSupported, 0, filledText(TextId::pseudoFileSystem)};
         }
         return item->isFolder() ? shell_.enumerate(item, {}, [](auto&&) { return false; }) : Status{};
     }

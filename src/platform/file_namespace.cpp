@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/filled_text.h"
 #include "platform/archive_listings.h"
 #include "platform/native_text.h"
 
@@ -97,13 +98,13 @@ private:
 Result<Ref<ShellItem>> FileNamespace::parse(NativeView parsingName)
 {
     if (parsingName.empty())
-        return Error{ErrorKind::invalid, 0, "an empty name"};
+        return Error{ErrorKind::invalid, 0, filledText(TextId::emptyName)};
     const fs::path path = absolutePath(parsingName);
     auto details = files_.details(path, Links::followed);
     if (!details)
         return parseInsideArchive(path, details.error());
     if (details->kind == FileKind::other)
-        return Error{ErrorKind::wrongType, 0, "neither a file nor a folder"};
+        return Error{ErrorKind::wrongType, 0, filledText(TextId::neitherFileNorFolder)};
     if (isSeparator(parsingName.back()) && details->kind == FileKind::regular)
         return archiveRoot(path);
     FileInfo info = static_cast<const FileInfo&>(*details);
@@ -132,7 +133,7 @@ Result<Ref<ShellItem>> FileNamespace::archiveRoot(const fs::path& path)
     if (!details)
         return details.error();
     if (details->kind != FileKind::regular || !looksLikeArchive(path.filename().native()))
-        return Error{ErrorKind::wrongType, 0, "not a folder"};
+        return Error{ErrorKind::wrongType, 0, filledText(TextId::notFolder)};
     return ShellItem::make(nullptr, path.native(), *details, Place::archive);
 }
 
@@ -145,7 +146,7 @@ Result<Ref<ShellItem>> FileNamespace::descend(const Ref<ShellItem>& archive, con
     for (const fs::path& part : inside) {
         const ArchiveListing::Child* child = (*listing)->find(pathInArchive(*item), part.native());
         if (!child)
-            return Error{ErrorKind::notFound, 0, "no such entry in the archive"};
+            return Error{ErrorKind::notFound, 0, filledText(TextId::notInArchive)};
         item = ShellItem::make(item, child->name, child->info, Place::insideArchive);
     }
     return item;
@@ -176,13 +177,13 @@ Status FileNamespace::enumerateArchive(const Ref<const ShellItem>& folder, const
     const bool isTop = folder->place() == Place::archive;
     const ShellItem* archive = isTop ? folder.get() : folder->enclosingArchive();
     if (!archive || !listings_)
-        return Error{ErrorKind::notSupported, 0, "archives are not read"};
+        return Error{ErrorKind::notSupported, 0, filledText(TextId::archivesNotRead)};
     const auto listing = listings_->of(archive->path());
     if (!listing)
         return listing.error();
     const auto* children = (*listing)->children(pathInArchive(*folder));
     if (!children)
-        return Error{ErrorKind::notFound, 0, "no such folder in the archive"};
+        return Error{ErrorKind::notFound, 0, filledText(TextId::notInArchive)};
     for (const ArchiveListing::Child& child : *children) {
         if (!sink(ShellItem::make(folder, child.name, child.info, Place::insideArchive)))
             return {};
@@ -198,7 +199,7 @@ Result<std::unique_ptr<ContentReader>> FileNamespace::open(const ShellItem& item
 {
     if (const ShellItem* archive = item.enclosingArchive()) {
         if (!archives_ || item.isFolder())
-            return Error{ErrorKind::wrongType, 0, "not a file"};
+            return Error{ErrorKind::wrongType, 0, filledText(TextId::notFile)};
         return archives_->open(archive->path(), item.info().identity.index);
     }
     const bool followedLink = item.isReparsePoint() && item.info().kind != FileKind::link;
