@@ -31,6 +31,9 @@ constexpr int notAuthorised = 127;
 
 constexpr const char* elevator = "pkexec";
 
+// There is no terminal to ask on; a word that only pkexec itself is given.
+constexpr const char* askingMark = "--disable-internal-agent";
+
 std::optional<std::string> readText(const char* file)
 {
     std::ifstream stream(file, std::ios::binary);
@@ -39,11 +42,11 @@ std::optional<std::string> readText(const char* file)
     return std::string(std::istreambuf_iterator(stream), {});
 }
 
-// While it asks for a password pkexec runs under its own name; then it becomes the program.
+// As long as pkexec asks, the process has pkexec's words; for an instant before that, and after its end, it has none.
 bool isStillAsking(pid_t process)
 {
-    const auto name = readText(("/proc/" + std::to_string(process) + "/comm").c_str());
-    return name == std::string(elevator) + "\n";
+    const auto words = readText(("/proc/" + std::to_string(process) + "/cmdline").c_str());
+    return words && (words->empty() || words->find(askingMark) != std::string::npos);
 }
 
 Status elevationOutcome(int exitCode)
@@ -85,7 +88,7 @@ public:
         const path pkexec = linux_os::findProgram(elevator, tools_.searchPath);
         if (pkexec.empty())
             return Error{ErrorKind::notSupported, 0, "polkit's pkexec is not installed"};
-        std::vector<NativeString> words{"--disable-internal-agent", std::filesystem::absolute(program).native()};
+        std::vector<NativeString> words{askingMark, std::filesystem::absolute(program).native()};
         words.insert(words.end(), arguments.begin(), arguments.end());
         auto asking = ChildProcess::start(pkexec, words);
         return asking ? waitForElevation(*asking) : asking.error();
