@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "app/text_lists.h"
+#include "base/filled_text.h"
 #include "base/utf.h"
 #include "cli/printable.h"
 #include "cli/value_json.h"
@@ -104,14 +105,16 @@ Json locationJson(const SettingsLocation& location)
 
 std::string padded(std::string text, std::size_t width)
 {
-    text.append(width - std::min(width, text.size()), ' ');
+    const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };  // of UTF-8
+    const auto shown = text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
+    text.append(width - std::min(width, shown), ' ');
     return text;
 }
 
 std::string remark(const SettingRow& row, const std::string& value, const SettingsContext& context)
 {
     const std::string standard = shownDefault(row, context).text;
-    std::string remark = standard == value || standard.empty() ? "" : "default " + standard;
+    std::string remark = standard == value || standard.empty() ? "" : filledText(TextId::settingDefault, {standard});
     if (const auto* rule = std::get_if<NumberRule>(&row.rule); rule != nullptr && !rangeText(*rule).empty())
         remark += (remark.empty() ? "" : "; ") + rangeText(*rule);
     return remark.empty() ? "" : " (" + remark + ')';
@@ -120,7 +123,7 @@ std::string remark(const SettingRow& row, const std::string& value, const Settin
 void writeListLine(const SettingRow& row, const Settings& settings, std::size_t width, std::ostream& out)
 {
     const std::size_t entries = std::get<ListRule>(row.rule).show(settings).size();
-    const std::string count = std::to_string(entries) + (entries == 1 ? " entry" : " entries");
+    const std::string count = countedText(entries, TextId::oneEntry, TextId::manyEntries);
     out << padded(toUtf8(row.key), width) << padded(count, widestValue / 4) << "  " << toUtf8(text(row.meaning))
         << '\n';
 }
@@ -131,7 +134,7 @@ std::string placeText(const SettingsLocation& location)
 {
     if (location.isIni())
         return bytesFromNative(location.iniPath.native());
-    return "the registry, " + toUtf8(location.keyPath);
+    return filledText(TextId::placeInRegistry, {toUtf8(location.keyPath)});
 }
 
 std::string rangeText(const NumberRule& rule)
@@ -139,8 +142,9 @@ std::string rangeText(const NumberRule& rule)
     if (rule.clamp == Clamp::none)
         return {};
     if (rule.most == UINT32_MAX)
-        return (rule.clamp == Clamp::belowIsZero ? "0, or " : "") + std::to_string(rule.least) + " and more";
-    return std::to_string(rule.least) + " to " + std::to_string(rule.most);
+        return filledText(rule.clamp == Clamp::belowIsZero ? TextId::rangeZeroOrFrom : TextId::rangeFrom,
+                          {std::to_string(rule.least)});
+    return filledText(TextId::rangeFromTo, {std::to_string(rule.least), std::to_string(rule.most)});
 }
 
 void writeSettingsText(CRegistryAccess& settings, std::ostream& out)
@@ -148,7 +152,7 @@ void writeSettingsText(CRegistryAccess& settings, std::ostream& out)
     std::size_t width = 0;
     for (const SettingRow& row : settingsTable())
         width = std::max(width, row.key.size() + 2);
-    out << "Settings in " << printable(placeText(settings.location())) << "\n\n";
+    out << printable(filledText(TextId::settingsIn, {placeText(settings.location())})) << "\n\n";
     for (const SettingRow& row : settingsTable()) {
         if (std::holds_alternative<ListRule>(row.rule)) {
             writeListLine(row, settings.settings(), width, out);

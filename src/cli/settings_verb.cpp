@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "app/settings_saver.h"
+#include "base/filled_text.h"
 #include "base/utf.h"
 #include "base/words.h"
 #include "cli/arguments.h"
@@ -42,10 +43,11 @@ std::string unknownKey(const std::string& typed)
     for (const SettingRow& row : settingsTable())
         keys.push_back(toUtf8(row.key));
     const std::vector<std::string> near = nearestWords(typed, keys);
-    std::string message = "unknown setting \"" + typed + '"';
+    std::string offer;
     for (const std::string& key : near)
-        message += (key == near.front() ? " (did you mean " : ", ") + key;
-    return message + (near.empty() ? "" : "?)") + "; 'kelvane-cli settings list' prints all of them";
+        offer += (offer.empty() ? "" : ", ") + key;
+    return filledText(TextId::unknownSetting, {typed}) +
+           (near.empty() ? "" : ' ' + filledText(TextId::didYouMean, {offer})) + filledText(TextId::listPrintsSettings);
 }
 
 ExitCode list(CRegistryAccess& settings, const RawSettings& raw, const Console& console)
@@ -111,15 +113,15 @@ ExitCode setNumber(CRegistryAccess& settings, const SettingRow& row, const std::
     const std::string range = rangeText(rule);
     const auto stored = parseStored(typed);
     if (!stored)
-        return refuse(console,
-                      key + " takes a number" + (range.empty() ? "" : ", " + range) + ", not \"" + typed + '"');
+        return refuse(console, range.empty() ? filledText(TextId::settingTakesNumber, {key, typed})
+                                             : filledText(TextId::settingTakesNumberIn, {key, range, typed}));
     const std::uint32_t taken = acceptedNumber(rule, *stored, settings.context());
     if (taken != *stored && rule.clamp == Clamp::elseDefault)
-        return refuse(console, key + " takes " + range + ", not " + typed);
+        return refuse(console, filledText(TextId::settingTakesRange, {key, range, typed}));
     const ExitCode code =
         write(settings, console, [&](SettingsNode& general) { return general.writeNumber(taken, row.key); });
     if (code == ExitCode::done && taken != *stored)
-        complain(console, key + " is now " + std::to_string(taken) + ": " + typed + " is out of its range, " + range);
+        complain(console, filledText(TextId::settingIsNow, {key, std::to_string(taken), typed, range}));
     return code;
 }
 
@@ -131,10 +133,9 @@ ExitCode set(CRegistryAccess& settings, const RawSettings& raw, const Console& c
     if (std::holds_alternative<NumberRule>(row->rule))
         return setNumber(settings, *row, raw.words[1], console);
     if (!std::holds_alternative<TextRule>(row->rule))
-        return refuse(console,
-                      raw.words[0] + " is no single number or text: it is set by the program, or by an import");
+        return refuse(console, filledText(TextId::settingNotSingle, {raw.words[0]}));
     if (!isValidUtf8(raw.words[1]))
-        return refuse(console, "the text for " + raw.words[0] + " is no valid UTF-8");
+        return refuse(console, filledText(TextId::settingNotUtf8, {raw.words[0]}));
     return write(settings, console,
                  [&](SettingsNode& general) { return general.writeString(toUtf16(raw.words[1]), row->key); });
 }
@@ -143,13 +144,13 @@ std::string wrongCount(Action action)
 {
     switch (action) {
     case Action::list:
-        return "settings list takes nothing more";
+        return filledText(TextId::listTakesNothing);
     case Action::get:
-        return "settings get needs a key";
+        return filledText(TextId::getNeedsKey);
     case Action::set:
-        return "settings set needs a key and a value";
+        return filledText(TextId::setNeedsValue);
     default:
-        return "settings export and import need one file";
+        return filledText(TextId::exportNeedsFile);
     }
 }
 
@@ -193,18 +194,18 @@ ExitCode act(Action action, const RawSettings& raw, Platform& platform, const Co
 
 ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
-    CLI::App app("Lists, reads, writes, exports and imports the settings.", "settings");
+    CLI::App app(filledText(TextId::settingsAbout), "settings");
     app.footer(footerText({TextId::settingsNotes, examples, {}}));
     RawSettings raw;
-    app.add_option("WORD", raw.words, "What to do, and with what")->type_name("");
-    app.add_option("--settings", raw.settings, "The settings of this INI file")->type_name("FILE")->take_last();
-    app.add_flag("--json", raw.json, "Print list and get as JSON");
-    app.add_flag("--overwrite", raw.overwrite, "Let export write into a file that exists");
+    app.add_option("WORD", raw.words, filledText(TextId::settingsWordHelp))->type_name("");
+    app.add_option("--settings", raw.settings, filledText(TextId::settingsFileHelp))->type_name("FILE")->take_last();
+    app.add_flag("--json", raw.json, filledText(TextId::settingsJsonHelp));
+    app.add_flag("--overwrite", raw.overwrite, filledText(TextId::settingsOverwriteHelp));
     if (const auto over =
             parseArguments(app, "list | get KEY... | set KEY VALUE | export FILE | import FILE", arguments, console))
         return *over;
     if (raw.words.empty())
-        return refuse(console, "settings needs to be told what to do; 'kelvane-cli settings --help' says more");
+        return refuse(console, filledText(TextId::settingsNeedsAction) + helpHint("settings"));
     const auto action = choose<Action>(TextId::unknownAction, raw.words.front(), actions);
     if (!action)
         return refuse(console, action.error().detail);
