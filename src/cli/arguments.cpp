@@ -48,10 +48,18 @@ std::optional<std::string> leftoverMessage(const CLI::App& app)
     return filledText(TextId::oneArgumentTooMany, {word});
 }
 
-// CLI11 parts its groups by two empty lines; one is enough.
+void replaceOnce(std::string& text, std::string_view from, const std::string& to)
+{
+    if (const auto at = text.find(from); at != std::string::npos)
+        text.replace(at, from.size(), to);
+}
+
+// CLI11 parts its groups by two empty lines, where one is enough, and has two headings of its own.
 std::string helpText(const CLI::App& app)
 {
     std::string text = app.help();
+    replaceOnce(text, "\nPositionals:\n", '\n' + filledText(TextId::argumentsHeading) + '\n');
+    replaceOnce(text, "\nOptions:\n", '\n' + filledText(TextId::optionsHeading) + '\n');
     for (auto at = text.find("\n\n\n"); at != std::string::npos; at = text.find("\n\n\n", at))
         text.erase(at, 1);
     return text;
