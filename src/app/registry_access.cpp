@@ -20,6 +20,8 @@ TextId reasonOf(SettingsCode code)
     case SettingsCode::accessDenied:
     case SettingsCode::noKey:
         return TextId::problemAccessDenied;
+    case SettingsCode::notFound:
+        return TextId::problemNotFound;
     case SettingsCode::tooLong:
         return TextId::settingsTooLong;
     default:
@@ -29,6 +31,8 @@ TextId reasonOf(SettingsCode code)
 
 ErrorKind kindOf(SettingsCode code)
 {
+    if (code == SettingsCode::notFound)
+        return ErrorKind::notFound;
     return code == SettingsCode::accessDenied || code == SettingsCode::noKey ? ErrorKind::accessDenied : ErrorKind::io;
 }
 
@@ -54,7 +58,7 @@ SettingsCode deleteEverything(const SettingsRoot& root)
 
 Error located(const SettingsLocation& location, SettingsCode code)
 {
-    return {kindOf(code), 0, notWritten(location, filledText(reasonOf(code)))};
+    return {kindOf(code), 0, notWritten(location, settingsFailure(code))};
 }
 
 Error located(const SettingsLocation& location, const Error& error)
@@ -64,6 +68,11 @@ Error located(const SettingsLocation& location, const Error& error)
 }
 
 }  // namespace
+
+std::string settingsFailure(SettingsCode code)
+{
+    return filledText(reasonOf(code));
+}
 
 SettingsPorts settingsPorts(Platform& platform)
 {
@@ -200,7 +209,7 @@ SettingsCode CRegistryAccess::eraseAll()
 
 std::u16string CRegistryAccess::failureText(SettingsCode code) const
 {
-    return toUtf16(notWritten(location_, filledText(reasonOf(code))));
+    return toUtf16(notWritten(location_, settingsFailure(code)));
 }
 
 }  // namespace kelvane

@@ -36,6 +36,9 @@ struct SettingsPorts {
 
 [[nodiscard]] SettingsPorts settingsPorts(Platform& platform);
 
+// Why settings could not be written, as a clause for the person.
+[[nodiscard]] std::string settingsFailure(SettingsCode code);
+
 // Owned by the application object. One thread at a time.
 class CRegistryAccess {
 public:

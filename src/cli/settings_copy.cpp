@@ -26,12 +26,6 @@ ExitCode tell(const TransferReport& report, const std::string& place, const Cons
     return report.skipped.empty() ? ExitCode::done : ExitCode::incomplete;
 }
 
-ExitCode tellFailure(const CRegistryAccess& target, SettingsCode code, const Console& console)
-{
-    complain(console, toUtf8(target.failureText(code)));
-    return ExitCode::incomplete;
-}
-
 }  // namespace
 
 ExitCode exportSettings(CRegistryAccess& settings, const std::string& file, bool overwrite, Platform& platform,
@@ -48,7 +42,7 @@ ExitCode exportSettings(CRegistryAccess& settings, const std::string& file, bool
     target.useLocation({{}, path});
     TransferReport report;
     const SettingsCode code = copyAsBatch(settings.root(), target.root(), settings.context(), report);
-    return code == SettingsCode::done ? tell(report, file, console) : tellFailure(target, code, console);
+    return code == SettingsCode::done ? tell(report, file, console) : complainNotWritten(target, code, console);
 }
 
 ExitCode importSettings(CRegistryAccess& settings, const std::string& file, Platform& platform, const Console& console)
@@ -61,7 +55,7 @@ ExitCode importSettings(CRegistryAccess& settings, const std::string& file, Plat
     TransferReport report;
     const SettingsCode code = copyAsBatch((*source)->root(), settings.root(), settings.context(), report);
     return code == SettingsCode::done ? tell(report, placeText(settings.location()), console)
-                                      : tellFailure(settings, code, console);
+                                      : complainNotWritten(settings, code, console);
 }
 
 }  // namespace kelvane

@@ -1,7 +1,9 @@
 #include "cli/settings_in_force.h"
 
 #include "app/engine_settings.h"
+#include "base/filled_text.h"
 #include "cli/problems.h"
+#include "cli/settings_report.h"
 #include "platform/native_text.h"
 
 namespace kelvane {
@@ -45,6 +47,12 @@ Result<std::unique_ptr<CRegistryAccess>> settingsInForce(const std::string& iniF
     if (const std::string complaint = settings->store().complaint(); !complaint.empty())
         complain(console, "warning: " + complaint);
     return settings;
+}
+
+ExitCode complainNotWritten(const CRegistryAccess& settings, SettingsCode code, const Console& console)
+{
+    complain(console, filledText(TextId::placeNotWritten, {placeText(settings.location()), settingsFailure(code)}));
+    return ExitCode::incomplete;
 }
 
 Result<EngineOptions> engineSettings(const std::string& iniFile, Platform& platform, const Console& console)

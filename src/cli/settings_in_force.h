@@ -22,6 +22,9 @@ enum class NamedSettings { mustExist, mayBeNew };
 [[nodiscard]] Result<std::unique_ptr<CRegistryAccess>> settingsInForce(const std::string& iniFile, NamedSettings named,
                                                                        Platform& platform, const Console& console);
 
+// Names the place and the reason; gives the exit code for it.
+[[nodiscard]] ExitCode complainNotWritten(const CRegistryAccess& settings, SettingsCode code, const Console& console);
+
 // What a scan, a comparison or a description takes from them.
 [[nodiscard]] Result<EngineOptions> engineSettings(const std::string& iniFile, Platform& platform,
                                                    const Console& console);

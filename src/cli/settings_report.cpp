@@ -17,17 +17,12 @@ constexpr std::string_view pageWords[] = {"bookkeeping", "general",        "view
                                           "comparing",   "textExtraction", "cleanUp"};
 constexpr std::size_t widestValue = 40;
 
-bool isBits(std::u16string_view key)
-{
-    return key.starts_with(u"bin") || key.starts_with(u"rgb");
-}
-
 std::string numberText(std::uint32_t number, const SettingRow& row)
 {
     const auto& rule = std::get<NumberRule>(row.rule);
     if (rule.isSigned)
         return std::to_string(static_cast<std::int32_t>(number));
-    if (!isBits(row.key))
+    if (!isBits(row))
         return std::to_string(number);
     char text[11];
     std::snprintf(text, sizeof text, "0x%X", number);
@@ -135,6 +130,11 @@ std::string placeText(const SettingsLocation& location)
     if (location.isIni())
         return bytesFromNative(location.iniPath.native());
     return filledText(TextId::placeInRegistry, {toUtf8(location.keyPath)});
+}
+
+bool isBits(const SettingRow& row)
+{
+    return row.key.starts_with(u"bin") || row.key.starts_with(u"rgb");
 }
 
 std::string rangeText(const NumberRule& rule)

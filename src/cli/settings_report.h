@@ -13,6 +13,9 @@ namespace kelvane {
 // Where they are kept, for people: a path, or the key in the registry.
 [[nodiscard]] std::string placeText(const SettingsLocation& location);
 
+// A set of bits or a colour, which is written in hexadecimal.
+[[nodiscard]] bool isBits(const SettingRow& row);
+
 // "1 to 50", "0, or 10000 and more"; empty where any number will do.
 [[nodiscard]] std::string rangeText(const NumberRule& rule);
 

@@ -100,10 +100,7 @@ ExitCode write(CRegistryAccess& settings, const Console& console, const std::fun
         SettingsNode general(settings.root(), generalSection, SettingsAccess::writing);
         return general.isOpen() ? put(general) : SettingsCode::noKey;
     });
-    if (code == SettingsCode::done)
-        return ExitCode::done;
-    complain(console, toUtf8(settings.failureText(code)));
-    return ExitCode::incomplete;
+    return code == SettingsCode::done ? ExitCode::done : complainNotWritten(settings, code, console);
 }
 
 ExitCode setNumber(CRegistryAccess& settings, const SettingRow& row, const std::string& typed, const Console& console)
@@ -112,7 +109,8 @@ ExitCode setNumber(CRegistryAccess& settings, const SettingRow& row, const std::
     const std::string key = toUtf8(row.key);
     const std::string range = rangeText(rule);
     const auto stored = parseStored(typed);
-    if (!stored)
+    const bool below = typed.starts_with('-') && !rule.isSigned && !isBits(row);  // would count as a very large one
+    if (!stored || below)
         return refuse(console, range.empty() ? filledText(TextId::settingTakesNumber, {key, typed})
                                              : filledText(TextId::settingTakesNumberIn, {key, range, typed}));
     const std::uint32_t taken = acceptedNumber(rule, *stored, settings.context());

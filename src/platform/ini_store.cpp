@@ -23,6 +23,8 @@ SettingsCode codeOf(const Status& status)
     switch (status.error().kind) {
     case ErrorKind::accessDenied:
         return SettingsCode::accessDenied;
+    case ErrorKind::notFound:
+        return SettingsCode::notFound;
     case ErrorKind::invalid:
         return SettingsCode::tooLong;
     default:

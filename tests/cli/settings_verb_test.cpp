@@ -53,7 +53,7 @@ TEST_F(SettingsVerb, SetsWithinTheBoundsAndSaysSo)
     EXPECT_EQ(clamped.code, ExitCode::done);
     EXPECT_THAT(clamped.err, HasSubstr("nHugeFileMB is now 50: 500 is out of its range, 1 to 50"));
     EXPECT_EQ(get("nHugeFileMB"), "50\n");
-    EXPECT_EQ(settings({"set", "nMonitorPeekPC", "--", "-100"}).code, ExitCode::done);
+    EXPECT_EQ(settings({"set", "nMonitorPeekPC", "-100"}).code, ExitCode::done);
     EXPECT_EQ(get("nMonitorPeekPC"), "-100\n");
     EXPECT_EQ(settings({"set", "szFileCountRule", "*.ä"}).code, ExitCode::done);
     EXPECT_EQ(get("szFileCountRule"), "*.ä\n");
@@ -76,6 +76,7 @@ TEST_F(SettingsVerb, RefusesWhatCannotBeSet)
         {{"set", "nTextSample", "131073"}, "nTextSample takes 48000 to 131072, not 131073"},
         {{"set", "nTinyFile", "many"}, "nTinyFile takes a number, 2048 and more, not \"many\""},
         {{"set", "nTinyFile", "4294967296"}, "takes a number"},
+        {{"set", "nDeduped", "-5"}, "nDeduped takes a number, not \"-5\""},
         {{"set", "nTinyFile", "0x"}, "takes a number"},
         {{"set", "File types", "x"}, "is no single number or text"},
         {{"set", "szFileCountRule", "\xFF"}, "no valid UTF-8"},
@@ -92,7 +93,7 @@ TEST_F(SettingsVerb, RefusesWhatCannotBeSet)
     platform_.settings.writable = false;
     const ConsoleRun failed = settings({"set", "nTinyFile", "4096"});
     EXPECT_EQ(failed.code, ExitCode::incomplete);
-    EXPECT_THAT(failed.err, HasSubstr("cannot be written"));
+    EXPECT_THAT(failed.err, HasSubstr("Kelvane: cannot be written: permission denied"));
 }
 
 TEST_F(SettingsVerb, ExportsAndImportsEverything)
