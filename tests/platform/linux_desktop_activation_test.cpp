@@ -12,6 +12,13 @@
 #include "support/linux_environment.h"
 #include "support/temp_tree.h"
 
+// GLib's locks are made of system calls that the thread sanitizer cannot follow, so it takes what they guard for races.
+extern "C" const char* __tsan_default_suppressions();
+extern "C" const char* __tsan_default_suppressions()
+{
+    return "race:libglib-2.0.so\nrace:libgobject-2.0.so\nrace:libgio-2.0.so\n";
+}
+
 namespace kelvane {
 namespace {
 
