@@ -103,7 +103,8 @@ std::vector<DumpedModule> modulesIn(const std::vector<MappedRange>& ranges, cons
                 {file.start, file.end - file.start, withoutMark(file.path), elfBuildId(reader, file.start)});
     }
     const std::string program = withoutMark(reader.program());
-    std::ranges::stable_partition(modules, [&](const DumpedModule& module) { return module.path == program; });
+    std::stable_partition(modules.begin(), modules.end(),
+                          [&](const DumpedModule& module) { return module.path == program; });
     return modules;
 }
 

@@ -104,7 +104,7 @@ private:
     {
         std::vector<pid_t> ids = reader_.threads();
         if (fault)
-            std::ranges::stable_partition(ids, [&](pid_t id) { return id == fault->thread; });
+            std::stable_partition(ids.begin(), ids.end(), [&](pid_t id) { return id == fault->thread; });
         return ids;
     }
 
