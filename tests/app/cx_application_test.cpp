@@ -188,7 +188,10 @@ TEST_F(Application, AsAHelperItServesItsPortUntilToldToEnd)
     const auto request = encodeLinkRequest(bytesFromNative(computer.tree.path("link").native()),
                                            bytesFromNative(computer.tree.path("kept").native()));
     const bool made = send(port_tag::symbolicLink, *request) == port_answer::taken;
-    EXPECT_EQ(made, std::filesystem::is_symlink(computer.tree.path("link")));
+    // Windows may want more rights for a link, and Wine only pretends to make one.
+    if (std::filesystem::path::preferred_separator == '/') {
+        EXPECT_TRUE(made && std::filesystem::is_symlink(computer.tree.path("link")));
+    }
     EXPECT_EQ(send(port_tag::symbolicLink, std::vector<std::byte>(7)), port_answer::refused);
     EXPECT_EQ(send(3, std::vector<std::byte>(7, std::byte{1})), port_answer::refused);  // no command line
     EXPECT_EQ(send(port_tag::exit, {}), port_answer::taken);

@@ -105,7 +105,8 @@ void appendWithoutMarks(std::wstring_view text, std::wstring& plain)
     if (::GetStringTypeW(CT_CTYPE3, parts.data(), static_cast<int>(parts.size()), types.data()) == 0)
         types.assign(parts.size(), 0);
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        if ((types[i] & C3_NONSPACING) == 0)
+        // A letter with a stroke ("ø") counts as nonspacing too, but is a letter of its own.
+        if ((types[i] & (C3_NONSPACING | C3_ALPHA)) != C3_NONSPACING)
             plain += parts[i];
     }
 }
