@@ -3,6 +3,7 @@
 #include "app/settings_loader.h"
 #include "app/settings_saver.h"
 #include "app/settings_transfer.h"
+#include "base/filled_text.h"
 #include "base/utf.h"
 #include "cli/problems.h"
 #include "cli/settings_in_force.h"
@@ -20,9 +21,9 @@ SettingsCode copyAsBatch(const SettingsRoot& from, const SettingsRoot& to, const
 ExitCode tell(const TransferReport& report, const std::string& place, const Console& console)
 {
     for (const SkippedSetting& skipped : report.skipped)
-        complain(console, "skipped: " + toUtf8(skipped.name) + ' ' + skipped.reason);
-    complain(console,
-             std::to_string(report.values) + (report.values == 1 ? " value" : " values") + " written to " + place);
+        complain(console, filledText(TextId::settingSkipped, {toUtf8(skipped.name), skipped.reason}));
+    complain(console, filledText(report.values == 1 ? TextId::oneValueWritten : TextId::manyValuesWritten,
+                                 {place, std::to_string(report.values)}));
     return report.skipped.empty() ? ExitCode::done : ExitCode::incomplete;
 }
 
@@ -32,12 +33,11 @@ ExitCode exportSettings(CRegistryAccess& settings, const std::string& file, bool
                         const Console& console)
 {
     if (isFirstRun(settings.root()))
-        return refuse(console,
-                      "there is nothing to export: no settings were saved in " + placeText(settings.location()));
+        return refuse(console, filledText(TextId::nothingToExport, {placeText(settings.location())}));
     const std::filesystem::path path = namedFile(file);
     const bool exists = platform.files().details(path, Links::asThemselves).ok();
     if (exists && !overwrite)
-        return refuse(console, file + ": exists already; --overwrite replaces what it holds of these settings");
+        return refuse(console, filledText(TextId::exportFileExists, {file}));
     CRegistryAccess target(platform);
     target.useLocation({{}, path});
     TransferReport report;
@@ -51,7 +51,7 @@ ExitCode importSettings(CRegistryAccess& settings, const std::string& file, Plat
     if (!source)
         return refuse(console, source.error().detail);
     if (isFirstRun((*source)->root()))
-        return refuse(console, file + ": holds no settings of this program: there is no section \"general\"");
+        return refuse(console, filledText(TextId::holdsNoSettings, {file}));
     TransferReport report;
     const SettingsCode code = copyAsBatch((*source)->root(), settings.root(), settings.context(), report);
     return code == SettingsCode::done ? tell(report, placeText(settings.location()), console)

@@ -15,7 +15,7 @@ Status checkExists(const std::filesystem::path& file, const std::string& typed, 
     if (!details)
         return Error{details.error().kind, 0, typed + ": " + errorText(details.error())};
     if (details->kind != FileKind::regular)
-        return Error{ErrorKind::wrongType, 0, typed + ": not a regular file"};
+        return Error{ErrorKind::wrongType, 0, typed + ": " + filledText(TextId::notRegularFile)};
     return {};
 }
 
@@ -45,7 +45,7 @@ Result<std::unique_ptr<CRegistryAccess>> settingsInForce(const std::string& iniF
     }
     settings->loadForReading();
     if (const std::string complaint = settings->store().complaint(); !complaint.empty())
-        complain(console, "warning: " + complaint);
+        complain(console, filledText(TextId::warning, {complaint}));
     return settings;
 }
 
