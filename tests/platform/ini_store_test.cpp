@@ -4,7 +4,6 @@
 #include <thread>
 
 #include "platform/platform.h"
-#include "platform/settings_store_contract.h"
 #include "support/faulty_output.h"
 #include "support/temp_tree.h"
 
@@ -58,27 +57,6 @@ protected:
         return settings.commit();
     }
 };
-
-class IniWorld final : public SettingsWorld {
-public:
-    std::unique_ptr<SettingsStore> open() override
-    {
-        return makeIniStore(platform_->files(), platform_->output(), platform_->folding(), tree_.path("kelvane.ini"));
-    }
-
-private:
-    TempTree tree_;
-    std::unique_ptr<Platform> platform_ = makePlatform();
-};
-
-INSTANTIATE_TEST_SUITE_P(Ini, SettingsStoreContract, ::testing::Values([] {
-                             SettingsBackEnd ini{.name = "Ini", .make = std::make_unique<IniWorld>};
-                             ini.knowsTypes = false;
-                             ini.keepsEmptySections = false;
-                             ini.keepsAnyText = false;
-                             ini.keepsMissingNumber = false;
-                             return ini;
-                         }()));
 
 TEST_F(IniStoreTest, ReadsWhatAnotherProgramWrote)
 {
