@@ -9,7 +9,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::uint32_t lockMilliseconds = 5'000;
+constexpr std::uint32_t lockMilliseconds = 10'000;
 constexpr int mostDamagedFiles = 1'000;
 
 std::string shown(const std::filesystem::path& path)

@@ -5,6 +5,7 @@
 
 #include "base/utf.h"
 #include "engine/grouping_world.h"
+#include "support/paths.h"
 
 namespace kelvane {
 namespace {
@@ -67,7 +68,10 @@ TEST_F(ScanDriver, WalksEveryRootOnceAndTellsWhatItFound)
     EXPECT_EQ(report.candidateBytes, 22u);
     EXPECT_EQ(report.walk.folders, 3u);
     EXPECT_EQ(report.grouping.groups, 1u);
-    EXPECT_THAT(report.roots.roots, ElementsAre("/one", "/two"));
+    // The rules of this world are those of POSIX; elsewhere they cannot tell that one root lies in another.
+    if (testing::pathsArePosix) {
+        EXPECT_THAT(report.roots.roots, ElementsAre("/one", "/two"));
+    }
     EXPECT_THAT(diary.lines, ElementsAre("started", "ended", "3 duplicates found in 0:00 minutes"));
 }
 

@@ -51,11 +51,12 @@ TEST_F(ScanSummary, ListsTheRootsOneALine)
     if (std::filesystem::path::preferred_separator != '/')
         GTEST_SKIP() << "these rules are for systems whose paths are POSIX paths";
     const std::string path = "/home/somebody/pictures/2024/summer";
+    const std::string root(1, static_cast<char>(std::filesystem::path::preferred_separator));
     node.roots = rules->joinRoots({"/", path});
-    EXPECT_EQ(summary()["<%PATHS%>"], "[+] /<br>[+] " + path.substr(0, 30));
+    EXPECT_EQ(summary()["<%PATHS%>"], "[+] " + root + "<br>[+] " + path.substr(0, 30));
     node.set(scan_flag::subfolders, false);
     node.extraRootsLine = "Pictures library";
-    EXPECT_EQ(summary()["<%PATHS%>"], "Pictures library<br>/<br>" + path.substr(0, 30));
+    EXPECT_EQ(summary()["<%PATHS%>"], "Pictures library<br>" + root + "<br>" + path.substr(0, 30));
 }
 
 TEST(MessageText, IsCutBetweenCharacters)

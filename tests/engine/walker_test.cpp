@@ -151,7 +151,9 @@ TEST_F(Walking, ProtectionLeavesHiddenThingsAlone)
     EXPECT_THAT(walk(protect, {"/d/.git"}), ElementsAre("/d/.git/a"));  // a root was chosen
     EXPECT_THAT(walk(protect, {"/d/.hidden"}), IsEmpty());
     files.addFile("/usr/a", "x");
-    EXPECT_THAT(walk(protect, {"/"}), ElementsAre("/d/b"));
+    if (testing::pathsArePosix) {
+        EXPECT_THAT(walk(protect, {"/"}), ElementsAre("/d/b"));
+    }
 }
 
 TEST_F(Walking, PseudoFileSystemsAreNeverEntered)
@@ -179,7 +181,8 @@ TEST_F(Walking, AFolderThatCannotBeListedIsToldAndCountedUnlessItVanished)
     EXPECT_EQ(result, WalkResult::done);
     EXPECT_EQ(stats.skipped, 1u);
     const auto told = [&](const char* path) {
-        return std::ranges::count(observer.skippedItems, path, &SkippedItem::path);
+        return std::ranges::count_if(observer.skippedItems,
+                                     [&](const SkippedItem& item) { return testing::posix(item.path) == path; });
     };
     EXPECT_EQ(told("/d/locked"), 1);
     EXPECT_EQ(told("/d/vanished"), 1);
@@ -217,7 +220,7 @@ TEST_F(Walking, ArchivesAreFoldersAndFilesAtOnce)
     EXPECT_THAT(walk(subfolders), UnorderedElementsAre("/d/a.zip", "/d/twin.zip", "/d/broken.zip", "/d/a.zip/in",
                                                        "/d/a.zip/sub/nested.zip"));
     ASSERT_EQ(observer.skippedItems.size(), 1u);
-    EXPECT_EQ(observer.skippedItems[0].path, "/d/broken.zip");
+    EXPECT_EQ(testing::posix(observer.skippedItems[0].path), "/d/broken.zip");
     EXPECT_THAT(walk(subfolders, {"/d/a.zip"}),
                 UnorderedElementsAre("/d/a.zip", "/d/a.zip/in", "/d/a.zip/sub/nested.zip"));
     EXPECT_EQ(walk(0).size(), 3u);

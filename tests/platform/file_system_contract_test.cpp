@@ -190,7 +190,10 @@ TEST_P(FileSystemContract, AListingSurvivesRemovalsAndEndsWhenItsSinkHasEnough)
 
     EXPECT_TRUE(files().enumerate(world_->path("f"), Links::asThemselves, removeThenStop).ok());
     EXPECT_EQ(seen, 2);
-    EXPECT_TRUE(std::stoi(last) >= 47 || GetParam().name == "memory") << "an entry that is gone was given";
+    // Linux tells of each entry when it is given, Windows of many at once.
+    if (GetParam().name == "system" && testing::pathsArePosix) {
+        EXPECT_GE(std::stoi(last), 47) << "an entry that is gone was given";
+    }
 }
 
 TEST_P(FileSystemContract, OnlyFoldersAreListedAndOnlyRegularFilesOpened)

@@ -11,6 +11,8 @@
 
 namespace kelvane::testing {
 
+inline constexpr bool pathsArePosix = std::filesystem::path::preferred_separator == '/';
+
 [[nodiscard]] inline NativeString native(std::string_view path)
 {
     return nativeFromBytes(path);

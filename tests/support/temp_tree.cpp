@@ -58,7 +58,7 @@ fs::path TempTree::write(std::string_view relative, std::string_view contents) c
     file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
     file.close();
     if (!file)
-        throw std::runtime_error("cannot write " + full.string());
+        throw std::runtime_error("cannot write " + posix(full));
     return full;
 }
 
@@ -80,7 +80,7 @@ fs::path TempTree::symlink(std::string_view relative, const fs::path& target) co
 {
     fs::path full = placeFor(relative);
     if (!makeSymbolicLink(full, target))
-        throw std::runtime_error("cannot make the link " + full.string());
+        throw std::runtime_error("cannot make the link " + posix(full));
     return full;
 }
 
@@ -93,7 +93,7 @@ std::string TempTree::read(std::string_view relative) const
 {
     std::ifstream file(openable(path(relative)), std::ios::binary);
     if (!file)
-        throw std::runtime_error("cannot read " + path(relative).string());
+        throw std::runtime_error("cannot read " + posix(path(relative)));
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -81,10 +81,12 @@ Error openError(const std::wstring& path)
 
 Result<std::unique_ptr<ContentReader>> openContents(const std::wstring& path, ReadPattern pattern, Links links)
 {
-    bool follow = links == Links::followed;
+    const bool follow = links == Links::followed;
     Handle file = open(path, pattern, follow);
     if (!file.valid())
         return openError(path);
+    if (::GetFileType(file.get()) != FILE_TYPE_DISK)
+        return wrongType();
     auto info = infoOf(file.get());
     if (info && !follow && info->kind == FileKind::regular && (info->attributes & attribute::reparsePoint) != 0) {
         // No link, but contents that are kept elsewhere; they come only when the reparse point is let do its work.
@@ -98,7 +100,7 @@ Result<std::unique_ptr<ContentReader>> openContents(const std::wstring& path, Re
     }
     if (!info)
         return info.error();
-    if (info->kind != FileKind::regular || ::GetFileType(file.get()) != FILE_TYPE_DISK)
+    if (info->kind != FileKind::regular)
         return wrongType();
     return std::unique_ptr<ContentReader>(std::make_unique<FileReader>(std::move(file)));
 }
