@@ -43,12 +43,10 @@ int CXApplication::run(const CommandText& text, std::uint32_t showCommand)
 {
     if (const auto status = start(text, showCommand))
         return *status;
-    bool staying = true;
-    while (staying) {
-        auto message = messages_.take();
-        if (message)
-            dispatch(*std::move(message));
-        staying = message && !mayLeave();
+    while (auto message = messages_.take()) {
+        dispatch(*std::move(message));
+        if (mayLeave())
+            break;
     }
     shutDown();
     return exit_status::done;

@@ -33,9 +33,10 @@ CSingleInstanceApp::HandOver CSingleInstanceApp::handOver(const std::string& nam
 bool CSingleInstanceApp::claim(const std::string& name, const InstancePorts::Handler& handler)
 {
     auto port = ports_.claim(name, handler);
-    if (port.ok())
-        port_ = std::move(port).value();
-    return port.ok() || port.error().kind != ErrorKind::changed;
+    if (!port.ok())
+        return port.error().kind != ErrorKind::changed;
+    port_ = std::move(port).value();
+    return true;
 }
 
 CSingleInstanceApp::Entry CSingleInstanceApp::becomeInstance(const std::string& name,

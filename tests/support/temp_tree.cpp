@@ -31,7 +31,8 @@ TempTree::TempTree() : path_(makeUniqueFolder()) {}
 TempTree::~TempTree()
 {
     std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    // Windows would drop the blank at the end of a name, and the removal would look for the file for ever.
+    fs::remove_all(openable(path_), ignored);
 }
 
 fs::path TempTree::path(std::string_view relative) const
@@ -86,7 +87,7 @@ fs::path TempTree::symlink(std::string_view relative, const fs::path& target) co
 
 void TempTree::remove(std::string_view relative) const
 {
-    fs::remove_all(path(relative));
+    fs::remove_all(openable(path(relative)));
 }
 
 std::string TempTree::read(std::string_view relative) const
