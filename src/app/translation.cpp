@@ -5,10 +5,12 @@
 namespace kelvane {
 namespace {
 
-// Of a program that lies in <prefix>/bin.
-std::filesystem::path packagedModules(const Places& places)
+// Of a program that lies in <prefix>/bin, or where it was built.
+Result<TextsByNumber> forPerson(TextModules& modules, const Places& places)
 {
-    return places.programFolder().parent_path() / "share" / "kelvane" / "translations";
+    const auto packaged =
+        modules.loadForPerson(places.programFolder().parent_path() / "share" / "kelvane" / "translations");
+    return packaged ? packaged : modules.loadForPerson(places.programFolder() / "translations");
 }
 
 bool install(const Result<TextsByNumber>& texts)
@@ -20,14 +22,13 @@ bool install(const Result<TextsByNumber>& texts)
 
 bool anyTranslation(TextModules& modules, const Places& places)
 {
-    return modules.anyIn(places.programFolder()) || modules.loadForPerson(packagedModules(places));
+    return modules.anyIn(places.programFolder()) || forPerson(modules, places).ok();
 }
 
 bool activateTranslation(TextModules& modules, const Places& places, bool wanted)
 {
     releaseTranslation();
-    return wanted &&
-           (install(modules.load(places.programFolder())) || install(modules.loadForPerson(packagedModules(places))));
+    return wanted && (install(modules.load(places.programFolder())) || install(forPerson(modules, places)));
 }
 
 }  // namespace kelvane

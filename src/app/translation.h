@@ -11,9 +11,9 @@ namespace kelvane {
 [[nodiscard]] bool anyTranslation(TextModules& modules, const Places& places);
 
 // Puts a translation in force when one is wanted and installed: the first module in the program's folder, or else the
-// one for the person's language among those that a package installed in share/kelvane/translations. A module that is
-// damaged or holds no text 130 is passed over. Otherwise English is in force. Returns isTranslated(). Call on the main
-// thread before others start.
+// one for the person's language among those that a package installed in share/kelvane/translations, or that stand in
+// translations/ beside the program as its build leaves them. A module that is damaged or holds no text 130 is passed
+// over. Otherwise English is in force. Returns isTranslated(). Call on the main thread before others start.
 bool activateTranslation(TextModules& modules, const Places& places, bool wanted);
 
 }  // namespace kelvane

@@ -21,11 +21,12 @@ struct FewModules final : TextModules {
     }
     Result<TextsByNumber> loadForPerson(const std::filesystem::path& folder) override
     {
-        EXPECT_EQ(folder, "/prefix/share/kelvane/translations");
-        return packaged ? Result<TextsByNumber>(*packaged) : Error{ErrorKind::invalid, 0, ""};
+        const bool here = folder == (built ? "/prefix/bin/translations" : "/prefix/share/kelvane/translations");
+        return packaged && here ? Result<TextsByNumber>(*packaged) : Error{ErrorKind::invalid, 0, ""};
     }
     std::optional<TextsByNumber> beside;
     std::optional<TextsByNumber> packaged;
+    bool built = false;
 };
 
 TEST(Translation, OneBesideTheProgramGoesBeforeThePackagedOne)
@@ -51,6 +52,8 @@ TEST(Translation, OneBesideTheProgramGoesBeforeThePackagedOne)
         EXPECT_EQ(anyTranslation(modules, places), one.beside.has_value() || one.packaged.has_value());
         EXPECT_EQ(activateTranslation(modules, places, one.wanted), one.language != u"English");
         EXPECT_EQ(text(TextId::languageName), one.language);
+        modules.built = true;
+        EXPECT_EQ(activateTranslation(modules, places, one.wanted), one.language != u"English");
     }
     releaseTranslation();
 }
