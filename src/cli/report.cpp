@@ -21,6 +21,17 @@ void writeReport(OutputFormat format, const ScanOutcome& outcome, std::ostream& 
     }
 }
 
+void forEachGroup(const ResultsModel& results, const std::function<bool(const GroupFacts&)>& visit)
+{
+    results.forEachRun([&](std::span<const ItemId> run) {
+        const ResultGroup& group = results.groupOf(run.front());
+        GroupFacts facts{group.number, group.approximate, {}};
+        for (const ItemId id : run)
+            facts.files.push_back(&results.item(id).file.item());
+        return visit(facts);
+    });
+}
+
 bool goesOn(const ScanOutcome& outcome, const std::ostream& out)
 {
     return out.good() && !outcome.cancel.cancelled();
@@ -30,14 +41,15 @@ bool goesOn(const ScanOutcome& outcome, const std::ostream& out)
 void writeNullReport(const ScanOutcome& outcome, std::ostream& out)
 {
     bool first = true;
-    for (const auto& group : outcome.results.groups()) {
+    forEachGroup(outcome.results, [&](const GroupFacts& group) {
         if (!goesOn(outcome, out))
-            return;
+            return false;
         if (!std::exchange(first, false))
             out.put('\0');
-        for (const ResultItem* item : group->items)
-            out << bytesFromNative(item->file->fullName()) << '\0';
-    }
+        for (const ShellItem* file : group.files)
+            out << bytesFromNative(file->fullName()) << '\0';
+        return true;
+    });
 }
 
 }  // namespace kelvane

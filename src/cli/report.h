@@ -1,7 +1,9 @@
 // What a scan prints.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
+#include <vector>
 
 #include "base/cancel.h"
 #include "cli/options.h"
@@ -28,6 +30,16 @@ void writeNullReport(const ScanOutcome& outcome, std::ostream& out);
 
 // "12 duplicates in 5 groups, 1.5 MB could be freed; 80 files (20.0 MB) in 0.3 seconds", ended by a line feed.
 void writeSummary(const ScanOutcome& outcome, std::ostream& err);
+
+// What a listing says of one group.
+struct GroupFacts {
+    std::uint32_t number = 0;
+    bool approximate = false;
+    std::vector<const ShellItem*> files;
+};
+
+// The groups in the order of the list, for as long as `visit` answers with true.
+void forEachGroup(const ResultsModel& results, const std::function<bool(const GroupFacts&)>& visit);
 
 // Whether a listing should go on with its next group.
 [[nodiscard]] bool goesOn(const ScanOutcome& outcome, const std::ostream& out);

@@ -8,10 +8,10 @@
 namespace kelvane {
 namespace {
 
-void writeFile(const ResultGroup& group, const ResultItem& item, std::ostream& out)
+void writeFile(const GroupFacts& group, const ShellItem& file, std::ostream& out)
 {
-    const FileInfo& info = item.file->info();
-    const std::string path = bytesFromNative(item.file->fullName());
+    const FileInfo& info = file.info();
+    const std::string path = bytesFromNative(file.fullName());
     writeCsvRow({std::to_string(group.number), group.approximate ? "true" : "false", std::to_string(info.size.bytes),
                  info.modified.ticks != 0 ? toIso8601(info.modified) : "", displayText(path),
                  isValidUtf8(path) ? "" : percentEncode(path)},
@@ -23,12 +23,13 @@ void writeFile(const ResultGroup& group, const ResultItem& item, std::ostream& o
 void writeCsvReport(const ScanOutcome& outcome, std::ostream& out)
 {
     writeCsvRow({"group", "approximate", "size", "modified", "path", "path_bytes"}, out);
-    for (const auto& group : outcome.results.groups()) {
+    forEachGroup(outcome.results, [&](const GroupFacts& group) {
         if (!goesOn(outcome, out))
-            return;
-        for (const ResultItem* item : group->items)
-            writeFile(*group, *item, out);
-    }
+            return false;
+        for (const ShellItem* file : group.files)
+            writeFile(group, *file, out);
+        return true;
+    });
 }
 
 }  // namespace kelvane

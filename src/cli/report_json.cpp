@@ -57,11 +57,11 @@ Json definitionJson(const ScanOutcome& outcome)
 Json statsJson(const ScanOutcome& outcome)
 {
     const ScanReport& report = outcome.report;
-    const std::size_t groups = outcome.results.groups().size();
+    const std::uint64_t groups = outcome.results.groupCount();
     return {{"files", report.candidates},
             {"bytes", report.candidateBytes},
             {"groups", groups},
-            {"duplicates", outcome.results.items().size() - groups},
+            {"duplicates", outcome.results.itemCount() - groups},
             {"seconds", report.seconds},
             {"phases",
              {{"gathering", report.walkSeconds},
@@ -75,13 +75,13 @@ Json statsJson(const ScanOutcome& outcome)
             {"withoutValue", report.walk.withoutValue}};
 }
 
-Json groupJson(const ResultGroup& group)
+Json groupJson(const GroupFacts& group)
 {
     Json files = Json::array();
-    for (const ResultItem* item : group.items) {
-        const FileInfo& info = item->file->info();
+    for (const ShellItem* item : group.files) {
+        const FileInfo& info = item->info();
         Json file;
-        addPath(file, bytesFromNative(item->file->fullName()));
+        addPath(file, bytesFromNative(item->fullName()));
         file["size"] = info.size.bytes;
         file["modified"] = timeJson(info.modified);
         files.push_back(std::move(file));
@@ -97,11 +97,10 @@ void writeJsonReport(const ScanOutcome& outcome, std::ostream& out)
     out << "{\"definition\": " << dump(definitionJson(outcome), Layout::oneLine)
         << ",\n\"stats\": " << dump(statsJson(outcome), Layout::oneLine) << ",\n\"groups\": [";
     bool first = true;
-    for (const auto& group : outcome.results.groups()) {
-        if (!out.good())
-            return;
-        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(groupJson(*group), Layout::oneLine);
-    }
+    forEachGroup(outcome.results, [&](const GroupFacts& group) {
+        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(groupJson(group), Layout::oneLine);
+        return out.good();
+    });
     out << (first ? "" : "\n") << "]}\n";
 }
 

@@ -24,11 +24,11 @@ struct GroupSizes {
     std::uint64_t total = 0;
 };
 
-GroupSizes sizesOf(const ResultGroup& group)
+GroupSizes sizesOf(const GroupFacts& group)
 {
     GroupSizes sizes;
-    for (const ResultItem* item : group.items) {
-        const FileSize size = item->file->info().size;
+    for (const ShellItem* file : group.files) {
+        const FileSize size = file->info().size;
         sizes.smallest = std::min(sizes.smallest, size);
         sizes.largest = std::max(sizes.largest, size);
         sizes.total += size.bytes;
@@ -36,11 +36,11 @@ GroupSizes sizesOf(const ResultGroup& group)
     return sizes;
 }
 
-std::string groupTitle(const ResultGroup& group)
+std::string groupTitle(const GroupFacts& group)
 {
     const GroupSizes sizes = sizesOf(group);
     const std::string number = std::to_string(group.number);
-    const std::string files = countedFiles(group.items.size());
+    const std::string files = countedFiles(group.files.size());
     const std::string title =
         sizes.smallest == sizes.largest
             ? filledText(TextId::groupOfOneSize, {number, files, sizeText(sizes.largest)})
@@ -52,10 +52,11 @@ std::string groupTitle(const ResultGroup& group)
 std::uint64_t reclaimable(const ResultsModel& results)
 {
     std::uint64_t bytes = 0;
-    for (const auto& group : results.groups()) {
-        const GroupSizes sizes = sizesOf(*group);
+    forEachGroup(results, [&](const GroupFacts& group) {
+        const GroupSizes sizes = sizesOf(group);
         bytes += sizes.total - sizes.largest.bytes;
-    }
+        return true;
+    });
     return bytes;
 }
 
@@ -73,19 +74,20 @@ std::string secondsText(double seconds)
 void writeTextReport(const ScanOutcome& outcome, std::ostream& out)
 {
     bool first = true;
-    for (const auto& group : outcome.results.groups()) {
+    forEachGroup(outcome.results, [&](const GroupFacts& group) {
         if (!goesOn(outcome, out))
-            return;
-        out << (std::exchange(first, false) ? "" : "\n") << groupTitle(*group) << '\n';
-        for (const ResultItem* item : group->items)
-            out << printable(bytesFromNative(item->file->fullName())) << '\n';
-    }
+            return false;
+        out << (std::exchange(first, false) ? "" : "\n") << groupTitle(group) << '\n';
+        for (const ShellItem* file : group.files)
+            out << printable(bytesFromNative(file->fullName())) << '\n';
+        return true;
+    });
 }
 
 void writeSummary(const ScanOutcome& outcome, std::ostream& err)
 {
-    const std::uint64_t groups = outcome.results.groups().size();
-    const std::uint64_t duplicates = outcome.results.items().size() - groups;
+    const std::uint64_t groups = outcome.results.groupCount();
+    const std::uint64_t duplicates = outcome.results.itemCount() - groups;
     const std::string searched = filledText(TextId::summarySearched, {countedFiles(outcome.report.candidates),
                                                                       sizeText({outcome.report.candidateBytes}),
                                                                       secondsText(outcome.report.seconds)});

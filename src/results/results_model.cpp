@@ -1,30 +1,262 @@
 #include "results/results_model.h"
 
-namespace kelvane {
+#include <algorithm>
+#include <cassert>
+#include <utility>
 
-// Grouping hands the members of one group over one after the other, so only the last group can be the file's own.
+namespace kelvane {
+namespace {
+
+void add(MarkSum& sum, std::uint64_t bytes, bool in)
+{
+    sum.items += in ? 1 : std::uint64_t(-1);
+    sum.bytes += in ? bytes : 0 - bytes;
+}
+
+}  // namespace
+
+ResultsModel::ResultsModel() = default;
+ResultsModel::~ResultsModel() = default;
+
 Status ResultsModel::add(const Candidate& file, std::uint32_t flags)
 {
-    const auto number = static_cast<std::uint32_t>(file.group.value);
-    if (groups_.empty() || groups_.back()->number != number) {
-        groups_.push_back(std::make_unique<ResultGroup>());
-        groups_.back()->number = number;
-    }
-    ResultGroup& group = *groups_.back();
-    group.approximate = group.approximate || (flags & add_flag::approximate) != 0;
-    auto item = std::make_unique<ResultItem>();
-    item->file = file.itemRef();
-    item->groupNumber = number;
-    item->group = &group;
-    group.items.push_back(item.get());
-    items_.push_back(std::move(item));
+    add(file.itemRef(), static_cast<std::uint32_t>(file.group.value), (flags & add_flag::approximate) != 0);
     return {};
+}
+
+void ResultsModel::add(Ref<const ShellItem> file, std::uint32_t groupNumber, bool approximate)
+{
+    append(std::move(file), groupNumber, approximate);
+    for (ResultsObserver* observer : observers_)
+        observer->rowsReplaced({rowCount() - 1, 0}, 1);
+    tellCounts();
+}
+
+GroupId ResultsModel::groupNumbered(std::uint32_t number)
+{
+    const auto [found, added] = groupIds_.try_emplace(number, static_cast<GroupId>(groups_.size()));
+    if (added)
+        groups_.push_back({number, false, {}});
+    return found->second;
+}
+
+void ResultsModel::append(Ref<const ShellItem> file, std::uint32_t groupNumber, bool approximate)
+{
+    const auto id = static_cast<ItemId>(items_.size());
+    const GroupId groupId = groupNumbered(groupNumber);
+    ResultGroup& group = groups_[index(groupId)];
+    if (group.members.empty())
+        ++liveGroups_;
+    else
+        grouped_ = grouped_ && items_[index(order_.back())].group == groupId;
+    group.approximate = group.approximate || approximate;
+    group.members.push_back(id);
+    items_.push_back({ItemContext(std::move(file)), 0, noTag, groupId});
+    items_.back().file.group.value = static_cast<std::int32_t>(groupNumber);
+    positions_.push_back(static_cast<std::uint32_t>(order_.size()));
+    order_.push_back(id);
+    visible_.resize(order_.size());
+    ++aliveItems_;
+}
+
+void ResultsModel::selectLast()
+{
+    if (!order_.empty())
+        mark(std::span(&order_.back(), 1), Mark::selected, true);
 }
 
 void ResultsModel::clear()
 {
+    const RowRange all{0, rowCount()};
     items_.clear();
     groups_.clear();
+    groupIds_.clear();
+    order_.clear();
+    positions_.clear();
+    visible_ = {};
+    history_.clear();
+    tickedInView_ = tickedHidden_ = selectedInView_ = selectedHidden_ = {};
+    aliveItems_ = liveGroups_ = hidingFlags_ = 0;
+    grouped_ = true;
+    for (ResultsObserver* observer : observers_)
+        observer->rowsReplaced(all, 0);
+    tellCounts();
+}
+
+Row ResultsModel::rowCount() const
+{
+    return visible_.count();
+}
+
+ItemId ResultsModel::itemAt(Row row) const
+{
+    return order_[visible_.select(row)];
+}
+
+std::optional<Row> ResultsModel::rowOf(ItemId item) const
+{
+    if (!items_[index(item)].isVisible())
+        return std::nullopt;
+    return visible_.rank(positions_[index(item)]);
+}
+
+std::uint32_t ResultsModel::itemCount() const
+{
+    return aliveItems_;
+}
+
+std::uint32_t ResultsModel::hiddenCount() const
+{
+    return aliveItems_ - rowCount();
+}
+
+void ResultsModel::forEachRow(const std::function<void(ItemId)>& visit) const
+{
+    for (std::size_t position = 0; position < order_.size(); ++position) {
+        if (visible_.test(position))
+            visit(order_[position]);
+    }
+}
+
+void ResultsModel::forEachItem(const std::function<void(ItemId)>& visit) const
+{
+    for (const ItemId id : order_) {
+        if (!item(id).has(item_state::removed))
+            visit(id);
+    }
+}
+
+void ResultsModel::forEachRun(const std::function<bool(std::span<const ItemId>)>& visit) const
+{
+    std::vector<ItemId> run;
+    for (std::size_t position = 0; position < order_.size(); ++position) {
+        if (!visible_.test(position))
+            continue;
+        const ItemId id = order_[position];
+        if (!run.empty() && item(run.back()).group != item(id).group) {
+            if (!visit(run))
+                return;
+            run.clear();
+        }
+        run.push_back(id);
+    }
+    if (!run.empty())
+        (void)visit(run);
+}
+
+RowRange ResultsModel::runAt(Row row) const
+{
+    const GroupId group = item(itemAt(row)).group;
+    Row first = row, end = row + 1;
+    while (first > 0 && item(itemAt(first - 1)).group == group)
+        --first;
+    while (end < rowCount() && item(itemAt(end)).group == group)
+        ++end;
+    return {first, end - first};
+}
+
+void ResultsModel::setOrder(std::vector<ItemId> order, bool grouped)
+{
+    assert(order.size() == order_.size());
+    order_ = std::move(order);
+    grouped_ = grouped;
+    ++orderVersion_;
+    renumber({0, order_.size()});
+    for (ResultsObserver* observer : observers_)
+        observer->rowsReplaced({0, rowCount()}, rowCount());
+}
+
+void ResultsModel::replaceRows(Stretch stretch, const std::function<void()>& change)
+{
+    const RowRange before = rowsOf(stretch);
+    change();
+    const Row after = rowsOf(stretch).count;
+    if (before.count == 0 && after == 0)
+        return;
+    for (ResultsObserver* observer : observers_)
+        observer->rowsReplaced(before, after);
+}
+
+void ResultsModel::tellChanged(std::span<const ItemId> items)
+{
+    const RowRange rows = rowsOf(stretchOf(items));
+    if (rows.count == 0)
+        return;
+    for (ResultsObserver* observer : observers_)
+        observer->rowsChanged(rows);
+}
+
+void ResultsModel::tellCounts()
+{
+    for (ResultsObserver* observer : observers_)
+        observer->countsChanged();
+}
+
+void ResultsModel::addObserver(ResultsObserver& observer)
+{
+    observers_.push_back(&observer);
+}
+
+void ResultsModel::removeObserver(ResultsObserver& observer)
+{
+    std::erase(observers_, &observer);
+}
+
+void ResultsModel::renumber(Stretch stretch)
+{
+    for (std::size_t position = stretch.first; position < stretch.end; ++position) {
+        positions_[index(order_[position])] = static_cast<std::uint32_t>(position);
+        visible_.set(position, item(order_[position]).isVisible());
+    }
+}
+
+void ResultsModel::count(const ResultItem& item, bool in)
+{
+    if (item.has(item_state::removed))
+        return;
+    const bool hidden = item.has(item_state::hidden);
+    if (item.isTicked())
+        kelvane::add(hidden ? tickedHidden_ : tickedInView_, item.bytes(), in);
+    if (item.isSelected())
+        kelvane::add(hidden ? selectedHidden_ : selectedInView_, item.bytes(), in);
+}
+
+void ResultsModel::setState(ItemId id, std::uint16_t state)
+{
+    ResultItem& item = items_[index(id)];
+    count(item, false);
+    item.state = state;
+    count(item, true);
+    visible_.set(positions_[index(id)], item.isVisible());
+}
+
+ResultsModel::Stretch ResultsModel::stretchOf(std::span<const ItemId> items) const
+{
+    if (items.empty())
+        return {};
+    Stretch stretch{order_.size(), 0};
+    for (const ItemId id : items) {
+        const std::size_t position = positions_[index(id)];
+        stretch.first = std::min(stretch.first, position);
+        stretch.end = std::max(stretch.end, position + 1);
+    }
+    return stretch;
+}
+
+RowRange ResultsModel::rowsOf(Stretch stretch) const
+{
+    const Row first = visible_.rank(stretch.first);
+    return {first, visible_.rank(stretch.end) - first};
+}
+
+std::vector<ItemId> ResultsModel::rowsWhere(const std::function<bool(const ResultItem&)>& wanted) const
+{
+    std::vector<ItemId> found;
+    forEachRow([&](ItemId id) {
+        if (wanted(item(id)))
+            found.push_back(id);
+    });
+    return found;
 }
 
 }  // namespace kelvane

@@ -22,16 +22,16 @@ TEST(ResultsModel, KeepsTheGroupsAsTheyAreHandedOver)
         for (const Candidate& file : files)
             EXPECT_TRUE(model.add(file, file.group.value == 2 ? add_flag::approximate : 0));
     }
-    ASSERT_EQ(model.items().size(), 4u);
-    ASSERT_EQ(model.groups().size(), 2u);
-    const ResultGroup& second = *model.groups()[1];
+    ASSERT_EQ(model.rowCount(), 4u);
+    ASSERT_EQ(model.groupCount(), 2u);
+    const ResultGroup& second = model.groupOf(model.itemAt(3));
     EXPECT_EQ(second.number, 2u);
     EXPECT_TRUE(second.approximate);
-    EXPECT_FALSE(model.groups()[0]->approximate);
-    ASSERT_EQ(second.items.size(), 2u);
-    EXPECT_EQ(second.items[1], model.items()[3].get());
-    EXPECT_EQ(second.items[1]->file->path(), "/d") << "items outlive the candidates";
-    EXPECT_EQ(second.items[1]->group, &second);
+    EXPECT_FALSE(model.groupOf(model.itemAt(0)).approximate);
+    ASSERT_EQ(second.members.size(), 2u);
+    EXPECT_EQ(second.members[1], model.itemAt(3));
+    EXPECT_EQ(model.item(model.itemAt(3)).file.item().path(), "/d") << "items outlive the candidates";
+    EXPECT_EQ(model.runAt(1), (RowRange{0, 2}));
 }
 
 }  // namespace
