@@ -4,36 +4,18 @@
 #include <windows.h>
 
 #include "platform/windows/adapters.h"
-#include "platform/windows/handle.h"
 #include "support/temp_tree.h"
+#include "support/windows_self_start.h"
 
 namespace kelvane {
 namespace {
-
-using windows_os::Handle;
 
 constexpr const wchar_t* dumpVariable = L"KELVANE_DUMP";
 
 DWORD crashInto(const std::filesystem::path& dump)
 {
-    wchar_t program[MAX_PATH];
-    ::GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line =
-        L"\"" + std::wstring(program) + L"\" --gtest_filter=CrashOrder.CarryOut --gtest_catch_exceptions=0";
-    ::SetEnvironmentVariableW(dumpVariable, dump.c_str());
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    const BOOL started =
-        ::CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
-    ::SetEnvironmentVariableW(dumpVariable, nullptr);
-    if (started == FALSE)
-        throw std::runtime_error("this program could not be started again");
-    const Handle child(process.hProcess), thread(process.hThread);
-    ::WaitForSingleObject(child.get(), 60'000);
-    DWORD code = 0;
-    ::GetExitCodeProcess(child.get(), &code);
-    return code;
+    return testing::startSelf(L"--gtest_filter=CrashOrder.CarryOut --gtest_catch_exceptions=0", dumpVariable,
+                              dump.native());
 }
 
 TEST(CrashOrder, CarryOut)

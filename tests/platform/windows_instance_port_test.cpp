@@ -4,14 +4,13 @@
 
 #include "platform/instance_port_contract.h"
 #include "platform/windows/adapters.h"
-#include "platform/windows/handle.h"
+#include "support/windows_self_start.h"
 
 namespace kelvane {
 namespace {
 
 using std::chrono::seconds;
 using testing::Elsewhere;
-using windows_os::Handle;
 
 constexpr const wchar_t* orderVariable = L"KELVANE_PORT_ORDER";
 
@@ -40,23 +39,7 @@ Elsewhere resultOf(DWORD exitCode)
 // Starts this program with an order ("claim NAME", "send NAME TAG SIZE") in its environment and waits for its end.
 DWORD runWithOrder(const std::wstring& order)
 {
-    wchar_t program[MAX_PATH];
-    ::GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) + L"\" --gtest_filter=PortOrder.CarryOut";
-    ::SetEnvironmentVariableW(orderVariable, order.c_str());
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    const BOOL started =
-        ::CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
-    ::SetEnvironmentVariableW(orderVariable, nullptr);
-    if (started == FALSE)
-        throw std::runtime_error("this program could not be started again");
-    const Handle child(process.hProcess), thread(process.hThread);
-    ::WaitForSingleObject(child.get(), 60'000);
-    DWORD code = 0;
-    ::GetExitCodeProcess(child.get(), &code);
-    return code;
+    return testing::startSelf(L"--gtest_filter=PortOrder.CarryOut", orderVariable, order);
 }
 
 TEST(PortOrder, CarryOut)
