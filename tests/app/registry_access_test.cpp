@@ -1,5 +1,7 @@
 #include "app/registry_access.h"
 
+#include <gmock/gmock.h>
+
 #include "app/settings_loader.h"
 #include "app/version_info.h"
 #include "support/settings_world.h"

@@ -1,5 +1,7 @@
 #include "app/settings_location.h"
 
+#include <gmock/gmock.h>
+
 #include "support/settings_world.h"
 
 namespace kelvane {

@@ -1,5 +1,7 @@
 #include "app/settings_node.h"
 
+#include <gmock/gmock.h>
+
 #include "settings_back_ends.h"
 
 namespace kelvane {

@@ -1,6 +1,8 @@
 // Every row of the table, through every back end that this system has.
 #include "app/settings_table.h"
 
+#include <gmock/gmock.h>
+
 #include <set>
 
 #include "app/settings_loader.h"

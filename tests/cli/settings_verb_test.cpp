@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <nlohmann/json.hpp>
 
 #include "app/settings_table.h"

@@ -1,5 +1,7 @@
 #include "engine/node_blob.h"
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <functional>
 #include <sstream>

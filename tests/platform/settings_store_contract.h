@@ -1,6 +1,8 @@
 // The promises of the settings port: one suite, run on each back end that a test program instantiates it with.
 #pragma once
 
+#include <gmock/gmock.h>
+
 #include <functional>
 #include <memory>
 #include <string>
