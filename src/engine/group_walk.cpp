@@ -15,6 +15,7 @@ GroupWalk::GroupWalk(const ScanCriteria& criteria, const GroupingPorts& ports, c
       sorted_(sorted),
       stats_(stats),
       contents_(ports.shell, criteria.options, ports.cancel),
+      ignored_(ports.ignored, ports.shell, criteria.options, ports.cancel),
       matcher_(criteria, ports.properties, ports.shell, contents_, ports.similar),
       pacer_(ports.clock, ports.observer),
       used_(sorted.size()),
@@ -50,9 +51,7 @@ bool GroupWalk::seedGroup(std::uint32_t seed)
         return true;
     if (!collect(seed))
         return false;
-    if (!members_.empty() && wanted(seed))
-        handOver(seed);
-    return true;
+    return members_.empty() || handOver(seed);
 }
 
 bool GroupWalk::collect(std::uint32_t seed)
@@ -99,24 +98,57 @@ void GroupWalk::accept(std::uint32_t candidate)
 }
 
 // A search for one file's duplicates keeps no other group.
-bool GroupWalk::wanted(std::uint32_t seed) const
+bool GroupWalk::wanted(std::span<const std::uint32_t> group) const
 {
     if (mode_.onlyGroupOf == nullptr)
         return true;
-    const auto isTheFile = [&](std::uint32_t position) {
+    return std::any_of(group.begin(), group.end(), [&](std::uint32_t position) {
         return sameFile(sorted_.at(position).item(), *mode_.onlyGroupOf, ports_.paths);
-    };
-    return isTheFile(seed) || std::any_of(members_.begin(), members_.end(), isTheFile);
+    });
 }
 
-void GroupWalk::handOver(std::uint32_t seed)
+bool GroupWalk::handOver(std::uint32_t seed)
+{
+    std::vector<std::uint32_t> group{seed};
+    group.insert(group.end(), members_.rbegin(), members_.rend());
+    if (!wanted(group))
+        return true;
+    used_[seed] = true;
+    const bool approximate = approximate_ || approximateBySize(sorted_.at(seed).item());
+    const auto parts = parted(std::move(group));
+    if (!parts)
+        return false;
+    for (const auto& part : *parts)
+        if (part.size() > 1 && wanted(part))
+            handOver(part, approximate ? add_flag::approximate : 0);
+    return true;
+}
+
+std::optional<std::vector<std::vector<std::uint32_t>>> GroupWalk::parted(std::vector<std::uint32_t> group)
+{
+    std::vector<std::vector<std::uint32_t>> whole;
+    if (ignored_.isIdle()) {
+        whole.push_back(std::move(group));
+        return whole;
+    }
+    std::vector<const ShellItem*> items;
+    for (const std::uint32_t position : group)
+        items.push_back(&sorted_.at(position).item());
+    auto parts = ignored_.split(items);
+    if (!parts)
+        return std::nullopt;
+    stats_.ignoredPairs = ignored_.partedPairs();
+    for (auto& part : *parts)
+        for (std::uint32_t& member : part)
+            member = group[member];
+    return parts;
+}
+
+void GroupWalk::handOver(std::span<const std::uint32_t> group, std::uint32_t flags)
 {
     ++stats_.groups;
-    const bool approximate = approximate_ || approximateBySize(sorted_.at(seed).item());
-    const std::uint32_t flags = approximate ? add_flag::approximate : 0;
-    used_[seed] = true;
-    handOver(seed, flags);
-    std::for_each(members_.rbegin(), members_.rend(), [&](std::uint32_t member) { handOver(member, flags); });
+    for (const std::uint32_t position : group)
+        handOver(position, flags);
     if (mode_.onlyGroupOf != nullptr)
         ports_.sink.selectLast();
 }

@@ -3,10 +3,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "engine/candidate_sort.h"
 #include "engine/grouping.h"
+#include "engine/ignored_split.h"
 #include "engine/known_files.h"
 #include "engine/matcher.h"
 #include "engine/neighbours.h"
@@ -30,8 +33,11 @@ private:
     [[nodiscard]] bool collect(std::uint32_t seed);
     [[nodiscard]] MatchResult compare(std::uint32_t a, std::uint32_t b);
     void accept(std::uint32_t candidate);
-    [[nodiscard]] bool wanted(std::uint32_t seed) const;
-    void handOver(std::uint32_t seed);
+    [[nodiscard]] bool wanted(std::span<const std::uint32_t> group) const;
+    [[nodiscard]] bool handOver(std::uint32_t seed);
+    // Nothing when cancelled.
+    [[nodiscard]] std::optional<std::vector<std::vector<std::uint32_t>>> parted(std::vector<std::uint32_t> group);
+    void handOver(std::span<const std::uint32_t> group, std::uint32_t flags);
     void handOver(std::uint32_t position, std::uint32_t flags);
     [[nodiscard]] bool approximateBySize(const ShellItem& seed) const;
     void report(std::uint32_t position);
@@ -42,6 +48,7 @@ private:
     const SortedCandidates& sorted_;
     GroupingStats& stats_;
     ContentComparer contents_;
+    IgnoredSplitter ignored_;
     Matcher matcher_;
     ProgressPacer pacer_;
     Neighbours* neighbours_ = nullptr;

@@ -7,6 +7,7 @@
 #include "engine/candidate.h"
 #include "engine/criteria.h"
 #include "engine/group_sink.h"
+#include "engine/ignored_pairs.h"
 #include "engine/scan_observer.h"
 #include "engine/similar_content.h"
 #include "platform/clock.h"
@@ -25,6 +26,7 @@ struct GroupingPorts {
     const CancelFlag& cancel;
     GroupSink& sink;
     SimilarContent* similar = nullptr;
+    const IgnoredPairs* ignored = nullptr;  // what to leave apart
 };
 
 struct AheadBudget;
@@ -41,14 +43,16 @@ struct GroupingStats {
     std::uint64_t grouped = 0;     // files handed over
     std::uint64_t duplicates = 0;  // grouped - groups
     std::uint64_t bytesRead = 0;
-    std::uint64_t skipped = 0;  // unreadable, or changed while read
+    std::uint64_t skipped = 0;       // unreadable, or changed while read
+    std::uint64_t ignoredPairs = 0;  // matched, but declared as not duplicates
     double sortSeconds = 0;
     double compareSeconds = 0;
 };
 
 // Sorts, groups and hands over. Returns the number of files placed in groups, or -1 when cancelled; groups handed over
 // before that stay with the sink. Decisions are made on the calling thread in sorted order; contents are read ahead by
-// worker threads. Hard links of a grouped file are excluded, never grouped.
+// worker threads. Hard links of a grouped file are excluded, never grouped. A group with files that were declared not
+// to be duplicates is handed over as several, see IgnoredSplitter; whoever is alone then is left out.
 [[nodiscard]] std::int64_t groupCandidates(const ScanCriteria& criteria, CandidateList& candidates,
                                            const GroupingPorts& ports, const GroupingMode& mode, GroupingStats& stats);
 

@@ -98,8 +98,8 @@ void runPhases(const ScanCriteria& criteria, const ScanPorts& ports, ScanReport&
         report.rows = -1;
         return;
     }
-    const GroupingPorts groupingPorts{ports.shell,    ports.paths,  ports.properties, ports.clock,
-                                      ports.observer, ports.cancel, ports.sink,       ports.similar};
+    const GroupingPorts groupingPorts{ports.shell,  ports.paths, ports.properties, ports.clock,  ports.observer,
+                                      ports.cancel, ports.sink,  ports.similar,    ports.ignored};
     report.rows = groupCandidates(criteria, candidates, groupingPorts, {}, report.grouping);
 }
 

@@ -22,6 +22,7 @@ struct ScanPorts {
     const CancelFlag& cancel;
     GroupSink& sink;
     SimilarContent* similar = nullptr;
+    const IgnoredPairs* ignored = nullptr;
 };
 
 struct ScanReport {

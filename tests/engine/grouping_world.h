@@ -69,7 +69,7 @@ struct GroupingWorld : ScanWorld {
 
     std::int64_t group(const ScanCriteria& by, CandidateList& list, RecordingSink& sink, GroupingMode mode = {})
     {
-        const GroupingPorts ports{*shell, *paths, properties, clock, observer, cancel, sink, similar};
+        const GroupingPorts ports{*shell, *paths, properties, clock, observer, cancel, sink, similar, ignored};
         mode.budget = &budget;
         return groupCandidates(by, list, ports, mode, stats);
     }
@@ -86,6 +86,7 @@ struct GroupingWorld : ScanWorld {
     }
 
     SimilarContent* similar = nullptr;
+    const IgnoredPairs* ignored = nullptr;
 
 private:
     void addFolder(CandidateList& list, const Ref<const ShellItem>& folder)
