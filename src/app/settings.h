@@ -10,6 +10,7 @@
 #include "base/file_size.h"
 #include "base/file_time.h"
 #include "engine/engine_options.h"
+#include "engine/ignored_pairs.h"
 #include "engine/scan_node.h"
 
 namespace kelvane {
@@ -112,6 +113,7 @@ struct Settings {
     RecentDocuments recentDocuments;             // "general\Recent Document List"
     std::vector<TagColor> tagColors;             // "Tag colors"
     std::vector<std::uint32_t> excludedVolumes;  // "Excluded volumes": serial numbers, directly under the root
+    std::vector<IgnoredGroup> ignoredGroups;     // "Ignored pairs": declared not to be duplicates
     std::optional<CScanNode> lastScan;           // the whole definition, beside its option bits
 
     bool firstRun = false;           // "general" was not there

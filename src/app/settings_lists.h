@@ -23,11 +23,11 @@ using WriteList = SettingsCode(const SettingsRoot& root, const Settings& setting
 using ShowList = std::vector<std::u16string>(const Settings& settings);
 
 ReadList readFileTypes, readColumnSets, readFolderSets, readSavedScans, readScanHistory, readRecentDocuments,
-    readExcludedVolumes, readTagColors;
+    readExcludedVolumes, readIgnoredPairs, readTagColors;
 WriteList writeFileTypes, writeColumnSets, writeFolderSets, writeSavedScans, writeScanHistory, writeRecentDocuments,
-    writeExcludedVolumes, writeTagColors;
+    writeExcludedVolumes, writeIgnoredPairs, writeTagColors;
 ShowList showFileTypes, showColumnSets, showFolderSets, showSavedScans, showScanHistory, showRecentDocuments,
-    showExcludedVolumes, showTagColors;
+    showExcludedVolumes, showIgnoredPairs, showTagColors;
 
 // Puts a document in front; the same one further down goes, and so does what is over the capacity.
 void addRecentDocument(RecentDocuments& documents, const std::u16string& path);

@@ -170,6 +170,8 @@ constexpr SettingRow table[] = {
      NumberRule{.field = &Settings::viewBackground, .fallback = view_color::ofSystem}},
     {u"Excluded volumes", TextId::settingExcludedVolumes, OptionsPage::scanning, SavedWhen::persistent,
      ListRule{readExcludedVolumes, writeExcludedVolumes, showExcludedVolumes}},
+    {u"Ignored pairs", TextId::settingIgnoredPairs, OptionsPage::scanning, SavedWhen::persistent,
+     ListRule{readIgnoredPairs, writeIgnoredPairs, showIgnoredPairs}},
     {u"nIconSize", TextId::settingIconSize, OptionsPage::view, SavedWhen::never,
      NumberRule{.field = &Settings::iconSize, .fallback = 24}},
     {u"szTextViewerPath", TextId::settingTextViewer, OptionsPage::general, SavedWhen::never,

@@ -17,6 +17,7 @@ constexpr std::array table = {
     Verb{"scan", TextId::scanSummary, scanVerb},
     Verb{"compare", TextId::compareSummary, compareVerb},
     Verb{"describe", TextId::describeSummary, describeVerb},
+    Verb{"ignore", TextId::ignoreSummary, ignoreVerb},
     Verb{"settings", TextId::settingsSummary, settingsVerb},
 };
 

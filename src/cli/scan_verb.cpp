@@ -46,13 +46,16 @@ void complainOfSkipped(std::uint64_t count, const ScanWatch& watch, const ScanRe
 
 // What took no part although nothing is wrong with it. Without a word of it, a search by a property that no file has
 // would look like one that found nothing.
-void noteLeftOut(const WalkStats& walk, const ScanCriteria& criteria, const Console& console)
+void noteLeftOut(const ScanReport& report, const ScanCriteria& criteria, const Console& console)
 {
+    const WalkStats& walk = report.walk;
     if (walk.withoutValue > 0)
         complain(console, filledText(walk.withoutValue == 1 ? TextId::oneWithoutValue : TextId::manyWithoutValue,
                                      {criteria.primary.info->name, std::to_string(walk.withoutValue)}));
     if (walk.offlineSkipped > 0)
         complain(console, countedText(walk.offlineSkipped, TextId::oneStoredElsewhere, TextId::manyStoredElsewhere));
+    if (const std::uint64_t pairs = report.grouping.ignoredPairs; pairs > 0)
+        complain(console, countedText(pairs, TextId::oneIgnoredLeftOut, TextId::manyIgnoredLeftOut));
 }
 
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
@@ -67,7 +70,7 @@ ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const Sc
     console.out.flush();
     const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
     complainOfSkipped(skipped, watch, request, console);
-    noteLeftOut(outcome.report.walk, outcome.criteria, console);
+    noteLeftOut(outcome.report, outcome.criteria, console);
     if (request.format == OutputFormat::text)
         writeSummary(outcome, console.err);
     if (request.format != OutputFormat::json && console.cancel.cancelled())
@@ -75,7 +78,7 @@ ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const Sc
     return rootFault || skipped > 0 ? ExitCode::incomplete : ExitCode::done;
 }
 
-ExitCode scan(const ScanRequest& request, Platform& platform, const Console& console)
+ExitCode scan(const ScanRequest& request, const IgnoredPairs& ignored, Platform& platform, const Console& console)
 {
     const PropertyAccess properties(platform, request.options);
     const auto criteria = requestedCriteria(request, properties.catalogue);
@@ -86,7 +89,7 @@ ExitCode scan(const ScanRequest& request, Platform& platform, const Console& con
     ScanWatch watch(console, platform.clock(), request);
     const ScanPorts ports{
         platform.shell(), platform.paths(), properties.source, platform.clock(), platform.priority(), watch,
-        console.cancel,   results};
+        console.cancel,   results,          nullptr,           &ignored};
     const ScanReport scanned = runScan(*criteria, ports);
     watch.finish();
     return report(request, {*criteria, scanned, results, console.cancel}, watch, console);
@@ -102,6 +105,9 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     app.add_option("ROOT", roots, filledText(TextId::scanRootHelp))->type_name("");
     RawOptions raw;
     addOptions(app, raw);
+    bool withIgnored = false;
+    app.add_flag("--with-ignored", withIgnored, filledText(TextId::helpWithIgnored))
+        ->group(filledText(TextId::groupMatch));
     if (const auto over = parseArguments(app, "ROOT...", arguments, console))
         return *over;
     if (roots.empty()) {
@@ -109,13 +115,14 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     }
     if (std::find(roots.begin(), roots.end(), "") != roots.end())
         return refuse(console, filledText(TextId::emptyRoot));
-    const auto settings = engineSettings(raw.settings, platform, console);
+    const auto settings = scanSettings(raw.settings, platform, console);
     if (!settings)
         return refuse(console, settings.error().detail);
-    const auto request = makeRequest(raw, roots, platform.paths(), *settings);
+    const auto request = makeRequest(raw, roots, platform.paths(), settings->options);
     if (!request)
         return refuse(console, request.error().detail);
-    return scan(*request, platform, console);
+    const IgnoredPairs ignored(withIgnored ? std::span<const IgnoredGroup>{} : settings->ignored);
+    return scan(*request, ignored, platform, console);
 }
 
 }  // namespace kelvane

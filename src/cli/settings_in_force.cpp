@@ -55,14 +55,23 @@ ExitCode complainNotWritten(const CRegistryAccess& settings, SettingsCode code, 
     return ExitCode::incomplete;
 }
 
-Result<EngineOptions> engineSettings(const std::string& iniFile, Platform& platform, const Console& console)
+Result<ScanSettings> scanSettings(const std::string& iniFile, Platform& platform, const Console& console)
 {
     const auto settings = settingsInForce(iniFile, NamedSettings::mustExist, platform, console);
     if (!settings)
         return settings.error();
-    EngineOptions options;
-    applyEngineNumbers((*settings)->settings(), options);
-    return options;
+    ScanSettings taken;
+    applyEngineNumbers((*settings)->settings(), taken.options);
+    taken.ignored = (*settings)->settings().ignoredGroups;
+    return taken;
+}
+
+Result<EngineOptions> engineSettings(const std::string& iniFile, Platform& platform, const Console& console)
+{
+    const auto settings = scanSettings(iniFile, platform, console);
+    if (!settings)
+        return settings.error();
+    return settings->options;
 }
 
 }  // namespace kelvane

@@ -1,5 +1,5 @@
-// Which settings a run of the console program goes by. It reads them; only the verb `settings` writes any, and no run
-// counts as a use of the program.
+// Which settings a run of the console program goes by. It reads them; only the verbs `settings` and `ignore` write any,
+// and no run counts as a use of the program.
 #pragma once
 
 #include <filesystem>
@@ -25,7 +25,14 @@ enum class NamedSettings { mustExist, mayBeNew };
 // Names the place and the reason; gives the exit code for it.
 [[nodiscard]] ExitCode complainNotWritten(const CRegistryAccess& settings, SettingsCode code, const Console& console);
 
-// What a scan, a comparison or a description takes from them.
+// What a scan takes from them.
+struct ScanSettings {
+    EngineOptions options;
+    std::vector<IgnoredGroup> ignored;
+};
+[[nodiscard]] Result<ScanSettings> scanSettings(const std::string& iniFile, Platform& platform, const Console& console);
+
+// What a comparison or a description takes from them.
 [[nodiscard]] Result<EngineOptions> engineSettings(const std::string& iniFile, Platform& platform,
                                                    const Console& console);
 

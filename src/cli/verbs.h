@@ -21,6 +21,7 @@ struct Verb {
 [[nodiscard]] ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Console& console);
+[[nodiscard]] ExitCode ignoreVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Console& console);
 
 }  // namespace kelvane

@@ -1,5 +1,8 @@
 #include "app/settings_lists.h"
 
+#include <gmock/gmock.h>
+
+#include "app/ignored_list.h"
 #include "app/list_section.h"
 #include "settings_back_ends.h"
 #include "support/settings_world.h"
@@ -164,6 +167,48 @@ TEST_P(SettingsLists, VolumesAndTags)
     if (GetParam().keepsSectionOrder) {
         EXPECT_EQ(read(readTagColors).tagColors, settings.tagColors);
     }
+}
+
+IgnoredGroup declaration(std::uint64_t number)
+{
+    return {{static_cast<std::int64_t>(number)},
+            {{{1, number}, {UINT64_MAX}, {3, 4}, "/name \xFF\n"}, {{UINT64_MAX, 2}, {0}, {UINT64_MAX, 0}, ""}}};
+}
+
+TEST_P(SettingsLists, IgnoredPairsAreWholeOrLeftOut)
+{
+    Settings settings;
+    for (const std::uint64_t number : {7, 8, 9})
+        settings.ignoredGroups.push_back(declaration(number));
+    ASSERT_EQ(writeIgnoredPairs(root_, settings), done);
+    EXPECT_EQ(read(readIgnoredPairs).ignoredGroups, settings.ignoredGroups);
+    EXPECT_THAT(showIgnoredPairs(settings), SizeIs(3));
+    const std::vector<std::byte> block = blockOfIgnored(declaration(8));
+    ASSERT_EQ(section(u"Ignored pairs").writeBinary(block.data(), u"Group1", block.size() - 1), done);
+    ASSERT_EQ(section(u"Ignored pairs").writeString(u"no block", u"Group2"), done);
+    EXPECT_THAT(read(readIgnoredPairs).ignoredGroups, ElementsAre(declaration(7)));
+    settings.ignoredGroups.clear();
+    ASSERT_EQ(writeIgnoredPairs(root_, settings), done);
+    EXPECT_FALSE(SettingsNode(root_, u"Ignored pairs", SettingsAccess::reading).isOpen());
+}
+
+TEST(IgnoredBlocks, AnyDamageAndAnyExcessIsNoticed)
+{
+    const std::vector<std::byte> block = blockOfIgnored(declaration(5));
+    ASSERT_TRUE(ignoredOfBlock(block));
+    for (std::size_t at = 0; at < block.size(); ++at) {
+        std::vector<std::byte> damaged = block;
+        damaged[at] ^= std::byte{0x10};
+        EXPECT_FALSE(ignoredOfBlock(damaged)) << at;
+        EXPECT_FALSE(ignoredOfBlock(std::span(block).first(at))) << at;
+    }
+    IgnoredGroup large = declaration(5);
+    EXPECT_TRUE(blockOfIgnored({{}, {large.files[0]}}).empty()) << "one file is apart from nobody";
+    while (!blockOfIgnored(large).empty())
+        large.files.push_back(large.files.front());
+    EXPECT_GT(large.files.size(), 600u);
+    large.files.pop_back();
+    EXPECT_LT(blockOfIgnored(large).size(), 32'768u) << "what an INI file holds";
 }
 
 INSTANTIATE_TEST_SUITE_P(BackEnds, SettingsLists, ::testing::ValuesIn(testing::settingsBackEnds()),

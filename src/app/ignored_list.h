@@ -1,0 +1,22 @@
+// The declarations that files are no duplicates of one another, as they are kept.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "engine/ignored_pairs.h"
+
+namespace kelvane {
+
+inline constexpr std::size_t mostIgnoredGroups = 10'000;
+
+// The block that stands for a declaration; docs/formats/settings.md says what it holds. Empty for one that would be
+// too long for some of the places (a few hundred files), or that has fewer than two files.
+[[nodiscard]] std::vector<std::byte> blockOfIgnored(const IgnoredGroup& group);
+
+// Without the time; nothing for a block that is damaged.
+[[nodiscard]] std::optional<IgnoredGroup> ignoredOfBlock(std::span<const std::byte> block);
+
+}  // namespace kelvane
