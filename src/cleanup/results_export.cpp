@@ -1,0 +1,92 @@
+#include "cleanup/results_export.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <span>
+
+#include "base/text_table.h"
+#include "base/utf.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr unsigned mostAttempts = 100;
+
+struct NewFile {
+    std::filesystem::path path;
+    std::unique_ptr<OutputFile> file;
+};
+
+void selectEverything(ResultsModel& results)
+{
+    if (results.hiddenCount() > 0)
+        results.showAll();
+    std::vector<ItemId> all;
+    all.reserve(results.rowCount());
+    results.forEachRow([&](ItemId id) { all.push_back(id); });
+    results.mark(all, Mark::selected, true);
+}
+
+std::filesystem::path pathOf(std::uint32_t ticks, const Places& places)
+{
+    char name[32];
+    std::snprintf(name, sizeof name, "skvtmp_%x.csv", static_cast<unsigned>(ticks));
+    return places.temporaryFolder() / name;
+}
+
+// Another program's file of this name, or a link laid there on purpose, is passed by.
+Result<NewFile> createFile(const ExportPorts& ports)
+{
+    const auto ticks = static_cast<std::uint32_t>(ports.clock.ticks());
+    for (std::uint32_t attempt = 0;; ++attempt) {
+        std::filesystem::path path = pathOf(ticks + attempt, ports.places);
+        auto file = ports.output.create(path);
+        if (file)
+            return NewFile{std::move(path), std::move(*file)};
+        if (file.error().kind != ErrorKind::exists || attempt == mostAttempts)
+            return file.error();
+    }
+}
+
+std::string opening(std::u16string_view windowTitle, const Clock& clock)
+{
+    std::string title = toUtf8(windowTitle);
+    std::replace_if(
+        title.begin(), title.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    const FileTime now = clock.now();
+    const FileTime second{now.ticks - now.ticks % ticksPerSecond};
+    return std::string(byteOrderMark) + title + "\r\n" + toIso8601(second) + "\r\n";
+}
+
+Status writeAll(OutputFile& file, std::initializer_list<std::string_view> texts)
+{
+    for (const std::string_view text : texts)
+        if (Status written = file.write(std::as_bytes(std::span(text))); !written)
+            return written;
+    return file.close();
+}
+
+}  // namespace
+
+ExportOutcome exportCsv(ResultsModel& results, const TableView& view, std::u16string_view windowTitle,
+                        const ExportPorts& ports)
+{
+    selectEverything(results);
+    const std::string table = tableOfSelection(results, view, TableMode::csv, Formulas::defused);
+    if (table.empty())
+        return {};
+    const std::u16string failure(text(TextId::contentsFileNotWritten));
+    auto created = createFile(ports);
+    if (!created)
+        return {{}, failure};
+    if (!writeAll(*created->file, {opening(windowTitle, ports.clock), table})) {
+        created->file.reset();  // a file that is open cannot be removed everywhere
+        static_cast<void>(ports.output.remove(created->path));
+        return {{}, failure};
+    }
+    const Status opened = ports.processes.openFile(created->path);
+    return {created->path, opened ? std::u16string{} : toUtf16(opened.error().detail)};
+}
+
+}  // namespace kelvane
