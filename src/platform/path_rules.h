@@ -47,6 +47,9 @@ public:
     // "c:\" or "/": a root that is shown by its display name rather than cut.
     [[nodiscard]] virtual bool isDriveRoot(std::string_view path) const = 0;
 
+    // What stands between the names in a path: "\\" or "/".
+    [[nodiscard]] virtual char separator() const = 0;
+
     // Same file by name: case-insensitive on Windows, by bytes on Linux.
     [[nodiscard]] virtual bool samePath(std::string_view a, std::string_view b) const = 0;
 };

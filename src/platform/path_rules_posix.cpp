@@ -120,6 +120,8 @@ public:
 
     bool isDriveRoot(std::string_view path) const override { return withoutTrailingSlashes(path) == "/"; }
 
+    char separator() const override { return '/'; }
+
     bool samePath(std::string_view a, std::string_view b) const override { return a == b; }
 };
 

@@ -104,6 +104,8 @@ public:
         return path.size() == 3 && isDrive(path) && path[2] == '\\';
     }
 
+    char separator() const override { return '\\'; }
+
     bool samePath(std::string_view a, std::string_view b) const override
     {
         return a == b || comparable(a) == comparable(b);
