@@ -178,7 +178,7 @@ IgnoredGroup declaration(std::uint64_t number)
 TEST_P(SettingsLists, IgnoredPairsAreWholeOrLeftOut)
 {
     Settings settings;
-    for (const std::uint64_t number : {7, 8, 9})
+    for (const std::uint64_t number : {7u, 8u, 9u})
         settings.ignoredGroups.push_back(declaration(number));
     ASSERT_EQ(writeIgnoredPairs(root_, settings), done);
     EXPECT_EQ(read(readIgnoredPairs).ignoredGroups, settings.ignoredGroups);
