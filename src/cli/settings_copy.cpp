@@ -27,12 +27,18 @@ ExitCode tell(const TransferReport& report, const std::string& place, const Cons
     return report.skipped.empty() ? ExitCode::done : ExitCode::incomplete;
 }
 
+// Declarations may stand there before any other setting was ever saved.
+bool holdsNothing(CRegistryAccess& settings)
+{
+    return isFirstRun(settings.root()) && settings.settings().ignoredGroups.empty();
+}
+
 }  // namespace
 
 ExitCode exportSettings(CRegistryAccess& settings, const std::string& file, bool overwrite, Platform& platform,
                         const Console& console)
 {
-    if (isFirstRun(settings.root()))
+    if (holdsNothing(settings))
         return refuse(console, filledText(TextId::nothingToExport, {placeText(settings.location())}));
     const std::filesystem::path path = namedFile(file);
     const bool exists = platform.files().details(path, Links::asThemselves).ok();
@@ -50,7 +56,7 @@ ExitCode importSettings(CRegistryAccess& settings, const std::string& file, Plat
     auto source = settingsInForce(file, NamedSettings::mustExist, platform, console);
     if (!source)
         return refuse(console, source.error().detail);
-    if (isFirstRun((*source)->root()))
+    if (holdsNothing(**source))
         return refuse(console, filledText(TextId::holdsNoSettings, {file}));
     TransferReport report;
     const SettingsCode code = copyAsBatch((*source)->root(), settings.root(), settings.context(), report);

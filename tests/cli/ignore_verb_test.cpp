@@ -86,6 +86,9 @@ TEST_F(IgnoreVerb, AnIniFileMayBeNew)
     EXPECT_THAT(list(), IsEmpty());
     EXPECT_THAT(ignore({"--list", "--settings", ini}).out, HasSubstr(", 2 files:\n"));
     EXPECT_THAT(scan({"--settings", ini}).err, HasSubstr("1 pair declared"));
+    EXPECT_EQ(run({"settings", "import", ini}).code, ExitCode::done) << "although nothing else is set there";
+    EXPECT_EQ(list().size(), 1u);
+    EXPECT_EQ(run({"settings", "export", path("again.ini")}).code, ExitCode::done);
 }
 
 TEST_F(IgnoreVerb, RefusesWhatItCannotKeep)
