@@ -1,5 +1,7 @@
 #include "engine/results_file.h"
 
+#include <gmock/gmock.h>
+
 #include <fstream>
 #include <map>
 
