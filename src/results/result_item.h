@@ -44,14 +44,18 @@ struct ResultItem {
     [[nodiscard]] bool isSelected() const { return has(item_state::selected); }
     [[nodiscard]] bool isVisible() const { return !has(item_state::hidden | item_state::removed); }
     [[nodiscard]] std::uint32_t groupNumber() const { return static_cast<std::uint32_t>(file.group.value); }
-    // System.Size as a row counts it: 0 when it is not known.
-    [[nodiscard]] std::uint64_t bytes() const { return file.item().info().size.bytes; }
+    // System.Size as a row counts it: 0 for a folder, which has none.
+    [[nodiscard]] std::uint64_t bytes() const
+    {
+        const FileInfo& info = file.item().info();
+        return info.kind == FileKind::folder ? 0 : info.size.bytes;
+    }
 };
 
 struct ResultGroup {
     std::uint32_t number = 0;
     bool approximate = false;
-    std::vector<ItemId> members;  // visible and hidden ones, in the order in which they came
+    std::vector<ItemId> members;  // visible and hidden ones, in the order in which they came into the model
 };
 
 }  // namespace kelvane

@@ -21,8 +21,11 @@ struct HistoryStep {
     std::vector<ItemId> removed{};  // taken off the list
     std::vector<Move> moved{};      // into another group
 
-    // Of a regrouping: the stretch of the order of view that it changed. It is put back only when the list was not
-    // sorted in between.
+    // A group that became one compared approximately because such items joined it.
+    std::optional<GroupId> madeApproximate{};
+
+    // The stretch of the order of view that a regrouping changed. It is put back only when the list was not sorted in
+    // between, which the version of the order tells.
     std::uint32_t orderVersion = 0;
     std::size_t firstPosition = 0;
     std::vector<ItemId> orderBefore{}, orderAfter{};

@@ -11,80 +11,89 @@ MarkSum sum(const MarkSum& a, const MarkSum& b)
     return {a.items + b.items, a.bytes + b.bytes};
 }
 
-bool differs(const ResultItem& item, std::uint16_t bit, bool on)
+}  // namespace
+
+// Each of the items once, less those that were removed.
+std::vector<ItemId> ResultsModel::onTheList(std::span<const ItemId> items) const
 {
-    return !item.has(item_state::removed) && item.has(bit) != on;
+    std::vector<ItemId> found;
+    found.reserve(items.size());
+    std::copy_if(items.begin(), items.end(), std::back_inserter(found),
+                 [this](ItemId id) { return !item(id).has(item_state::removed); });
+    std::sort(found.begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
+    return found;
 }
 
-}  // namespace
+std::vector<ItemId> ResultsModel::rowsWhere(const std::function<bool(const ResultItem&)>& wanted) const
+{
+    std::vector<ItemId> found;
+    forEachRow([&](ItemId id) {
+        if (wanted(item(id)))
+            found.push_back(id);
+    });
+    return found;
+}
+
+void ResultsModel::flip(std::span<const ItemId> items, std::uint16_t bits)
+{
+    for (const ItemId id : items)
+        setState(id, item(id).state ^ bits);
+}
+
+void ResultsModel::toggleEach(std::vector<ItemId> items, Mark mark)
+{
+    flip(items, static_cast<std::uint16_t>(mark));
+    if (mark == Mark::ticked)
+        history_.push({.toggled = std::move(items)});
+    announce();
+}
 
 void ResultsModel::mark(std::span<const ItemId> items, Mark mark, bool on)
 {
-    const auto bit = static_cast<std::uint16_t>(mark);
-    std::vector<ItemId> changing;
-    for (const ItemId id : items) {
-        if (differs(item(id), bit, on)) {
-            changing.push_back(id);
-            setState(id, item(id).state ^ bit);
-        }
-    }
-    flipped(std::move(changing), mark);
+    std::vector<ItemId> changing = onTheList(items);
+    std::erase_if(changing, [&](ItemId id) { return item(id).has(static_cast<std::uint16_t>(mark)) == on; });
+    toggleEach(std::move(changing), mark);
+}
+
+void ResultsModel::toggle(std::span<const ItemId> items, Mark mark)
+{
+    toggleEach(onTheList(items), mark);
 }
 
 void ResultsModel::retick(std::span<const ItemId> on, std::span<const ItemId> off)
 {
-    std::vector<ItemId> changing;
-    const auto change = [&](std::span<const ItemId> items, bool ticked) {
-        for (const ItemId id : items) {
-            if (differs(item(id), item_state::ticked, ticked)) {
-                changing.push_back(id);
-                setState(id, item(id).state ^ item_state::ticked);
-            }
-        }
-    };
-    change(on, true);
-    change(off, false);
-    flipped(std::move(changing), Mark::ticked);
-}
-
-void ResultsModel::flipped(std::vector<ItemId> items, Mark mark)
-{
-    if (items.empty())
-        return;
-    tellChanged(items);
-    tellCounts();
-    if (mark == Mark::ticked)
-        history_.push({.toggled = std::move(items)});
-}
-
-void ResultsModel::flip(std::span<const ItemId> items, std::uint16_t bit)
-{
-    for (const ItemId id : items)
-        setState(id, item(id).state ^ bit);
-    tellChanged(items);
+    std::vector<ItemId> changing = onTheList(on);
+    std::erase_if(changing, [this](ItemId id) { return item(id).isTicked(); });
+    std::vector<ItemId> clearing = onTheList(off);
+    std::erase_if(clearing, [this](ItemId id) { return !item(id).isTicked(); });
+    changing.insert(changing.end(), clearing.begin(), clearing.end());
+    toggleEach(std::move(changing), Mark::ticked);
 }
 
 void ResultsModel::invertTicks()
 {
-    std::vector<ItemId> rows = rowsWhere([](const ResultItem&) { return true; });
-    for (const ItemId id : rows)
-        setState(id, item(id).state ^ item_state::ticked);
-    flipped(std::move(rows), Mark::ticked);
+    toggleEach(rowsWhere([](const ResultItem&) { return true; }), Mark::ticked);
 }
 
 void ResultsModel::clearTicks()
 {
-    mark(rowsWhere([](const ResultItem& row) { return row.isTicked(); }), Mark::ticked, false);
+    toggleEach(rowsWhere([](const ResultItem& row) { return row.isTicked(); }), Mark::ticked);
 }
 
-void ResultsModel::clearSelection()
+std::vector<ItemId> ResultsModel::selectedItems() const
 {
     std::vector<ItemId> selected;
     forEachItem([&](ItemId id) {
         if (item(id).isSelected())
             selected.push_back(id);
     });
-    mark(selected, Mark::selected, false);
+    return selected;
+}
+
+void ResultsModel::clearSelection()
+{
+    toggleEach(selectedItems(), Mark::selected);
 }
 
 MarkSum ResultsModel::inView(Mark mark) const
@@ -99,25 +108,27 @@ MarkSum ResultsModel::everywhere(Mark mark) const
 
 void ResultsModel::setTag(std::span<const ItemId> items, std::uint8_t tag)
 {
-    for (const ItemId id : items)
+    for (const ItemId id : items) {
         items_[index(id)].tag = tag;
-    tellChanged(items);
+        touchRow(id);
+    }
+    announce();
 }
 
 std::uint32_t ResultsModel::hide(std::span<const ItemId> items, std::uint32_t flag)
 {
-    std::vector<ItemId> rows(items.begin(), items.end());
-    std::erase_if(rows, [this](ItemId id) { return !item(id).isVisible(); });
     const Row before = rowCount();
-    hidingFlags_ |= flag;
-    if (rows.empty())
-        return 0;
-    replaceRows(stretchOf(rows), [&] {
-        for (const ItemId id : rows)
+    for (const ItemId id : items) {
+        if (item(id).isVisible())
             setState(id, item(id).state | item_state::hidden);
-    });
-    tellCounts();
-    return before - rowCount();
+    }
+    const std::uint32_t hidden = before - rowCount();
+    if (hidden == 0)
+        flag &= ~hiding_flag::tickedOnly;
+    changes_.counts = changes_.counts || (flag & ~hidingFlags_) != 0;
+    hidingFlags_ |= flag;
+    announce();
+    return hidden;
 }
 
 std::uint32_t ResultsModel::hideUnless(std::uint32_t flag, const std::function<bool(ItemId)>& stays)
@@ -132,19 +143,13 @@ std::uint32_t ResultsModel::hideUnless(std::uint32_t flag, const std::function<b
 
 void ResultsModel::showAll()
 {
+    changes_.counts = hidingFlags_ != 0;
     hidingFlags_ = 0;
-    std::vector<ItemId> hidden;
     for (const ItemId id : order_) {
         if (item(id).has(item_state::hidden))
-            hidden.push_back(id);
-    }
-    if (hidden.empty())
-        return;
-    replaceRows(stretchOf(hidden), [&] {
-        for (const ItemId id : hidden)
             setState(id, static_cast<std::uint16_t>(item(id).state & ~item_state::hidden));
-    });
-    tellCounts();
+    }
+    announce();
 }
 
 }  // namespace kelvane

@@ -5,16 +5,6 @@
 #include <utility>
 
 namespace kelvane {
-namespace {
-
-void add(MarkSum& sum, std::uint64_t bytes, bool in)
-{
-    sum.items += in ? 1 : std::uint64_t(-1);
-    sum.bytes += in ? bytes : 0 - bytes;
-}
-
-}  // namespace
-
 ResultsModel::ResultsModel() = default;
 ResultsModel::~ResultsModel() = default;
 
@@ -26,10 +16,10 @@ Status ResultsModel::add(const Candidate& file, std::uint32_t flags)
 
 void ResultsModel::add(Ref<const ShellItem> file, std::uint32_t groupNumber, bool approximate)
 {
+    history_.clear();
+    compact();
     append(std::move(file), groupNumber, approximate);
-    for (ResultsObserver* observer : observers_)
-        observer->rowsReplaced({rowCount() - 1, 0}, 1);
-    tellCounts();
+    announce();
 }
 
 GroupId ResultsModel::groupNumbered(std::uint32_t number)
@@ -57,6 +47,8 @@ void ResultsModel::append(Ref<const ShellItem> file, std::uint32_t groupNumber, 
     order_.push_back(id);
     visible_.resize(order_.size());
     ++aliveItems_;
+    changes_.replaced.take(order_.size() - 1);
+    changes_.counts = true;
 }
 
 void ResultsModel::selectLast()
@@ -67,7 +59,6 @@ void ResultsModel::selectLast()
 
 void ResultsModel::clear()
 {
-    const RowRange all{0, rowCount()};
     items_.clear();
     groups_.clear();
     groupIds_.clear();
@@ -78,9 +69,9 @@ void ResultsModel::clear()
     tickedInView_ = tickedHidden_ = selectedInView_ = selectedHidden_ = {};
     aliveItems_ = liveGroups_ = hidingFlags_ = 0;
     grouped_ = true;
-    for (ResultsObserver* observer : observers_)
-        observer->rowsReplaced(all, 0);
-    tellCounts();
+    changes_.replaced.take(0);
+    changes_.counts = true;
+    announce();
 }
 
 Row ResultsModel::rowCount() const
@@ -162,44 +153,8 @@ void ResultsModel::setOrder(std::vector<ItemId> order, bool grouped)
     grouped_ = grouped;
     ++orderVersion_;
     renumber({0, order_.size()});
-    for (ResultsObserver* observer : observers_)
-        observer->rowsReplaced({0, rowCount()}, rowCount());
-}
-
-void ResultsModel::replaceRows(Stretch stretch, const std::function<void()>& change)
-{
-    const RowRange before = rowsOf(stretch);
-    change();
-    const Row after = rowsOf(stretch).count;
-    if (before.count == 0 && after == 0)
-        return;
-    for (ResultsObserver* observer : observers_)
-        observer->rowsReplaced(before, after);
-}
-
-void ResultsModel::tellChanged(std::span<const ItemId> items)
-{
-    const RowRange rows = rowsOf(stretchOf(items));
-    if (rows.count == 0)
-        return;
-    for (ResultsObserver* observer : observers_)
-        observer->rowsChanged(rows);
-}
-
-void ResultsModel::tellCounts()
-{
-    for (ResultsObserver* observer : observers_)
-        observer->countsChanged();
-}
-
-void ResultsModel::addObserver(ResultsObserver& observer)
-{
-    observers_.push_back(&observer);
-}
-
-void ResultsModel::removeObserver(ResultsObserver& observer)
-{
-    std::erase(observers_, &observer);
+    changes_.replaced.take({0, order_.size()});
+    announce();
 }
 
 void ResultsModel::renumber(Stretch stretch)
@@ -208,55 +163,6 @@ void ResultsModel::renumber(Stretch stretch)
         positions_[index(order_[position])] = static_cast<std::uint32_t>(position);
         visible_.set(position, item(order_[position]).isVisible());
     }
-}
-
-void ResultsModel::count(const ResultItem& item, bool in)
-{
-    if (item.has(item_state::removed))
-        return;
-    const bool hidden = item.has(item_state::hidden);
-    if (item.isTicked())
-        kelvane::add(hidden ? tickedHidden_ : tickedInView_, item.bytes(), in);
-    if (item.isSelected())
-        kelvane::add(hidden ? selectedHidden_ : selectedInView_, item.bytes(), in);
-}
-
-void ResultsModel::setState(ItemId id, std::uint16_t state)
-{
-    ResultItem& item = items_[index(id)];
-    count(item, false);
-    item.state = state;
-    count(item, true);
-    visible_.set(positions_[index(id)], item.isVisible());
-}
-
-ResultsModel::Stretch ResultsModel::stretchOf(std::span<const ItemId> items) const
-{
-    if (items.empty())
-        return {};
-    Stretch stretch{order_.size(), 0};
-    for (const ItemId id : items) {
-        const std::size_t position = positions_[index(id)];
-        stretch.first = std::min(stretch.first, position);
-        stretch.end = std::max(stretch.end, position + 1);
-    }
-    return stretch;
-}
-
-RowRange ResultsModel::rowsOf(Stretch stretch) const
-{
-    const Row first = visible_.rank(stretch.first);
-    return {first, visible_.rank(stretch.end) - first};
-}
-
-std::vector<ItemId> ResultsModel::rowsWhere(const std::function<bool(const ResultItem&)>& wanted) const
-{
-    std::vector<ItemId> found;
-    forEachRow([&](ItemId id) {
-        if (wanted(item(id)))
-            found.push_back(id);
-    });
-    return found;
 }
 
 }  // namespace kelvane

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -45,11 +46,12 @@ public:
     ResultsModel(const ResultsModel&) = delete;
     ResultsModel& operator=(const ResultsModel&) = delete;
 
-    // Filling, at the end of the list. Items of one group come one after the other.
+    // Filling, at the end of the list. Items of one group come one after the other. What was done before cannot be
+    // undone any more.
     [[nodiscard]] Status add(const Candidate& file, std::uint32_t flags) override;
     void add(Ref<const ShellItem> file, std::uint32_t groupNumber, bool approximate);
     void selectLast() override;
-    // Everything goes, history and stored marks included; options and observers stay.
+    // Everything goes, history included; options and observers stay.
     void clear();
 
     // The list. Rows are the visible items in the order of view.
@@ -76,8 +78,8 @@ public:
     // Whether items of one group stand next to one another.
     [[nodiscard]] bool isGrouped() const { return grouped_; }
 
-    // Order of view. `order` holds every id below idLimit() that was in order() once; a list of anything else is
-    // refused by an assertion. `grouped` is the caller's word that items of one group are adjacent.
+    // Order of view. `order` holds what order() holds: every item of the list, hidden or not, and those that undo may
+    // bring back. `grouped` is the caller's word that items of one group, be they hidden, are adjacent.
     [[nodiscard]] std::span<const ItemId> order() const { return order_; }
     void setOrder(std::vector<ItemId> order, bool grouped);
 
@@ -86,7 +88,8 @@ public:
     [[nodiscard]] bool hasTickBoxes() const { return tickBoxes_; }
     [[nodiscard]] Mark markInForce() const { return tickBoxes_ ? Mark::ticked : Mark::selected; }
     [[nodiscard]] bool isMarked(ItemId id) const { return item(id).has(static_cast<std::uint16_t>(markInForce())); }
-    // One step of history for ticks; the selection has no history. Items out of view may be marked as well.
+    // One step of history for ticks; the selection has no history. Items out of view may be marked as well, removed
+    // ones are passed over.
     void mark(std::span<const ItemId> items, Mark mark, bool on);
     void toggle(std::span<const ItemId> items, Mark mark);
     // Puts ticks on some items and off others in one step.
@@ -97,7 +100,7 @@ public:
     [[nodiscard]] MarkSum inView(Mark mark) const;
     [[nodiscard]] MarkSum everywhere(Mark mark) const;  // hidden items included
 
-    // Colour tags; no history.
+    // Colour tags; no history. Items that were removed keep theirs.
     void setTag(std::span<const ItemId> items, std::uint8_t tag);
 
     // Hiding. All that are hidden come back by showAll() only. Each gives the number of items hidden; the flag is set
@@ -116,8 +119,8 @@ public:
     // "Put all selected items in the same group": all take the smallest number among them. False, and nothing changes,
     // when the selection does not reach into two groups.
     [[nodiscard]] bool regroupSelection();
-    // "Merge current group items with the previous group": the group of the first selected item. False when nothing is
-    // selected or no group stands before.
+    // "Merge current group items with the previous group": the run of rows of the first selected item joins the group
+    // of the row before it, and both are selected. False when nothing is selected or no group stands before.
     [[nodiscard]] bool mergeWithPrevious();
 
     // History of ticks, removals and regroupings.
@@ -136,21 +139,35 @@ private:
     {
         return static_cast<std::size_t>(id);
     }
-    // The stretch of the order of view that holds all of some items.
+    // Positions of the order of view from the first one to before the end; empty at first, and grows.
     struct Stretch {
-        std::size_t first = 0, end = 0;
+        std::size_t first = std::numeric_limits<std::size_t>::max(), end = 0;
+        [[nodiscard]] bool empty() const { return first >= end; }
+        void take(std::size_t position);
+        void take(Stretch other);
+    };
+    // What an operation did so far and observers were not told yet.
+    struct Changes {
+        Stretch replaced, changed;
+        bool counts = false;
     };
 
-    [[nodiscard]] GroupId groupNumbered(std::uint32_t number);
-    [[nodiscard]] Stretch stretchOf(std::span<const ItemId> items) const;
-    [[nodiscard]] RowRange rowsOf(Stretch stretch) const;
-    [[nodiscard]] std::vector<ItemId> rowsWhere(const std::function<bool(const ResultItem&)>& wanted) const;
     void append(Ref<const ShellItem> file, std::uint32_t groupNumber, bool approximate);
-    // The one way to change an item's state: counts, sums and view follow.
+    [[nodiscard]] GroupId groupNumbered(std::uint32_t number);
+    void renumber(Stretch stretch);
+
+    // The one way to change an item's state: counts, sums, view and what observers are told follow.
     void setState(ItemId id, std::uint16_t state);
     void count(const ResultItem& item, bool in);
-    void flip(std::span<const ItemId> items, std::uint16_t bit);
-    void flipped(std::vector<ItemId> items, Mark mark);
+    void flip(std::span<const ItemId> items, std::uint16_t bits);
+    void touchRow(ItemId id);
+    [[nodiscard]] RowRange rowsOf(Stretch stretch) const;
+    void announce();  // ends every operation
+
+    [[nodiscard]] std::vector<ItemId> rowsWhere(const std::function<bool(const ResultItem&)>& wanted) const;
+    [[nodiscard]] std::vector<ItemId> onTheList(std::span<const ItemId> items) const;
+    [[nodiscard]] std::vector<ItemId> selectedItems() const;  // in view and hidden
+    void toggleEach(std::vector<ItemId> items, Mark mark);
 
     [[nodiscard]] std::vector<ItemId> withSurvivors(std::vector<ItemId> leaving) const;
     void takeOff(std::span<const ItemId> items);
@@ -158,21 +175,17 @@ private:
     void compact();  // lets go of the places of removed items
 
     using Moves = std::span<const HistoryStep::Move>;
-    void join(ItemId id, GroupId groupId);
+    void enterGroups(std::span<const ItemId> items);
     void leaveGroups(std::span<const ItemId> items);
     void regroup(std::span<const ItemId> items, GroupId target, bool dropSurvivors);
     [[nodiscard]] std::vector<ItemId> lonelyIn(Moves moves) const;
     void moveTo(Moves moves, bool back);
+    void setApproximate(GroupId groupId, bool approximate);
+    void spreadApproximate(HistoryStep& step);
     [[nodiscard]] Stretch stretchOfGroups(Moves moves) const;
-    void gather(Stretch stretch, std::span<const ItemId> moved);
+    void gather(Stretch stretch, Moves moved);
     void reorder(HistoryStep& step);
     void restoreOrder(const HistoryStep& step, bool back);
-    void renumber(Stretch stretch);
-
-    // Tells observers how the rows of the stretch are replaced by what `change` does, which must stay within it.
-    void replaceRows(Stretch stretch, const std::function<void()>& change);
-    void tellChanged(std::span<const ItemId> items);
-    void tellCounts();
 
     std::vector<ResultItem> items_;                        // by id
     std::vector<ResultGroup> groups_;                      // by id; one without members is free
@@ -182,11 +195,13 @@ private:
     VisibleRows visible_;                                  // of the positions in order_, those in view
     ResultsHistory history_;
     std::vector<ResultsObserver*> observers_;
+    Changes changes_;
+    Row rowsTold_ = 0;  // how many rows observers know of
     MarkSum tickedInView_, tickedHidden_, selectedInView_, selectedHidden_;
     std::uint32_t aliveItems_ = 0;
     std::uint32_t liveGroups_ = 0;
     std::uint32_t hidingFlags_ = 0;
-    std::uint32_t orderVersion_ = 0;
+    std::uint32_t orderVersion_ = 0;  // another one for every order that a step of history cannot know
     bool grouped_ = true;
     bool tickBoxes_ = true;
     bool dropsSurvivors_ = false;

@@ -5,16 +5,18 @@
 
 namespace kelvane {
 
-// Called on the model's thread, after the change, once an operation and kind. An observer must not change the model.
+// Called on the model's thread at the end of an operation, each function at most once: rowsReplaced(), rowsChanged(),
+// countsChanged(). An observer must not change the model.
 class ResultsObserver {
 public:
     virtual ~ResultsObserver() = default;
-    // Marks, tags, group numbers or values of these rows changed; each range spans all that did.
-    virtual void rowsChanged(RowRange /*rows*/) {}
     // What were the rows `before` are `after` rows now, from the same first one: rows went (after is 0), came
-    // (before.count is 0), or came, went and moved between the first and the last row touched.
+    // (before.count is 0), or came, went, moved and changed between the first and the last row touched.
     virtual void rowsReplaced(RowRange /*before*/, Row /*after*/) {}
-    // Counts or sums of marks or items changed; once an operation, after the others.
+    // Marks, tags, group numbers or values of some of these rows changed, as they stand now. Not called for rows that
+    // rowsReplaced() named in the same operation.
+    virtual void rowsChanged(RowRange /*rows*/) {}
+    // Counts or sums of marks or items, or the flags of what is hidden, changed.
     virtual void countsChanged() {}
 };
 

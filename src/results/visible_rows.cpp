@@ -21,7 +21,9 @@ void VisibleRows::set(std::size_t position, bool visible)
 {
     const std::uint64_t bit = std::uint64_t{1} << (position % bitsPerWord);
     std::uint64_t& word = words_[position / bitsPerWord];
-    word = visible ? word | bit : word & ~bit;
+    if (((word & bit) != 0) == visible)
+        return;
+    word ^= bit;
     counted_ = std::min(counted_, position / (bitsPerWord * wordsPerBlock));
 }
 
