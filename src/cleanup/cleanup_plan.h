@@ -1,0 +1,103 @@
+// What a clean-up is going to do, one command for each marked item: made first, shown to the person, then carried out.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "base/result.h"
+#include "base/text_table.h"
+#include "engine/scan_node.h"
+#include "platform/path_rules.h"
+#include "results/results_model.h"
+
+namespace kelvane {
+
+enum class CleanupAction : std::uint8_t { recycle, deletePermanently, link };
+
+enum class LinkKind : std::uint8_t {
+    none,
+    automatic,  // hard on one volume, else symbolic
+    hard,
+    symbolic,
+    clone,  // a copy that shares its blocks with the kept file
+};
+
+struct CleanupRequest {
+    CleanupAction action = CleanupAction::recycle;
+    LinkKind link = LinkKind::none;  // `none` counts as automatic when links are asked for
+    bool noHardLinks = false;        // for automatic links: always symbolic ones
+    bool noSymbolicLinks = false;    // for automatic links: never fall back to symbolic ones
+};
+
+struct CleanupCommand {
+    ItemId item{};
+    ItemId kept{};  // the original of the group: what a link leads to, and what must survive a deletion
+    std::uint32_t group = 0;
+    CleanupAction action = CleanupAction::recycle;
+    LinkKind link = LinkKind::none;  // `automatic` only where the list does not tell whether volumes are the same
+    bool approximate = false;        // the group was never compared in full
+    bool sameFile = false;           // item and kept are two names of one file, safe only while it has both
+    std::uint64_t bytes = 0;         // the item's size
+    std::uint64_t frees = 0;         // of it, what comes free: 0 for a name of a file that keeps another name
+    friend bool operator==(const CleanupCommand&, const CleanupCommand&) = default;
+};
+
+// Why a marked item is left alone.
+enum class CleanupObstacle : std::uint8_t {
+    inArchive,
+    keptInArchive,   // no link leads there
+    linkedAlready,   // is a name of the kept file
+    otherVolume,     // for hard links and clones
+    linksOff,        // by the settings
+    maybeKeptItself  // reached through a link, one of the two may lead to the other
+};
+
+struct CleanupSkip {
+    ItemId item{};
+    CleanupObstacle why{};
+    friend bool operator==(CleanupSkip, CleanupSkip) = default;
+};
+
+struct CleanupPlan {
+    CleanupAction action = CleanupAction::recycle;  // differs from the request's for folders, which are never linked
+    std::vector<CleanupCommand> commands;           // in the order of the list
+    std::vector<CleanupSkip> skipped;               // likewise
+    MarkSum marked;                                 // the items of both
+    std::uint64_t frees = 0;      // by all commands; what is recycled comes free when the trash is emptied
+    bool allInFileSystem = true;  // of the marked items
+    bool anyOnNetwork = false;    // likewise
+    // Every deletion can be taken back from the trash.
+    [[nodiscard]] bool canBeUndone() const
+    {
+        return action == CleanupAction::recycle && allInFileSystem && !anyOnNetwork;
+    }
+};
+
+// What the list does not say of a file. Functions may be empty; they are asked about marked items only.
+struct CleanupFacts {
+    const CScanNode& definition;  // of the scan that made the list
+    const PathRules& paths;
+    std::function<bool(const ShellItem&)> onNetwork = nullptr;           // besides network paths
+    std::function<std::uint32_t(const ShellItem&)> linkCount = nullptr;  // names of the file; 0: unknown
+};
+
+// Plans for the marked rows in view; nothing is looked up on a disk but by the facts' functions. The same list and
+// marks give the same plan. Fails with a text for people: `invalid` when the list is not grouped or a group has no
+// unmarked row in view; `notSupported` when links were asked for and are not possible for these items or this scan.
+[[nodiscard]] Result<CleanupPlan> planCleanup(const ResultsModel& model, const CleanupRequest& request,
+                                              const CleanupFacts& facts);
+
+// Which row of a group in view the marked ones stand for: the one before the first marked row, else the first unmarked
+// one after it. Nothing when none or all are marked.
+[[nodiscard]] std::optional<ItemId> groupOriginal(const ResultsModel& model, std::span<const ItemId> group);
+
+// Fixed names for programs: "recycle", "delete", "link"; "none", "auto", "hard", "symbolic", "clone"; "inArchive" ...
+[[nodiscard]] std::string_view nameOf(CleanupAction action);
+[[nodiscard]] std::string_view nameOf(LinkKind kind);
+[[nodiscard]] std::string_view nameOf(CleanupObstacle obstacle);
+// The words for people, to be put behind a path.
+[[nodiscard]] TextId textOf(CleanupObstacle obstacle);
+
+}  // namespace kelvane
