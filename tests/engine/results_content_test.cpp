@@ -113,6 +113,30 @@ TEST(ResultsContent, EveryFieldComesBack)
     EXPECT_EQ(entry.entry.info.identity.index, 3u);
 }
 
+// The bytes of the worked example, from the lines of hexadecimal digits that a wide gap ends.
+TEST(ResultsContent, IsAsTheDocumentShowsIt)
+{
+    if (!testing::pathsArePosix)
+        GTEST_SKIP() << "the example has POSIX paths";
+    std::ifstream page(KELVANE_RESULTS_PAGE);
+    std::string line;
+    while (std::getline(page, line) && line != "## Example") {
+    }
+    Bytes shown;
+    while (std::getline(page, line)) {
+        std::istringstream digits(line.substr(0, 67));
+        for (unsigned value = 0; line.size() > 67 && line[2] == ' ' && digits >> std::hex >> value;)
+            shown.push_back(static_cast<std::byte>(value));
+    }
+    const auto folder = ShellItem::make(nullptr, testing::native("/home/ann"), {FileKind::folder, 0, {}, {}, {}}, {});
+    FileInfo info{FileKind::regular, attribute::archive, {1000}, {133'770'312'000'000'000}, {2049, 77}};
+    std::vector<StoredRow> rows{{ShellItem::make(folder, testing::native("a.txt"), info, {}), 1, false}};
+    info.identity.index = 78;
+    rows.push_back({ShellItem::make(folder, testing::native("old/M\xC3\xBC.txt"), info, {}), 1, true});
+    const ResultsContent content{u"System.Size", true, false, *ItemBlock::check(*buildItemBlock(rows)), {1, 1}, {}};
+    EXPECT_EQ(encodeResults(content), shown);
+}
+
 TEST(ResultsContent, AFileThatEndsEarlyLosesItsDefinitionAtMost)
 {
     const ResultsContent content = sound();
