@@ -75,6 +75,15 @@ void readDefinition(const std::vector<std::byte>& blob, StoredResults& results)
     }
 }
 
+Status checkGroups(const std::vector<StoredRow>& rows)
+{
+    for (const StoredRow& row : rows) {
+        if (row.group == 0 || row.group > highestGroup)
+            return Error{ErrorKind::invalid, 0, "a row is in group " + std::to_string(row.group)};
+    }
+    return {};
+}
+
 Result<ResultsContent> readContent(const std::filesystem::path& path, FileSystem& files, const CancelFlag& cancel)
 {
     const auto reader = files.openForReading(path, ReadPattern::sequential, Links::followed);
@@ -92,7 +101,9 @@ Result<std::uint64_t> saveResults(const std::filesystem::path& path, const Store
     auto block = buildItemBlock(results.rows);
     if (!block)
         return block.error();
-    // Whatever could not be loaded again is never written.
+    // What could not be loaded again is never written.
+    if (const Status groups = checkGroups(results.rows); !groups)
+        return groups.error();
     auto items = ItemBlock::check(std::move(*block));
     if (!items)
         return items.error();

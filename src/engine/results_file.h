@@ -28,10 +28,10 @@ struct StoredResults {
     std::optional<ScanFigures> figures;   // what the scan counted
 };
 
-// The bytes written: 0 for no rows, and then no file is made and none replaced. What fails leaves the file that was
-// there. The caller tells of a failure as TextId::contentsFileNotWritten; the detail says why. Figures that make the
-// definition too long are left out, and so is a definition that is too long by itself; it is kept under the name
-// "binLastScan", whatever its own.
+// Paths of files are absolute here. The bytes written: 0 for no rows, and then no file is made and none replaced. What
+// fails leaves the file that was there. The caller tells of a failure as TextId::contentsFileNotWritten; the detail
+// says why. Figures that make the definition too long are left out, and so is a definition that is too long by itself;
+// it is kept under the name "binLastScan", whatever its own.
 [[nodiscard]] Result<std::uint64_t> saveResults(const std::filesystem::path& path, const StoredResults& results,
                                                 FileOutput& output);
 
