@@ -1,9 +1,9 @@
 // Whatever the reader of results files accepts, the writer writes the same way again, and every row of it can be asked
 // for.
-#include <algorithm>
 #include <cstdlib>
 #include <vector>
 
+#include "../support/bytes_reader.h"
 #include "engine/node_blob.h"
 #include "engine/results_content.h"
 #include "engine/scan_figures.h"
@@ -16,23 +16,6 @@ void require(bool condition)
     if (!condition)
         std::abort();
 }
-
-class BytesReader final : public ContentReader {
-public:
-    explicit BytesReader(std::span<const std::byte> bytes) : rest_(bytes) {}
-    Result<std::size_t> read(std::span<std::byte> buffer) override
-    {
-        const std::size_t count = std::min(buffer.size(), rest_.size());
-        std::copy_n(rest_.begin(), count, buffer.begin());
-        rest_ = rest_.subspan(count);
-        return count;
-    }
-    Status skip(std::uint64_t) override { return Error{}; }
-    Result<FileInfo> info() const override { return Error{}; }
-
-private:
-    std::span<const std::byte> rest_;
-};
 
 void askForRows(const ResultsContent& content)
 {
@@ -53,9 +36,9 @@ void askForDefinition(const std::vector<std::byte>& blob)
         static_cast<void>(scanFiguresOf(child));
 }
 
-void check(std::span<const std::byte> bytes)
+void check(const std::vector<std::byte>& bytes)
 {
-    BytesReader reader(bytes);
+    testing::BytesReader reader(bytes);
     const auto content = decodeResults(reader, CancelFlag());
     if (!content)
         return;
@@ -73,6 +56,7 @@ void check(std::span<const std::byte> bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    kelvane::check(std::as_bytes(std::span(data, size)));
+    const auto* first = reinterpret_cast<const std::byte*>(data);
+    kelvane::check({first, first + size});
     return 0;
 }
