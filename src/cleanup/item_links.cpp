@@ -67,7 +67,7 @@ bool mayBeKeptItself(const ShellItem& item, const ShellItem& kept)
         return true;
     if (isLinkItself(kept) || hasLinkAbove(kept))
         return isSameFile(item, kept) || !kept.info().identity.known();
-    return isSameFile(item, kept) && !isLinkItself(item) && hasLinkAbove(item);
+    return isSameFile(item, kept) && hasLinkAbove(item);
 }
 
 std::optional<bool> onSameVolume(const ShellItem& a, const ShellItem& b, const PathRules& paths)

@@ -170,6 +170,10 @@ TEST(CleanupPlan, KnowsTwoNamesOfOneFile)
     const CleanupWorld keptOtherLink({file("/a", 1, {1, 1}, link), file("/b", 1, {1, 2})}, "-x");
     EXPECT_EQ(keptOtherLink.told(recycle), "none b>a 10 10");
 
+    ListedFile unfollowed = file("/a", 1, {1, 1}, link);
+    unfollowed.kind = FileKind::link;
+    EXPECT_EQ(CleanupWorld({unfollowed, file("/b", 1, {1, 2})}, "-x").told(recycle), "b:maybeKeptItself 0");
+
     // The same file once more, by a folder that is a link.
     CleanupWorld byFolder({file("/a", 1, {1, 1})}, "-");
     const auto folder = ShellItem::make(nullptr, testing::native("/l"), {FileKind::folder, link, {}, {}, {}},
