@@ -1,5 +1,7 @@
 #include "engine/archive_entries.h"
 
+#include <algorithm>
+
 #include "platform/native_text.h"
 
 namespace kelvane {

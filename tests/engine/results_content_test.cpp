@@ -162,7 +162,7 @@ TEST(ResultsContent, DamageIsTold)
         {lists, 1, 2, "too short"},
         {lists, 0xFFFF, 2, "beyond the block"},
         {lists + 2, static_cast<std::uint64_t>(StoredKind::file), 1, "names no folder"},
-        {lists + 42, 'x', 1, "name that no file has"},  // not absolute
+        {lists + 42, 0x7878, 2, "name that no file has"},  // not absolute
         {lists + 42 + folder - 1, '/', 1, "name that no file has"},
         {first, 0, 2, "names no file"},
         {first + 2, 6, 1, "unknown kind"},
