@@ -58,18 +58,21 @@ private:
     {
         const NativeString native = nativeFromBytes(path);
         const bool isRoot = stored.has(stored_flag::root);
-        const bool isFollowed =
-            stored.kind != StoredKind::link && (stored.info.attributes & attribute::reparsePoint) != 0;
-        const auto now = shell_.files().details(native, isRoot || isFollowed ? Links::followed : Links::asThemselves);
-        if (!now || now->kind != stored.info.kind)
-            return nullptr;
-        const Place kind = stored.kind == StoredKind::archive ? Place::archive : Place::fileSystem;
-        if (isRoot)
-            return ShellItem::make(nullptr, native, stored.info, kind);
-        const std::size_t name = nativeFromBytes(folderPart(path)).size();
+        const std::size_t name = isRoot ? 0 : nativeFromBytes(folderPart(path)).size();
         Ref<const ShellItem> folder = name > 0 ? folders_.folderOf(native) : nullptr;
-        return folder ? ShellItem::make(std::move(folder), NativeView(native).substr(name), stored.info, kind)
-                      : nullptr;
+        if (!(isRoot || folder) || !isThere(native, stored))
+            return nullptr;
+        const Place place = stored.kind == StoredKind::archive ? Place::archive : Place::fileSystem;
+        return ShellItem::make(std::move(folder), NativeView(native).substr(name), stored.info, place);
+    }
+
+    bool isThere(const NativeString& path, const StoredItem& stored)
+    {
+        const bool isLinkFollowed =
+            stored.kind != StoredKind::link && (stored.info.attributes & attribute::reparsePoint) != 0;
+        const bool isFollowed = isLinkFollowed || stored.has(stored_flag::root);
+        const auto now = shell_.files().details(path, isFollowed ? Links::followed : Links::asThemselves);
+        return now && now->kind == stored.info.kind;
     }
 
     void takeEntries(const std::string& path, const std::vector<std::uint32_t>& indexes)
