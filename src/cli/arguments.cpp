@@ -83,6 +83,20 @@ std::string footerText(const HelpFooter& footer)
     return words + '\n' + filledText(TextId::exitCodes) + '\n';
 }
 
+std::string notEmpty(const std::string& value)
+{
+    return value.empty() ? filledText(TextId::valueNeeded) : "";
+}
+
+std::optional<std::string> notOneFile(std::string_view verb, const std::vector<std::string>& words)
+{
+    if (words.empty() || words.front().empty())
+        return filledText(TextId::needsSavedScan, {verb}) + helpHint(verb);
+    if (words.size() > 1)
+        return filledText(TextId::oneArgumentTooMany, {words[1]});
+    return std::nullopt;
+}
+
 std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positionals, const Arguments& arguments,
                                        const Console& console)
 {

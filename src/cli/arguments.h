@@ -17,6 +17,12 @@ namespace kelvane {
 [[nodiscard]] std::optional<ExitCode> parseArguments(CLI::App& app, std::string_view positionals,
                                                      const Arguments& arguments, const Console& console);
 
+// A check of options: why a value is refused, "" for one that is not.
+[[nodiscard]] std::string notEmpty(const std::string& value);
+
+// Why the words of a verb that works on one saved scan are not the name of one file; nothing when they are.
+[[nodiscard]] std::optional<std::string> notOneFile(std::string_view verb, const std::vector<std::string>& words);
+
 // What stands behind the options in a verb's help: notes, examples (lines of the command line, each ended), what is
 // said last, and the exit codes.
 struct HelpFooter {

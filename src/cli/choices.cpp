@@ -18,10 +18,16 @@ std::string joined(const std::vector<std::string>& words)
 
 std::string unknownWord(TextId pattern, std::string_view typed, const std::vector<std::string>& known)
 {
+    return unknownWord(pattern, typed, known, known);
+}
+
+std::string unknownWord(TextId pattern, std::string_view typed, const std::vector<std::string>& known,
+                        const std::vector<std::string>& listed)
+{
     std::string message = filledText(pattern, {typed});
     if (const auto near = nearestWords(typed, known); !near.empty())
         message += ' ' + filledText(TextId::didYouMean, {joined(near)});
-    return message + filledText(TextId::knownWords, {joined(known)});
+    return message + filledText(TextId::knownWords, {joined(listed)});
 }
 
 }  // namespace kelvane

@@ -14,6 +14,10 @@ namespace kelvane {
 // unknown format "jsn" (did you mean json?); known: text, json -- the pattern has the word as its %1.
 [[nodiscard]] std::string unknownWord(TextId pattern, std::string_view typed, const std::vector<std::string>& known);
 
+// The same where only some of the known words are to be listed.
+[[nodiscard]] std::string unknownWord(TextId pattern, std::string_view typed, const std::vector<std::string>& known,
+                                      const std::vector<std::string>& listed);
+
 template <class T>
 struct Choice {
     std::string_view word;

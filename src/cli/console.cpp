@@ -14,11 +14,9 @@ namespace kelvane {
 namespace {
 
 constexpr std::array table = {
-    Verb{"scan", TextId::scanSummary, scanVerb},
-    Verb{"compare", TextId::compareSummary, compareVerb},
-    Verb{"describe", TextId::describeSummary, describeVerb},
-    Verb{"ignore", TextId::ignoreSummary, ignoreVerb},
-    Verb{"settings", TextId::settingsSummary, settingsVerb},
+    Verb{"scan", TextId::scanSummary, scanVerb},          Verb{"show", TextId::showSummary, showVerb},
+    Verb{"compare", TextId::compareSummary, compareVerb}, Verb{"describe", TextId::describeSummary, describeVerb},
+    Verb{"ignore", TextId::ignoreSummary, ignoreVerb},    Verb{"settings", TextId::settingsSummary, settingsVerb},
 };
 
 void printHelp(std::ostream& stream)
@@ -33,7 +31,8 @@ void printHelp(std::ostream& stream)
            << "\n  --version   " << filledText(TextId::programVersionHelp) << "\n\n"
            << filledText(TextId::examplesHeading)
            << "\n"
-              "  kelvane-cli scan ~/Pictures\n"
+              "  kelvane-cli scan --save copies.ikvs ~/Pictures\n"
+              "  kelvane-cli show copies.ikvs\n"
               "  kelvane-cli compare a.txt b.txt\n"
               "  kelvane-cli describe a.txt\n"
               "  kelvane-cli settings list\n"

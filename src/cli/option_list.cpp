@@ -2,15 +2,11 @@
 #include <CLI/CLI.hpp>
 
 #include "base/filled_text.h"
+#include "cli/arguments.h"
 #include "cli/options.h"
 
 namespace kelvane {
 namespace {
-
-std::string notEmpty(const std::string& value)
-{
-    return value.empty() ? filledText(TextId::valueNeeded) : "";
-}
 
 class Declarer {
 public:

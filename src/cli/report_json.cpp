@@ -2,8 +2,7 @@
 #include <ostream>
 #include <utility>
 
-#include "cli/report.h"
-#include "cli/value_json.h"
+#include "cli/listed_value.h"
 #include "platform/native_text.h"
 
 namespace kelvane {
@@ -31,10 +30,10 @@ Json flagsJson(const ScanCriteria& criteria)
     return words;
 }
 
-Json rootsJson(const ScanReport& report)
+Json rootsJson(const std::vector<std::string>& list)
 {
     Json roots = Json::array();
-    for (const auto& root : report.roots.roots) {
+    for (const auto& root : list) {
         Json entry;
         addPath(entry, root);
         roots.push_back(std::move(entry));
@@ -42,66 +41,96 @@ Json rootsJson(const ScanReport& report)
     return roots;
 }
 
-Json definitionJson(const ScanOutcome& outcome)
+Json definitionJson(const Listing& listing)
 {
-    const ScanCriteria& criteria = outcome.criteria;
+    if (listing.criteria == nullptr)
+        return nullptr;
+    const ScanCriteria& criteria = *listing.criteria;
     Json properties = Json::array();
     for (const PropRef& property : criteria.properties)
         properties.push_back(property.info->name);
-    return {{"roots", rootsJson(outcome.report)}, {"category", categoryWord(criteria.category())},
+    return {{"roots", rootsJson(listing.roots)},  {"category", categoryWord(criteria.category())},
             {"masks", criteria.definition.masks}, {"properties", std::move(properties)},
             {"similarity", criteria.similarity},  {"minSize", criteria.sizes.smallest},
             {"flags", flagsJson(criteria)}};
 }
 
-Json statsJson(const ScanOutcome& outcome)
+Json statsJson(const Listing& listing)
 {
-    const ScanReport& report = outcome.report;
-    const std::uint64_t groups = outcome.results.groupCount();
-    return {{"files", report.candidates},
-            {"bytes", report.candidateBytes},
-            {"groups", groups},
-            {"duplicates", outcome.results.itemCount() - groups},
-            {"seconds", report.seconds},
-            {"phases",
-             {{"gathering", report.walkSeconds},
-              {"sorting", report.grouping.sortSeconds},
-              {"comparing", report.grouping.compareSeconds}}},
-            {"folders", report.walk.folders},
-            {"filesSeen", report.walk.filesSeen},
-            {"bytesRead", report.grouping.bytesRead},
-            {"skipped", report.walk.skipped + report.grouping.skipped},
-            {"offlineSkipped", report.walk.offlineSkipped},
-            {"withoutValue", report.walk.withoutValue}};
+    const ScanFigures& figures = listing.figures;
+    const ListedCounts counts = countListed(listing.results);
+    return {
+        {"files", figures.candidates},
+        {"bytes", figures.candidateBytes},
+        {"groups", counts.groups},
+        {"duplicates", counts.duplicates()},
+        {"seconds", figures.seconds},
+        {"phases",
+         {{"gathering", figures.walkSeconds}, {"sorting", figures.sortSeconds}, {"comparing", figures.compareSeconds}}},
+        {"folders", figures.folders},
+        {"filesSeen", figures.filesSeen},
+        {"bytesRead", figures.bytesRead},
+        {"skipped", figures.skipped},
+        {"offlineSkipped", figures.offlineSkipped},
+        {"withoutValue", figures.withoutValue}};
 }
 
-Json groupJson(const GroupFacts& group)
+Json valuesJson(const Listing& listing, ItemId id)
 {
-    Json files = Json::array();
-    for (const ShellItem* item : group.files) {
-        const FileInfo& info = item->info();
-        Json file;
-        addPath(file, bytesFromNative(item->fullName()));
-        file["size"] = info.size.bytes;
-        file["modified"] = timeJson(info.modified);
-        files.push_back(std::move(file));
+    Json values = Json::object();
+    for (const PropRef& column : listing.shape.columns)
+        values[std::string(column.info->name)] = listedValue(listing, id, column);
+    return values;
+}
+
+Json fileJson(const Listing& listing, ItemId id)
+{
+    const ShellItem& item = listing.file(id);
+    Json file;
+    addPath(file, bytesFromNative(item.fullName()));
+    file["size"] = item.info().size.bytes;
+    file["modified"] = timeJson(item.info().modified);
+    if (listing.marksNew())
+        file["new"] = listing.isNew(id);
+    if (!listing.shape.columns.empty())
+        file["properties"] = valuesJson(listing, id);
+    return file;
+}
+
+Json groupJson(const Listing& listing, const GroupFacts& group)
+{
+    if (listing.shape.flat) {
+        Json file = {{"group", group.number}, {"approximate", group.approximate}};
+        file.update(fileJson(listing, group.files.front()));
+        return file;
     }
+    Json files = Json::array();
+    for (const ItemId id : group.files)
+        files.push_back(fileJson(listing, id));
     return {{"id", group.number}, {"approximate", group.approximate}, {"files", std::move(files)}};
+}
+
+void writeGroups(const Listing& listing, std::ostream& out)
+{
+    out << ",\n" << (listing.shape.flat ? "\"files\"" : "\"groups\"") << ": [";
+    bool first = true;
+    forEachGroup(listing, [&](const GroupFacts& group) {
+        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(groupJson(listing, group), Layout::oneLine);
+        return out.good();
+    });
+    out << (first ? "]" : "\n]");
 }
 
 }  // namespace
 
 // Group by group, one a line: a document of any length takes the memory of its largest group.
-void writeJsonReport(const ScanOutcome& outcome, std::ostream& out)
+void writeJsonReport(const Listing& listing, std::ostream& out)
 {
-    out << "{\"definition\": " << dump(definitionJson(outcome), Layout::oneLine)
-        << ",\n\"stats\": " << dump(statsJson(outcome), Layout::oneLine) << ",\n\"groups\": [";
-    bool first = true;
-    forEachGroup(outcome.results, [&](const GroupFacts& group) {
-        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(groupJson(group), Layout::oneLine);
-        return out.good();
-    });
-    out << (first ? "" : "\n") << "]}\n";
+    out << "{\"definition\": " << dump(definitionJson(listing), Layout::oneLine)
+        << ",\n\"stats\": " << dump(statsJson(listing), Layout::oneLine);
+    if (!listing.shape.summaryOnly)
+        writeGroups(listing, out);
+    out << "}\n";
 }
 
 }  // namespace kelvane

@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iomanip>
 #include <ostream>
 #include <utility>
 
 #include "base/filled_text.h"
 #include "base/size_text.h"
+#include "base/utf.h"
 #include "cli/printable.h"
 #include "cli/report.h"
 #include "platform/native_text.h"
@@ -18,27 +20,25 @@ std::string countedFiles(std::uint64_t count)
     return countedText(count, TextId::oneFile, TextId::manyFiles);
 }
 
-struct GroupSizes {
+struct SizeBounds {
     FileSize smallest{UINT64_MAX};
     FileSize largest;
-    std::uint64_t total = 0;
 };
 
-GroupSizes sizesOf(const GroupFacts& group)
+SizeBounds sizesOf(const Listing& listing, const GroupFacts& group)
 {
-    GroupSizes sizes;
-    for (const ShellItem* file : group.files) {
-        const FileSize size = file->info().size;
+    SizeBounds sizes;
+    for (const ItemId id : group.files) {
+        const FileSize size = listing.file(id).info().size;
         sizes.smallest = std::min(sizes.smallest, size);
         sizes.largest = std::max(sizes.largest, size);
-        sizes.total += size.bytes;
     }
     return sizes;
 }
 
-std::string groupTitle(const GroupFacts& group)
+std::string groupTitle(const Listing& listing, const GroupFacts& group)
 {
-    const GroupSizes sizes = sizesOf(group);
+    const SizeBounds sizes = sizesOf(listing, group);
     const std::string number = std::to_string(group.number);
     const std::string files = countedFiles(group.files.size());
     const std::string title =
@@ -48,16 +48,41 @@ std::string groupTitle(const GroupFacts& group)
     return title + (group.approximate ? filledText(TextId::groupApproximate) : "");
 }
 
-// Whichever file of a group is kept, at least this much goes.
-std::uint64_t reclaimable(const ResultsModel& results)
+// A tab parts the path from each value: the name itself shows none.
+void writeFile(const Listing& listing, ItemId id, std::ostream& out)
 {
-    std::uint64_t bytes = 0;
-    forEachGroup(results, [&](const GroupFacts& group) {
-        const GroupSizes sizes = sizesOf(group);
-        bytes += sizes.total - sizes.largest.bytes;
+    if (listing.marksNew())
+        out << (listing.isNew(id) ? "+ " : "  ");
+    out << printable(bytesFromNative(listing.file(id).fullName()));
+    out << '\n';
+}
+
+void writeTitled(const Listing& listing, std::ostream& out)
+{
+    bool first = true;
+    forEachGroup(listing, [&](const GroupFacts& group) {
+        if (!goesOn(listing, out))
+            return false;
+        out << (std::exchange(first, false) ? "" : "\n") << groupTitle(listing, group) << '\n';
+        for (const ItemId id : group.files)
+            writeFile(listing, id, out);
         return true;
     });
-    return bytes;
+}
+
+// The numbers of the groups stand in front, as wide as the widest.
+void writeFlat(const Listing& listing, std::ostream& out)
+{
+    std::uint32_t highest = 0;
+    listing.results.forEachRow([&](ItemId id) { highest = std::max(highest, listing.results.item(id).groupNumber()); });
+    const auto width = static_cast<int>(std::to_string(highest).size());
+    forEachGroup(listing, [&](const GroupFacts& group) {
+        if (!goesOn(listing, out))
+            return false;
+        out << std::setw(width) << group.number << "  ";
+        writeFile(listing, group.files.front(), out);
+        return true;
+    });
 }
 
 std::string secondsText(double seconds)
@@ -71,34 +96,28 @@ std::string secondsText(double seconds)
 
 }  // namespace
 
-void writeTextReport(const ScanOutcome& outcome, std::ostream& out)
+void writeTextReport(const Listing& listing, std::ostream& out)
 {
-    bool first = true;
-    forEachGroup(outcome.results, [&](const GroupFacts& group) {
-        if (!goesOn(outcome, out))
-            return false;
-        out << (std::exchange(first, false) ? "" : "\n") << groupTitle(group) << '\n';
-        for (const ShellItem* file : group.files)
-            out << printable(bytesFromNative(file->fullName())) << '\n';
-        return true;
-    });
+    if (listing.shape.summaryOnly)
+        return;
+    listing.shape.flat ? writeFlat(listing, out) : writeTitled(listing, out);
 }
 
-void writeSummary(const ScanOutcome& outcome, std::ostream& err)
+void writeSummary(const Listing& listing, std::ostream& out)
 {
-    const std::uint64_t groups = outcome.results.groupCount();
-    const std::uint64_t duplicates = outcome.results.itemCount() - groups;
-    const std::string searched = filledText(TextId::summarySearched, {countedFiles(outcome.report.candidates),
-                                                                      sizeText({outcome.report.candidateBytes}),
-                                                                      secondsText(outcome.report.seconds)});
-    if (groups == 0) {
-        err << filledText(TextId::summaryNothing, {searched}) << '\n';
+    const ListedCounts counts = countListed(listing.results);
+    const std::string searched = filledText(TextId::summarySearched, {countedFiles(listing.figures.candidates),
+                                                                      sizeText({listing.figures.candidateBytes}),
+                                                                      secondsText(listing.figures.seconds)});
+    if (counts.groups == 0) {
+        out << filledText(TextId::summaryNothing, {searched}) << '\n';
         return;
     }
-    err << '\n'
-        << filledText(TextId::summaryFound, {countedText(duplicates, TextId::oneDuplicate, TextId::manyDuplicates),
-                                             countedText(groups, TextId::oneGroup, TextId::manyGroups),
-                                             sizeText({reclaimable(outcome.results)}), searched})
+    out << (listing.shape.summaryOnly ? "" : "\n")
+        << filledText(TextId::summaryFound,
+                      {countedText(counts.duplicates(), TextId::oneDuplicate, TextId::manyDuplicates),
+                       countedText(counts.groups, TextId::oneGroup, TextId::manyGroups), sizeText({counts.freed}),
+                       searched})
         << '\n';
 }
 

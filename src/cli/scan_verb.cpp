@@ -8,6 +8,7 @@
 #include "cli/property_access.h"
 #include "cli/report.h"
 #include "cli/requested_criteria.h"
+#include "cli/scan_save.h"
 #include "cli/scan_watch.h"
 #include "cli/settings_in_force.h"
 #include "cli/verbs.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr std::string_view examples = "  kelvane-cli scan ~/Pictures ~/Backup\n"
                                       "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
                                       "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
+                                      "  kelvane-cli scan --save copies.ikvs ~/Music\n"
                                       "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
 
 // Names every root that is not walked. True when one of them is a fault; a root inside another one is none.
@@ -58,7 +60,37 @@ void noteLeftOut(const ScanReport& report, const ScanCriteria& criteria, const C
         complain(console, countedText(pairs, TextId::oneIgnoredLeftOut, TextId::manyIgnoredLeftOut));
 }
 
+// A finished scan, for as long as it is reported.
+struct ScanOutcome {
+    const ScanCriteria& criteria;
+    const ScanReport& report;
+    ResultsModel& results;
+};
+
+void print(OutputFormat format, const ScanOutcome& outcome, const Console& console)
+{
+    const ScanFigures figures = figuresOf(outcome.report, outcome.criteria.options);
+    const Listing listing{&outcome.criteria, figures.roots, figures, outcome.results, console.cancel};
+    writeReport(format, listing, console.out);
+    console.out.flush();
+    if (format == OutputFormat::text)
+        writeSummary(listing, console.err);
+}
+
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
+{
+    print(request.format, outcome, console);
+    const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
+    complainOfSkipped(skipped, watch, request, console);
+    noteLeftOut(outcome.report, outcome.criteria, console);
+    if (request.format != OutputFormat::json && console.cancel.cancelled())
+        return ExitCode::cancelled;
+    return skipped > 0 ? ExitCode::incomplete : ExitCode::done;
+}
+
+// Saved before it is printed: a reader that closes its pipe takes nothing away from the file.
+ExitCode saveAndReport(const ScanRequest& request, const SaveTarget& target, const ScanOutcome& outcome,
+                       const ScanWatch& watch, Platform& platform, const Console& console)
 {
     const RootList& roots = outcome.report.roots;
     const bool rootFault = complainOfRoots(roots, request, console);
@@ -66,19 +98,13 @@ ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const Sc
         return ExitCode::usage;
     if (outcome.report.rows < 0)
         return stopCancelled(console);
-    writeReport(request.format, outcome, console.out);
-    console.out.flush();
-    const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
-    complainOfSkipped(skipped, watch, request, console);
-    noteLeftOut(outcome.report, outcome.criteria, console);
-    if (request.format == OutputFormat::text)
-        writeSummary(outcome, console.err);
-    if (request.format != OutputFormat::json && console.cancel.cancelled())
-        return ExitCode::cancelled;
-    return rootFault || skipped > 0 ? ExitCode::incomplete : ExitCode::done;
+    const ExitCode saved = saveScan(target, outcome.criteria, outcome.report, outcome.results, platform, console);
+    return std::max(
+        {rootFault ? ExitCode::incomplete : ExitCode::done, saved, report(request, outcome, watch, console)});
 }
 
-ExitCode scan(const ScanRequest& request, const IgnoredPairs& ignored, Platform& platform, const Console& console)
+ExitCode scan(const ScanRequest& request, const SaveTarget& target, const IgnoredPairs& ignored, Platform& platform,
+              const Console& console)
 {
     const PropertyAccess properties(platform, request.options);
     const auto criteria = requestedCriteria(request, properties.catalogue);
@@ -92,7 +118,18 @@ ExitCode scan(const ScanRequest& request, const IgnoredPairs& ignored, Platform&
         console.cancel,   results,          nullptr,           &ignored};
     const ScanReport scanned = runScan(*criteria, ports);
     watch.finish();
-    return report(request, {*criteria, scanned, results, console.cancel}, watch, console);
+    return saveAndReport(request, target, {*criteria, scanned, results}, watch, platform, console);
+}
+
+void addSaveOptions(CLI::App& app, SaveTarget& target)
+{
+    const std::string group = filledText(TextId::groupOutput);
+    app.add_option("--save", target.file, filledText(TextId::helpSave))
+        ->check(notEmpty)
+        ->type_name("FILE")
+        ->take_last()
+        ->group(group);
+    app.add_flag("--overwrite", target.overwrite, filledText(TextId::helpSaveOverwrite))->group(group);
 }
 
 }  // namespace
@@ -108,6 +145,8 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     bool withIgnored = false;
     app.add_flag("--with-ignored", withIgnored, filledText(TextId::helpWithIgnored))
         ->group(filledText(TextId::groupMatch));
+    SaveTarget target;
+    addSaveOptions(app, target);
     if (const auto over = parseArguments(app, "ROOT...", arguments, console))
         return *over;
     if (roots.empty()) {
@@ -122,7 +161,9 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     if (!request)
         return refuse(console, request.error().detail);
     const IgnoredPairs ignored(withIgnored ? std::span<const IgnoredGroup>{} : settings->ignored);
-    return scan(*request, ignored, platform, console);
+    if (const Status free = checkTarget(target, platform); !free)
+        return refuse(console, free.error().detail);
+    return scan(*request, target, ignored, platform, console);
 }
 
 }  // namespace kelvane

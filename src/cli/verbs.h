@@ -19,6 +19,9 @@ struct Verb {
 [[nodiscard]] std::span<const Verb> verbs() noexcept;
 
 [[nodiscard]] ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console& console);
+[[nodiscard]] ExitCode showVerb(const Arguments& arguments, Platform& platform, const Console& console);
+[[nodiscard]] ExitCode exportVerb(const Arguments& arguments, Platform& platform, const Console& console);
+[[nodiscard]] ExitCode cleanVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode ignoreVerb(const Arguments& arguments, Platform& platform, const Console& console);

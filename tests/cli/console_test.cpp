@@ -39,7 +39,7 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
     const std::string root = tree.path().string();
     const std::string file = tree.write("a", "x").string();
     const BadInput table[] = {
-        {{"scna", root}, "unknown verb \"scna\" (did you mean scan?); known: scan, compare, describe"},
+        {{"scna", root}, "unknown verb \"scna\" (did you mean scan?); known: scan, show, "},
         {{"\x1b[31mred\n"}, "unknown verb \"\\x1b[31mred\\n\""},
         {{"clean", root}, "unknown verb \"clean\""},
         {{"--json"}, "unknown option \"--json\""},
@@ -74,6 +74,14 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"compare", file, root}, "is a folder"},
         {{"compare", file, root + "/none"}, "/none: "},
         {{"compare", file, file, "--format", "null"}, "formats: text, json, csv"},
+        {{"show"}, "show needs the file of a saved scan"},
+        {{"show", file}, ": Error reading and/or corrupt contents file: "},
+        {{"show", root + "/none"}, "/none: "},
+        {{"show", file, file}, "one argument too many"},
+        {{"show", file, "--summary", "--format", "null"}, "--summary and --format null exclude each other"},
+        {{"scan", root, "--save", file}, "is no saved scan; --overwrite replaces it"},
+        {{"scan", root, "--save", root}, "not a regular file"},
+        {{"scan", root, "--save", root + "/none/x"}, "/none/x: "},
         {{"describe"}, "describe needs one file"},
         {{"describe", root + "/none"}, "/none: "},
         {{"describe", file, "--as", "text"}, "describe --as text is not built yet"},

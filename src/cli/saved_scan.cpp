@@ -1,0 +1,78 @@
+#include "cli/saved_scan.h"
+
+#include "base/filled_text.h"
+#include "cli/problems.h"
+#include "cli/settings_in_force.h"
+
+namespace kelvane {
+namespace {
+
+// As the scan had it: the archives were entered or not, whatever the settings are now.
+void takeCriteria(SavedScan& scan, const CScanNode& definition, EngineOptions options)
+{
+    constexpr std::uint32_t archives = option_flag::enterVirtualFolders;
+    options.flags = scan.figures.archives ? options.flags | archives : options.flags & ~archives;
+    if (auto criteria = makeCriteria(definition, options, scan.properties.catalogue))
+        scan.criteria = std::move(*criteria);
+}
+
+void take(SavedScan& scan, LoadedResults& loaded, Platform& platform, const EngineOptions& options)
+{
+    StoredResults& stored = loaded.results;
+    scan.missing = loaded.missing;
+    scan.columns = std::move(stored.columns);
+    if (stored.figures)
+        scan.figures = std::move(*stored.figures);
+    if (stored.definition) {
+        if (!stored.figures)
+            scan.figures.roots = platform.paths().splitRoots(stored.definition->roots);
+        takeCriteria(scan, *stored.definition, options);
+    }
+    for (StoredRow& row : stored.rows)
+        scan.results.add(std::move(row.file), row.group, row.approximate);
+}
+
+std::string failureText(const std::string& typed, const Error& error)
+{
+    if (error.kind == ErrorKind::notFound || error.kind == ErrorKind::accessDenied)
+        return typed + ": " + errorText(error);
+    return typed + ": " + filledText(TextId::contentsCorrupt) + ": " + errorText(error);
+}
+
+}  // namespace
+
+SavedScan::SavedScan(std::string typed, Platform& platform, const EngineOptions& options)
+    : name(std::move(typed)), properties(platform, options)
+{
+}
+
+std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::string& settings, Platform& platform,
+                                         const Console& console, ExitCode& code)
+{
+    const auto options = engineSettings(settings, platform, console);
+    if (!options) {
+        code = refuse(console, options.error().detail);
+        return nullptr;
+    }
+    auto scan = std::make_unique<SavedScan>(typed, platform, *options);
+    auto loaded = loadResults(namedFile(typed), platform.shell(), scan->properties.catalogue, console.cancel);
+    if (!loaded) {
+        code =
+            console.cancel.cancelled() ? stopCancelled(console) : refuse(console, failureText(typed, loaded.error()));
+        return nullptr;
+    }
+    take(*scan, *loaded, platform, *options);
+    return scan;
+}
+
+ExitCode tellMissing(const SavedScan& scan, const Console& console)
+{
+    if (scan.missing == 0)
+        return ExitCode::done;
+    const std::uint64_t all = std::uint64_t{scan.missing} + scan.results.itemCount();
+    complain(console, scan.name + ": " + filledText(TextId::itemsNotLocated) + " (" +
+                          filledText(TextId::partOf, {std::to_string(scan.missing), std::to_string(all)}) + ')');
+    return ExitCode::incomplete;
+}
+
+}  // namespace kelvane

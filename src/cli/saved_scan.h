@@ -1,0 +1,36 @@
+// A saved scan, opened for a verb that works on it.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "cli/console.h"
+#include "cli/property_access.h"
+#include "engine/criteria.h"
+#include "engine/results_file.h"
+#include "results/results_model.h"
+
+namespace kelvane {
+
+// The platform outlives it.
+struct SavedScan {
+    SavedScan(std::string typed, Platform& platform, const EngineOptions& options);
+
+    std::string name;  // the file as it was typed
+    PropertyAccess properties;
+    ResultsModel results;                  // with groups kept together, by number
+    std::vector<PropRef> columns;          // those of the results list
+    std::optional<ScanCriteria> criteria;  // nothing where the file does not say what was searched for
+    ScanFigures figures;                   // all 0 where the file has none
+    std::uint32_t missing = 0;             // files that are not there any more
+};
+
+// Null when the verb is over with `code`; the reason was told then. `settings` may name an INI file.
+[[nodiscard]] std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::string& settings,
+                                                       Platform& platform, const Console& console, ExitCode& code);
+
+// Tells of the files that are not there any more; the exit code says so too.
+[[nodiscard]] ExitCode tellMissing(const SavedScan& scan, const Console& console);
+
+}  // namespace kelvane
