@@ -1,6 +1,8 @@
 #include "engine/results_content.h"
 
 #include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sstream>
 
 #include "engine/node_blob.h"

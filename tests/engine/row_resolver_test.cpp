@@ -1,5 +1,6 @@
 #include "engine/row_resolver.h"
 
+#include <gtest/gtest.h>
 #include <map>
 
 #include "support/paths.h"

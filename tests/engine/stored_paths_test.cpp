@@ -1,5 +1,7 @@
 #include "engine/stored_paths.h"
 
+#include <gtest/gtest.h>
+
 namespace kelvane {
 namespace {
 

@@ -27,12 +27,13 @@ private:
     static constexpr FormatId message{0xE3E0584C, 0xB788, 0x4A5A, {0xBB, 0x20, 0x7F, 0x5A, 0x44, 0xC9, 0xAC, 0xDD}};
     static constexpr auto fromRecord = property_flag::fromFileRecord;
 
-    static constexpr std::array<PropertyInfo, 9> rows{{
+    static constexpr std::array<PropertyInfo, 10> rows{{
         {"System.ItemTypeText", {storage, 4}, VarType::wideText, fromRecord, u"Type", u""},
         {"System.Size", {storage, 12}, VarType::uint64, fromRecord, u"Size", u""},
         {"System.DateModified", {storage, 14}, VarType::fileTime, fromRecord, u"Date modified", u""},
         {"System.ItemType", {shell, 11}, VarType::wideText, fromRecord, u"Item type", u""},
         {"System.ItemFolderPathDisplay", {message, 6}, VarType::wideText, fromRecord, u"Folder path", u""},
+        {"System.ItemPathDisplay", {message, 7}, VarType::wideText, fromRecord, u"Path", u""},
         {"System.Title", {summary, 2}, VarType::wideText, 0, u"Title", u""},
         {"System.Media.Duration", {media, 3}, VarType::uint64, 0, u"Length", u""},
         {"System.Media.Year", {music, 5}, VarType::uint32, 0, u"Year", u""},

@@ -1,0 +1,54 @@
+#include "results/search_texts.h"
+
+#include <utility>
+
+#include "results/folded_bytes.h"
+#include "results/result_columns.h"
+
+namespace kelvane {
+
+bool SearchTexts::use(std::vector<PropRef> columns)
+{
+    if (columns == columns_)
+        return false;
+    columns_ = std::move(columns);
+    forget();
+    return true;
+}
+
+void SearchTexts::forget()
+{
+    bytes_.clear();
+    ends_.clear();
+}
+
+// Ids are given in rising order and never again, so what is new is at the end. A list that was cleared begins anew.
+void SearchTexts::makeAll()
+{
+    if (ends_.size() > model_.idLimit())
+        forget();
+    ends_.reserve(model_.idLimit());
+    while (ends_.size() < model_.idLimit())
+        append(static_cast<ItemId>(ends_.size()));
+}
+
+void SearchTexts::append(ItemId id)
+{
+    for (const PropRef& column : columns_) {
+        if (columns_.size() > 1)
+            bytes_ += ' ';
+        appendFolded(bytes_, cellText(model_.file(id), column, properties_), properties_.folding());
+    }
+    ends_.push_back(bytes_.size());
+}
+
+std::string_view SearchTexts::of(ItemId id) const
+{
+    const auto index = static_cast<std::size_t>(id);
+    if (index >= ends_.size())
+        return {};
+    const std::size_t start = index == 0 ? 0 : ends_[index - 1];
+    return std::string_view(bytes_).substr(start, ends_[index] - start);
+}
+
+}  // namespace kelvane
