@@ -36,13 +36,13 @@ void setGroupNumber(ItemContext& file, std::uint32_t number)
 void ResultsModel::enterGroups(std::span<const ItemId> items)
 {
     std::unordered_set<GroupId> entered;
+    changes_.counts = changes_.counts || !items.empty();
     for (const ItemId id : items) {
         ResultGroup& group = groups_[index(item(id).group)];
         liveGroups_ += group.members.empty() ? 1 : 0;
         group.members.push_back(id);
         setGroupNumber(file(id), group.number);
         entered.insert(item(id).group);
-        touchRow(id);
     }
     for (const GroupId groupId : entered)
         std::sort(groups_[index(groupId)].members.begin(), groups_[index(groupId)].members.end());
@@ -127,6 +127,8 @@ void ResultsModel::moveTo(Moves moves, bool back)
     for (const HistoryStep::Move& move : moves)
         items_[index(move.item)].group = back ? move.from : move.to;
     enterGroups(items);
+    for (const ItemId id : items)
+        touchRow(id);
 }
 
 void ResultsModel::setApproximate(GroupId groupId, bool approximate)

@@ -1,5 +1,7 @@
 // Marks, tags and hiding.
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "results/results_model.h"
 
@@ -63,11 +65,13 @@ void ResultsModel::toggle(std::span<const ItemId> items, Mark mark)
 
 void ResultsModel::retick(std::span<const ItemId> on, std::span<const ItemId> off)
 {
-    std::vector<ItemId> changing = onTheList(on);
-    std::erase_if(changing, [this](ItemId id) { return item(id).isTicked(); });
-    std::vector<ItemId> clearing = onTheList(off);
-    std::erase_if(clearing, [this](ItemId id) { return !item(id).isTicked(); });
-    changing.insert(changing.end(), clearing.begin(), clearing.end());
+    const std::vector<ItemId> ticking = onTheList(on);
+    std::vector<ItemId> changing = onTheList(off);
+    std::vector<ItemId> ticked;
+    std::set_difference(ticking.begin(), ticking.end(), changing.begin(), changing.end(), std::back_inserter(ticked));
+    std::erase_if(changing, [this](ItemId id) { return !item(id).isTicked(); });
+    std::copy_if(ticked.begin(), ticked.end(), std::back_inserter(changing),
+                 [this](ItemId id) { return !item(id).isTicked(); });
     toggleEach(std::move(changing), Mark::ticked);
 }
 
@@ -109,8 +113,8 @@ MarkSum ResultsModel::everywhere(Mark mark) const
 void ResultsModel::setTag(std::span<const ItemId> items, std::uint8_t tag)
 {
     for (const ItemId id : items) {
-        items_[index(id)].tag = tag;
-        touchRow(id);
+        if (std::exchange(items_[index(id)].tag, tag) != tag)
+            touchRow(id);
     }
     announce();
 }

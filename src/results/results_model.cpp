@@ -35,11 +35,14 @@ void ResultsModel::append(Ref<const ShellItem> file, std::uint32_t groupNumber, 
     const auto id = static_cast<ItemId>(items_.size());
     const GroupId groupId = groupNumbered(groupNumber);
     ResultGroup& group = groups_[index(groupId)];
-    if (group.members.empty())
+    if (group.members.empty()) {
+        group.approximate = approximate;
         ++liveGroups_;
-    else
+    } else {
         grouped_ = grouped_ && items_[index(order_.back())].group == groupId;
-    group.approximate = group.approximate || approximate;
+        if (approximate && !group.approximate)
+            setApproximate(groupId, true);
+    }
     group.members.push_back(id);
     items_.push_back({ItemContext(std::move(file)), 0, noTag, groupId});
     items_.back().file.group.value = static_cast<std::int32_t>(groupNumber);

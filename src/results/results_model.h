@@ -92,7 +92,7 @@ public:
     // ones are passed over.
     void mark(std::span<const ItemId> items, Mark mark, bool on);
     void toggle(std::span<const ItemId> items, Mark mark);
-    // Puts ticks on some items and off others in one step.
+    // Puts ticks on some items and off others in one step; one that is among both loses its tick.
     void retick(std::span<const ItemId> on, std::span<const ItemId> off);
     void invertTicks();     // of the items in view
     void clearTicks();      // of the items in view

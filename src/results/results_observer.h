@@ -16,7 +16,7 @@ public:
     // Marks, tags, group numbers or values of some of these rows changed, as they stand now. Not called for rows that
     // rowsReplaced() named in the same operation.
     virtual void rowsChanged(RowRange /*rows*/) {}
-    // Counts or sums of marks or items, or the flags of what is hidden, changed.
+    // Counts or sums of marks, items or groups, or the flags of what is hidden, changed.
     virtual void countsChanged() {}
 };
 
