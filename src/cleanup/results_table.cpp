@@ -4,6 +4,7 @@
 
 #include "base/utf.h"
 #include "platform/native_text.h"
+#include "results/result_columns.h"
 
 namespace kelvane {
 namespace {
@@ -108,6 +109,21 @@ std::string TableBuilder::withPathColumn() const
         begin = rowEnds_[row] + lineEnd.size();
     }
     return table;
+}
+
+TableView viewOfColumns(std::vector<PropRef> columns, const PropertySource& properties)
+{
+    if (columns.empty())
+        return {{}, [](ItemContext& file, std::size_t) {
+                    return displayFromNative(file.item().path().filename().native());
+                }};
+    TableView view;
+    for (const PropRef& column : columns)
+        view.titles.push_back(columnTitle(column));
+    view.cell = [columns = std::move(columns), &properties](ItemContext& file, std::size_t column) {
+        return cellText(file, columns[column], properties);
+    };
+    return view;
 }
 
 std::string tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode, Formulas formulas)

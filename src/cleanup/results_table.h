@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "props/property_source.h"
 #include "results/results_model.h"
 
 namespace kelvane {
@@ -63,6 +64,9 @@ struct TableView {
     std::vector<std::u16string> titles;                                         // empty in a view without columns
     std::function<std::u16string(ItemContext& file, std::size_t column)> cell;  // of such a view: column 0
 };
+
+// The list with these columns; without any, the text of an item is its name. The source outlives the view.
+[[nodiscard]] TableView viewOfColumns(std::vector<PropRef> columns, const PropertySource& properties);
 
 // One row for each selected item in view, in the order of the list.
 [[nodiscard]] std::string tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode,

@@ -6,6 +6,7 @@
 
 #include "base/utf.h"
 #include "support/results_list.h"
+#include "support/scan_world.h"
 
 namespace kelvane {
 namespace {
@@ -114,6 +115,21 @@ TEST(ResultsTable, HasTheSelectedRowsInTheOrderOfView)
         << "a view without columns";
     list.model.clearSelection();
     EXPECT_EQ(tableOfSelection(list.model, list.view({u"Name"}), TableMode::csv, Formulas::kept), "");
+}
+
+TEST(ResultsTable, ShowsWhatTheColumnsOfTheListShow)
+{
+    testing::ScanWorld world;
+    world.files.addFile("/t/a,b", std::string(20'480, 'x'));
+    ResultsModel model;
+    model.add(*world.shell->parse(testing::native("/t/a,b")), 1, false);
+    model.mark(std::vector{model.itemAt(0)}, Mark::selected, true);
+    const auto shown = [&](std::string_view columns) {
+        const TableView view = viewOfColumns(world.catalogue.parseList(columns), world.properties);
+        return tableOfSelection(model, view, TableMode::csv, Formulas::kept);
+    };
+    EXPECT_EQ(shown("System.Size,System.Title"), "Size,Title\r\n20.0 KB,\r\n");
+    EXPECT_EQ(shown(""), "\"a,b\"\r\n");
 }
 
 }  // namespace
