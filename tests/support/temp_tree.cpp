@@ -48,7 +48,7 @@ bool TempTree::canLink()
 
 fs::path TempTree::placeFor(std::string_view relative) const
 {
-    fs::create_directories(path(relative).parent_path());
+    fs::create_directories(openable(path(relative).parent_path()));
     return path(relative);
 }
 
@@ -66,7 +66,7 @@ fs::path TempTree::write(std::string_view relative, std::string_view contents) c
 fs::path TempTree::folder(std::string_view relative) const
 {
     fs::path full = path(relative);
-    fs::create_directories(full);
+    fs::create_directories(openable(full));
     return full;
 }
 
