@@ -91,6 +91,14 @@ void appendUtf8(std::string& out, char32_t codePoint)
     }
 }
 
+std::size_t asciiLength(std::string_view bytes) noexcept
+{
+    std::size_t length = 0;
+    while (length < bytes.size() && static_cast<unsigned char>(bytes[length]) < 0x80)
+        ++length;
+    return length;
+}
+
 // The text of the bytes; what is malformed is written by instead(bytes).
 template <class Instead>
 std::u16string decode(std::string_view bytes, Instead instead)
@@ -98,6 +106,12 @@ std::u16string decode(std::string_view bytes, Instead instead)
     std::u16string text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
+        // Most names are plain ASCII, and there may be a million of them.
+        const std::size_t plain = asciiLength(bytes);
+        text.append(bytes.begin(), bytes.begin() + plain);
+        bytes.remove_prefix(plain);
+        if (bytes.empty())
+            break;
         const Decoded decoded = decodeOne(bytes);
         if (decoded.valid)
             appendUtf16(text, decoded.codePoint);
