@@ -12,8 +12,9 @@ namespace kelvane {
 void appendFolded(std::string& bytes, std::u16string_view text, const TextFolding& folding);
 
 // Appends a key by which texts sort as people expect when keys are compared byte by byte: case aside, and runs of
-// digits by their number, so that "img2" comes before "img10". A separator of folders comes before all characters, so
-// that a folder's contents follow it at once.
+// digits by their number, so that "img2" comes before "img10". A separator of folders comes before all other
+// characters, so that a folder's contents follow it at once. Texts that are one by these rules stand by their own
+// bytes, lower-case ones without zeros in front before the others. No byte of a key is 0.
 void appendSortKey(std::string& bytes, std::u16string_view text, const TextFolding& folding);
 
 }  // namespace kelvane

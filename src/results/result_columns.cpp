@@ -2,7 +2,9 @@
 
 #include "base/size_text.h"
 #include "base/utf.h"
+#include "props/record_values.h"
 #include "props/value_convert.h"
+#include "results/list_values.h"
 
 namespace kelvane {
 namespace {
@@ -10,17 +12,37 @@ namespace {
 bool isSize(const PropRef& column)
 {
     return column.identifier == property_id::size || column.identifier == property_id::fileAllocationSize ||
-           (column.info != nullptr && column.info->name == "Stock.TotalFileSize");
+           column.info->name == "Stock.TotalFileSize";
 }
 
-std::u16string textOf(ItemContext& file, const PropRef& column, const PropertySource& properties)
+// Up to the minute: what comes behind says nothing to people.
+std::u16string dateText(std::uint64_t ticks)
 {
-    if (isSize(column)) {
-        const PropValue value = properties.value(file, column);
-        return value.missing() ? std::u16string() : toUtf16(sizeText({value.bits}));
-    }
-    const PROPCACHE& node = properties.cached(file, column);
-    return node.kind == PropKind::text ? node.text : formatRaw(node.raw);
+    std::string text = toIso8601({static_cast<std::int64_t>(ticks)});
+    const std::size_t day = text.find('T');
+    text[day] = ' ';
+    text.resize(day + std::string_view(" 02:31").size());
+    return toUtf16(text);
+}
+
+// A number that stands for something, and nothing for any other value.
+std::optional<std::u16string> figureText(const PropRef& column, std::uint64_t bits)
+{
+    if (bits == PROPCACHE::missingMark)
+        return std::u16string();
+    if (column.kind() == PropKind::date)
+        return bits != 0 ? dateText(bits) : std::u16string();
+    if (isSize(column))
+        return toUtf16(sizeText({bits}));
+    return std::nullopt;
+}
+
+std::u16string keptText(const PROPCACHE& node, const PropRef& column)
+{
+    if (node.kind == PropKind::text)
+        return node.text;
+    auto text = figureText(column, node.value);
+    return text ? *std::move(text) : formatRaw(node.raw);
 }
 
 }  // namespace
@@ -29,18 +51,20 @@ std::u16string cellText(ItemContext& file, const PropRef& column, const Property
 {
     if (!column)
         return {};
-    if (!column.has(property_flag::fromFileRecord))
-        return textOf(file, column, properties);
-    ItemContext passing(file.itemRef());
-    passing.group = file.group;
-    return textOf(passing, column, properties);
+    if (const auto number = recordNumber(file, column)) {
+        auto text = figureText(column, number->comparable());
+        return text ? *std::move(text) : formatRaw(number->raw());
+    }
+    if (!isMadeOfName(column))
+        return keptText(properties.cached(file, column), column);
+    std::u16string text;
+    withListValue(file, column, properties, [&](const PropValue& value) { text = value.text; });
+    return text;
 }
 
 std::u16string columnTitle(const PropRef& column)
 {
-    if (!column)
-        return {};
-    return column.info->displayName.empty() ? toUtf16(column.info->name) : std::u16string(column.info->displayName);
+    return column ? std::u16string(column.info->displayName) : std::u16string();
 }
 
 Result<std::vector<PropRef>> parseColumns(std::string_view names, const PropertyCatalogue& catalogue)
@@ -57,8 +81,10 @@ Result<std::vector<PropRef>> parseColumns(std::string_view names, const Property
 std::string joinColumns(const std::vector<PropRef>& columns)
 {
     std::string names;
-    for (const PropRef& column : columns)
-        names += (names.empty() ? "" : ",") + std::string(column.info->name);
+    for (const PropRef& column : columns) {
+        names += names.empty() ? "" : ",";
+        names += column.info->name;
+    }
     return names;
 }
 

@@ -10,22 +10,9 @@
 
 namespace kelvane {
 
-// Values for lists of any length: those that a file's record holds are not kept with the row, so that looking at a
-// million rows leaves no million values behind. The text of one cell: sizes in the program's form, everything else as
-// formatRaw() writes it; empty for a missing value.
+// The text of one cell: sizes as sizeText() writes them, dates as "2026-11-21 02:31" in UTC, everything else as
+// formatRaw() does; empty for a missing value.
 [[nodiscard]] std::u16string cellText(ItemContext& file, const PropRef& column, const PropertySource& properties);
-
-// The value as text or the number that lists are sorted by; `use` is called with it once, and a text does not outlive
-// the call.
-template <class Use>
-void withListValue(ItemContext& file, const PropRef& column, const PropertySource& properties, Use use)
-{
-    if (!column.has(property_flag::fromFileRecord))
-        return use(properties.value(file, column));
-    ItemContext passing(file.itemRef());
-    passing.group = file.group;
-    use(properties.value(passing, column));
-}
 
 // The title of a column, as the catalogue names the property.
 [[nodiscard]] std::u16string columnTitle(const PropRef& column);

@@ -1,9 +1,10 @@
 #include "results/result_sort.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
-#include "results/sort_column.h"
+#include "results/value_ranks.h"
 
 namespace kelvane {
 namespace {
@@ -18,54 +19,40 @@ std::vector<ItemId> byGroupNumber(const ResultsModel& model)
     return order;
 }
 
-std::optional<std::vector<SortColumn>> columnsOf(ResultsModel& model, std::span<const ItemId> items,
-                                                 const std::vector<SortKey>& keys, const PropertySource& properties,
-                                                 const CancelFlag& cancel)
+// Those with the lowest number first, the others as they stand: a counting sort, and so stable. Numbers are below the
+// limit.
+template <class Value, class NumberOf>
+std::vector<Value> byNumber(const std::vector<Value>& values, std::size_t limit, NumberOf numberOf)
 {
-    std::vector<SortColumn> columns;
-    columns.reserve(keys.size());
-    for (const SortKey& key : keys) {
-        columns.emplace_back(model, items, key, properties, cancel);
-        if (!columns.back().complete())
-            return std::nullopt;
-    }
-    return columns;
+    std::vector<std::uint32_t> starts(limit + 1);
+    for (const Value value : values)
+        ++starts[numberOf(value) + 1];
+    std::partial_sum(starts.begin(), starts.end(), starts.begin());
+    std::vector<Value> sorted(values.size());
+    for (const Value value : values)
+        sorted[starts[numberOf(value)]++] = value;
+    return sorted;
 }
 
-int compare(const std::vector<SortColumn>& columns, std::uint32_t a, std::uint32_t b)
-{
-    for (const SortColumn& column : columns) {
-        if (const int order = column.compare(a, b); order != 0)
-            return order;
-    }
-    return 0;
-}
-
-// Groups in the order of their first members: a counting sort, and so stable.
+// Groups in the order in which the items of the list come upon them; those that have none left on it come last.
 std::vector<ItemId> groupsTogether(const ResultsModel& model, const std::vector<ItemId>& sorted)
 {
-    constexpr std::uint32_t unseen = UINT32_MAX;
-    std::vector<std::uint32_t> places;  // of groups, by id, in the order in which they come up
-    std::vector<std::size_t> starts{0};
-    const auto placeOf = [&](ItemId id) -> std::uint32_t& {
-        const auto group = static_cast<std::size_t>(model.item(id).group);
-        if (group >= places.size())
-            places.resize(group + 1, unseen);
-        return places[group];
+    constexpr std::uint32_t unseen = std::numeric_limits<std::uint32_t>::max();
+    std::vector<std::uint32_t> places;  // by group
+    std::uint32_t next = 0;
+    const auto groupOf = [&](ItemId id) { return static_cast<std::size_t>(model.item(id).group); };
+    const auto meet = [&](ItemId id) {
+        if (groupOf(id) >= places.size())
+            places.resize(groupOf(id) + 1, unseen);
+        std::uint32_t& place = places[groupOf(id)];
+        place = place == unseen ? next++ : place;
     };
     for (const ItemId id : sorted) {
-        std::uint32_t& place = placeOf(id);
-        if (place == unseen) {
-            place = static_cast<std::uint32_t>(starts.size() - 1);
-            starts.push_back(0);
-        }
-        ++starts[place + 1];
+        if (!model.item(id).has(item_state::removed))
+            meet(id);
     }
-    std::partial_sum(starts.begin(), starts.end(), starts.begin());
-    std::vector<ItemId> order(sorted.size());
-    for (const ItemId id : sorted)
-        order[starts[placeOf(id)]++] = id;
-    return order;
+    std::for_each(sorted.begin(), sorted.end(), meet);
+    return byNumber(sorted, next, [&](ItemId id) { return places[groupOf(id)]; });
 }
 
 }  // namespace
@@ -77,13 +64,18 @@ std::optional<std::vector<ItemId>> sortedOrder(ResultsModel& model, const std::v
     if (keys.empty())
         return byGroupNumber(model);
     const auto items = model.order();
-    const auto columns = columnsOf(model, items, keys, properties, cancel);
-    if (!columns)
-        return std::nullopt;
     std::vector<std::uint32_t> places(items.size());
     std::iota(places.begin(), places.end(), 0u);
-    std::stable_sort(places.begin(), places.end(),
-                     [&](std::uint32_t a, std::uint32_t b) { return compare(*columns, a, b) < 0; });
+    // The last key first: each sort is stable, so that the keys before it have the last word.
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
+        const auto values = rankValues(model, items, key->property, properties, cancel);
+        if (!values)
+            return std::nullopt;
+        places = byNumber(places, values->distinct + std::size_t{1}, [&](std::uint32_t place) {
+            const std::uint32_t rank = values->ranks[place];
+            return key->ascending || rank == values->distinct ? rank : values->distinct - 1 - rank;
+        });
+    }
     std::vector<ItemId> order(items.size());
     std::transform(places.begin(), places.end(), order.begin(), [&](std::uint32_t place) { return items[place]; });
     return grouped == GroupedOrder::yes ? groupsTogether(model, order) : order;

@@ -26,7 +26,10 @@ TEST(SortKeys, StandAsPeopleExpect)
                                           u"imga1", u"z",      u"\u00C4a", u"\u00E4b"};
     for (std::size_t i = 1; i < std::size(rising); ++i)
         EXPECT_LT(keyOf(rising[i - 1]), keyOf(rising[i])) << i;
-    EXPECT_EQ(keyOf(u"A7"), keyOf(u"a007"));
+    EXPECT_LT(keyOf(u"a7"), keyOf(u"A7")) << "ties go by the exact text";
+    EXPECT_LT(keyOf(u"A7"), keyOf(u"a007"));
+    EXPECT_LT(keyOf(u"a007"), keyOf(u"a7b"));
+    EXPECT_NE(keyOf(u"Aa"), keyOf(u"aA"));
     EXPECT_LT(keyOf(std::u16string(300, u'1')), keyOf(std::u16string(301, u'1'))) << "beyond the longest run";
 }
 
@@ -114,6 +117,20 @@ TEST_F(SortedLists, StandAsANaiveStableSortPutsThem)
         ASSERT_TRUE(sortResults(world.model, {}, GroupedOrder::yes, world.scan.properties, cancel));
         EXPECT_TRUE(std::is_sorted(world.model.order().begin(), world.model.order().end()));
     }
+}
+
+TEST_F(SortedLists, PutGroupsWhereTheItemsOfTheListStand)
+{
+    const ItemId gone = world.add({"/a", 1, 1});
+    for (const char* path : {"/d", "/e"})
+        world.add({path, 1, 1});
+    world.add({"/b", 2, 1});
+    world.add({"/c", 2, 1});
+    world.model.remove(std::span(&gone, 1));
+    const std::vector<SortKey> keys{{property("System.ItemPathDisplay"), true}};
+    ASSERT_TRUE(sortResults(world.model, keys, GroupedOrder::yes, world.scan.properties, cancel));
+    EXPECT_EQ(world.model.item(world.model.itemAt(0)).groupNumber(), 2u) << "the removed one decides nothing";
+    EXPECT_EQ(world.model.file(world.model.itemAt(0)).cachedValues(), 0u) << "paths are not kept twice";
 }
 
 TEST_F(SortedLists, StayAsTheyAreWhenCancelled)
