@@ -27,7 +27,7 @@ std::string unknownWord(TextId pattern, std::string_view typed, const std::vecto
     std::string message = filledText(pattern, {typed});
     if (const auto near = nearestWords(typed, known); !near.empty())
         message += ' ' + filledText(TextId::didYouMean, {joined(near)});
-    return message + filledText(TextId::knownWords, {joined(listed)});
+    return listed.empty() ? message : message + filledText(TextId::knownWords, {joined(listed)});
 }
 
 }  // namespace kelvane

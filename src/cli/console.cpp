@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::array table = {
     Verb{"scan", TextId::scanSummary, scanVerb},          Verb{"show", TextId::showSummary, showVerb},
+    Verb{"export", TextId::exportSummary, exportVerb},    Verb{"clean", TextId::cleanSummary, cleanVerb},
     Verb{"compare", TextId::compareSummary, compareVerb}, Verb{"describe", TextId::describeSummary, describeVerb},
     Verb{"ignore", TextId::ignoreSummary, ignoreVerb},    Verb{"settings", TextId::settingsSummary, settingsVerb},
 };
@@ -32,7 +33,8 @@ void printHelp(std::ostream& stream)
            << filledText(TextId::examplesHeading)
            << "\n"
               "  kelvane-cli scan --save copies.ikvs ~/Pictures\n"
-              "  kelvane-cli show copies.ikvs\n"
+              "  kelvane-cli show copies.ikvs --sort=-size\n"
+              "  kelvane-cli clean copies.ikvs --keep oldest --dry-run\n"
               "  kelvane-cli compare a.txt b.txt\n"
               "  kelvane-cli describe a.txt\n"
               "  kelvane-cli settings list\n"

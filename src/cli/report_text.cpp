@@ -11,6 +11,7 @@
 #include "cli/printable.h"
 #include "cli/report.h"
 #include "platform/native_text.h"
+#include "results/result_columns.h"
 
 namespace kelvane {
 namespace {
@@ -54,6 +55,8 @@ void writeFile(const Listing& listing, ItemId id, std::ostream& out)
     if (listing.marksNew())
         out << (listing.isNew(id) ? "+ " : "  ");
     out << printable(bytesFromNative(listing.file(id).fullName()));
+    for (const PropRef& column : listing.shape.columns)
+        out << '\t' << printable(toUtf8(cellText(listing.results.file(id), column, *listing.shape.properties)));
     out << '\n';
 }
 

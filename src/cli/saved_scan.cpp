@@ -3,6 +3,7 @@
 #include "base/filled_text.h"
 #include "cli/problems.h"
 #include "cli/settings_in_force.h"
+#include "results/result_sort.h"
 
 namespace kelvane {
 namespace {
@@ -27,6 +28,7 @@ void take(SavedScan& scan, LoadedResults& loaded, Platform& platform, const Engi
         if (!stored.figures)
             scan.figures.roots = platform.paths().splitRoots(stored.definition->roots);
         takeCriteria(scan, *stored.definition, options);
+        scan.definition = std::move(stored.definition);
     }
     for (StoredRow& row : stored.rows)
         scan.results.add(std::move(row.file), row.group, row.approximate);
@@ -62,6 +64,12 @@ std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::st
         return nullptr;
     }
     take(*scan, *loaded, platform, *options);
+    // A list that was saved while it was sorted across groups.
+    if (!scan->results.isGrouped() &&
+        !sortResults(scan->results, {}, GroupedOrder::yes, scan->properties.source, console.cancel)) {
+        code = stopCancelled(console);
+        return nullptr;
+    }
     return scan;
 }
 

@@ -21,7 +21,8 @@ struct SavedScan {
     PropertyAccess properties;
     ResultsModel results;                  // with groups kept together, by number
     std::vector<PropRef> columns;          // those of the results list
-    std::optional<ScanCriteria> criteria;  // nothing where the file does not say what was searched for
+    std::optional<CScanNode> definition;   // nothing where the file does not say what was searched for
+    std::optional<ScanCriteria> criteria;  // nothing likewise, and where the definition makes no sense any more
     ScanFigures figures;                   // all 0 where the file has none
     std::uint32_t missing = 0;             // files that are not there any more
 };

@@ -7,17 +7,21 @@
 #include "cli/printable.h"
 #include "cli/report.h"
 #include "cli/verbs.h"
+#include "cli/view_options.h"
 
 namespace kelvane {
 namespace {
 
 constexpr std::string_view examples = "  kelvane-cli show copies.ikvs\n"
+                                      "  kelvane-cli show copies.ikvs --sort=-size --filter .jpg\n"
                                       "  kelvane-cli show copies.ikvs --groups-of ~/Pictures/cat.jpg\n"
-                                      "  kelvane-cli show today.ikvs --since yesterday.ikvs --json\n";
+                                      "  kelvane-cli show today.ikvs --since yesterday.ikvs --json\n"
+                                      "  kelvane-cli show copies.ikvs --columns System.DateModified\n";
 
 struct RawShow {
     std::vector<std::string> files, groupsOf;
     std::string since, format, settings;
+    RawView view;
     bool ungrouped = false, summary = false, json = false;
 };
 
@@ -26,6 +30,7 @@ void addShowOptions(CLI::App& app, RawShow& raw)
     const std::string which = filledText(TextId::groupWhich);
     const std::string output = filledText(TextId::groupOutput);
     app.add_option("FILE", raw.files, filledText(TextId::savedScanHelp))->type_name("");
+    addViewOptions(app, raw.view, TextId::helpShowColumns);
     app.add_option("--groups-of", raw.groupsOf, filledText(TextId::helpGroupsOf))
         ->check(notEmpty)
         ->type_name("PATH")
@@ -53,9 +58,9 @@ void addShowOptions(CLI::App& app, RawShow& raw)
 // NUL-terminated names have no place for counts or values.
 std::optional<std::string> notInNullFormat(const RawShow& raw, OutputFormat format)
 {
-    if (format != OutputFormat::null || !raw.summary)
+    if (format != OutputFormat::null || (!raw.summary && raw.view.columns.empty()))
         return std::nullopt;
-    return filledText(TextId::optionsExclude, {"--summary", "--format null"});
+    return filledText(TextId::optionsExclude, {raw.summary ? "--summary" : "--columns", "--format null"});
 }
 
 void writeText(const Listing& listing, const Console& console)
@@ -91,10 +96,17 @@ public:
         const auto scan = openSavedScan(raw_.files.front(), raw_.settings, platform_, console_, code);
         if (!scan)
             return code;
+        const auto view = makeView(raw_.view, scan->properties.catalogue);
+        if (!view)
+            return refuse(console_, view.error().detail);
+        const auto grouped = raw_.ungrouped ? GroupedOrder::no : GroupedOrder::yes;
+        if (const auto over = applyView(*view, grouped, *scan, console_))
+            return *over;
+        const bool found = filterFound(*view, *scan, console_);
         if (!chooseGroups(*scan, code))
             return code;
-        const ExitCode printed = print(*scan);
-        return std::max({code, printed, tellMissing(*scan, console_)});
+        const ExitCode printed = print(*scan, view->columns);
+        return std::max({code, printed, found ? ExitCode::done : ExitCode::incomplete, tellMissing(*scan, console_)});
     }
 
 private:
@@ -118,11 +130,11 @@ private:
         return true;
     }
 
-    ExitCode print(SavedScan& scan) const
+    ExitCode print(SavedScan& scan, const std::vector<PropRef>& columns) const
     {
         const ScanCriteria* criteria = scan.criteria ? &*scan.criteria : nullptr;
-        const ListingShape shape{
-            raw_.ungrouped, raw_.summary, {}, &scan.properties.source, raw_.since.empty() ? nullptr : &isNew_};
+        const ListingShape shape{raw_.ungrouped, raw_.summary, columns, &scan.properties.source,
+                                 raw_.since.empty() ? nullptr : &isNew_};
         return kelvane::print({criteria, scan.figures.roots, scan.figures, scan.results, console_.cancel, shape},
                               format_, console_);
     }

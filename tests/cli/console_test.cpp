@@ -39,9 +39,9 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
     const std::string root = tree.path().string();
     const std::string file = tree.write("a", "x").string();
     const BadInput table[] = {
-        {{"scna", root}, "unknown verb \"scna\" (did you mean scan?); known: scan, show, "},
+        {{"scna", root},
+         "unknown verb \"scna\" (did you mean scan?); known: scan, show, export, clean, compare, describe"},
         {{"\x1b[31mred\n"}, "unknown verb \"\\x1b[31mred\\n\""},
-        {{"clean", root}, "unknown verb \"clean\""},
         {{"--json"}, "unknown option \"--json\""},
         {{"scan"}, "scan needs a folder"},
         {{"scan", "--matches=System.Size", root}, "unknown option \"--matches\" (did you mean --match"},
@@ -77,6 +77,9 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"show"}, "show needs the file of a saved scan"},
         {{"show", file}, ": Error reading and/or corrupt contents file: "},
         {{"show", root + "/none"}, "/none: "},
+        {{"export", file, "--format", "json"}, "known: csv, tsv"},
+        {{"undo"}, "unknown verb \"undo\""},
+        {{"clean", file, "--keep", "oldest"}, "not available yet"},
         {{"show", file, file}, "one argument too many"},
         {{"show", file, "--summary", "--format", "null"}, "--summary and --format null exclude each other"},
         {{"scan", root, "--save", file}, "is no saved scan; --overwrite replaces it"},

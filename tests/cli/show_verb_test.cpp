@@ -116,5 +116,29 @@ TEST_F(ShowVerb, MarksWhatIsNewSinceAnEarlierScan)
     EXPECT_THAT(damaged.out, IsEmpty());
 }
 
+TEST_F(ShowVerb, UnknownWordsAreNamedWithTheChoices)
+{
+    (void)save("one.ikvs");
+    const std::pair<Arguments, std::string> table[] = {
+        {{"show", "--sort", "sise"}, "unknown sort key \"sise\" (did you mean size?); known: size, name, path, "},
+        {{"show", "--columns", "System.Siz"}, "unknown property \"System.Siz\" (did you mean System.Size"},
+        {{"show", "--all-columns"}, "--all-columns needs --filter"},
+        {{"show", "--columns", "System.Size", "--format", "null"}, "--columns and --format null exclude each other"},
+        {{"clean", "--dry-run"}, "clean needs a rule"},
+        {{"clean", "--dry-run", "--keep", "bigest"},
+         "unknown rule \"bigest\" (did you mean biggest?); known: biggest, "},
+        {{"clean", "--dry-run", "--keep", "first", "--link", "soft"}, "known: hard, symbolic, clone, auto"},
+        {{"clean", "--dry-run", "--keep", "first", "--link", "hard", "--delete"}, "--delete and --link exclude"},
+        {{"clean", "--dry-run", "--keep", "first", "--protect", file("none")}, "/none: "},
+    };
+    for (auto [arguments, message] : table) {
+        arguments.insert(arguments.begin() + 1, file("one.ikvs"));
+        const auto run = testing::runCli(arguments);
+        EXPECT_EQ(run.code, ExitCode::usage) << message;
+        EXPECT_EQ(run.out, "") << message;
+        EXPECT_THAT(testing::posix(testing::native(run.err)), HasSubstr(message));
+    }
+}
+
 }  // namespace
 }  // namespace kelvane
