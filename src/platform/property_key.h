@@ -2,7 +2,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace kelvane {
 
@@ -23,6 +25,9 @@ struct PropertyKey {
     // The 20 bytes that the 32-bit identifier is computed over: the GUID, then the number, little-endian.
     [[nodiscard]] std::array<std::byte, 20> bytes() const noexcept;
 };
+
+// The key with these bytes.
+[[nodiscard]] PropertyKey propertyKeyOf(std::span<const std::byte, 20> bytes) noexcept;
 
 // The CRC-32 of the key's bytes: by it, never by name, properties are looked up.
 [[nodiscard]] std::uint32_t propertyIdentifier(const PropertyKey& key) noexcept;
