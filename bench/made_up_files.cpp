@@ -34,11 +34,10 @@ Error absent()
 
 }  // namespace
 
-MadeUpFiles::MadeUpFiles(std::uint64_t seed) : random_(seed)
+MadeUpFiles::MadeUpFiles(std::uint64_t seed) : random_(seed), home_(folder(nullptr, "/home/anna"))
 {
-    const auto home = folder(nullptr, "/home/anna");
     for (const char* top : tops) {
-        const auto above = folder(home, top);
+        const auto above = folder(home_, top);
         for (int year = 2001; year <= 2020; ++year) {
             const auto within = folder(above, std::to_string(year));
             for (int event = 0; event < 125; ++event)
@@ -47,7 +46,7 @@ MadeUpFiles::MadeUpFiles(std::uint64_t seed) : random_(seed)
     }
 }
 
-void MadeUpFiles::make(std::uint32_t count, const std::function<void(Ref<const ShellItem>, std::uint32_t group)>& take)
+void MadeUpFiles::make(std::uint32_t count, const Taker& take)
 {
     std::uint32_t made = 0;
     for (std::uint32_t group = 1; made < count; ++group) {
@@ -62,6 +61,21 @@ void MadeUpFiles::make(std::uint32_t count, const std::function<void(Ref<const S
             const std::string name = stem + (random_() % 4 == 0 ? " (1)" : "") + extension;
             take(ShellItem::make(anyFolder(), nativeFromBytes(name), info, ShellItem::Place::fileSystem), group);
         }
+    }
+}
+
+void MadeUpFiles::makeShortNamed(std::uint32_t count, const Taker& take)
+{
+    constexpr std::uint32_t filesInFolder = 1'000;
+    FileInfo info;
+    info.kind = FileKind::regular;
+    Ref<const ShellItem> within;
+    for (std::uint32_t number = 0; number < count; ++number) {
+        if (number % filesInFolder == 0)
+            within = folder(home_, std::to_string(number / filesInFolder));
+        info.size = {random_() % 5'000'000};
+        const NativeString name = nativeFromBytes(std::to_string(number) + ".jpg");
+        take(ShellItem::make(within, name, info, ShellItem::Place::fileSystem), 1 + number / 3);
     }
 }
 

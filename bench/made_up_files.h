@@ -17,13 +17,17 @@ class MadeUpFiles {
 public:
     explicit MadeUpFiles(std::uint64_t seed);
 
-    // Calls `take` for each file of so many, with the number of its group from 1.
-    void make(std::uint32_t count, const std::function<void(Ref<const ShellItem>, std::uint32_t group)>& take);
+    // Takes a file with the number of its group, from 1.
+    using Taker = std::function<void(Ref<const ShellItem>, std::uint32_t group)>;
+    void make(std::uint32_t count, const Taker& take);
+    // The same in folders and under names so short that a results file holds a million of them.
+    void makeShortNamed(std::uint32_t count, const Taker& take);
 
 private:
     [[nodiscard]] const Ref<const ShellItem>& anyFolder() { return folders_[random_() % folders_.size()]; }
 
     std::mt19937_64 random_;
+    Ref<const ShellItem> home_;
     std::vector<Ref<const ShellItem>> folders_;
 };
 
