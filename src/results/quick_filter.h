@@ -31,7 +31,7 @@ public:
     // Everything comes back, whyever it is hidden.
     void showAll();
 
-    // The texts are read anew at the next use: for a list that was cleared, or whose values changed.
+    // The texts are read anew at the next use: for a list whose values changed.
     void forgetTexts() { texts_.forget(); }
 
 private:

@@ -22,13 +22,18 @@ void SearchTexts::forget()
     ends_.clear();
 }
 
-// Ids are given in rising order and never again, so what is new is at the end. A list that was cleared begins anew.
+// Ids are given in rising order and never again, so what is new is at the end. A list that was cleared begins anew with
+// another first file: the one that was is held here, so that no other one can lie where it lay.
 void SearchTexts::makeAll()
 {
-    if (ends_.size() > model_.idLimit())
+    const std::uint32_t limit = model_.idLimit();
+    const ShellItem* first = limit > 0 ? &model_.item(ItemId{0}).file.item() : nullptr;
+    if (ends_.size() > limit || first != first_.get())
         forget();
-    ends_.reserve(model_.idLimit());
-    while (ends_.size() < model_.idLimit())
+    if (limit > 0)
+        first_ = model_.item(ItemId{0}).file.itemRef();
+    ends_.reserve(limit);
+    while (ends_.size() < limit)
         append(static_cast<ItemId>(ends_.size()));
 }
 

@@ -15,8 +15,8 @@ class SearchTexts {
 public:
     SearchTexts(ResultsModel& model, const PropertySource& properties) : model_(model), properties_(properties) {}
 
-    // One column is searched as it is; of several, each text is preceded by a blank.
-    // Whether these are others than before.
+    // One column is searched as it is; of several, each text is preceded by a blank. Whether these are others than
+    // before.
     bool use(std::vector<PropRef> columns);
     void forget();
 
@@ -32,6 +32,7 @@ private:
     std::vector<PropRef> columns_;
     std::string bytes_;
     std::vector<std::size_t> ends_;  // by id
+    Ref<const ShellItem> first_;     // of the list that the texts are of
 };
 
 }  // namespace kelvane

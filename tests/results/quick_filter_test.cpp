@@ -43,6 +43,11 @@ TEST_F(Filtering, NarrowsWhatIsInViewWhileMoreIsTyped)
     EXPECT_EQ(world.model.rowCount(), 5u);
     EXPECT_EQ(world.model.hidingFlags(), 0u);
     EXPECT_TRUE(world.model.item(hiddenSince).isTicked());
+    world.model.clear();
+    for (std::uint32_t i = 0; i < 5; ++i)
+        world.add({"/other", i + 1});
+    filter.apply(u"al");
+    EXPECT_EQ(shown(), "") << "another list has other texts";
 }
 
 TEST_F(Filtering, LooksThroughAllColumnsWhenAskedTo)
