@@ -57,6 +57,7 @@ class TranslatedConsole(unittest.TestCase):
         self.assertTrue(self.run_program("scan", self.files, LC_ALL="fr_FR", LANGUAGE="fr:en:de")[0].startswith("Group 1"))
 
     def test_what_programs_read_is_not_translated(self):
+        saved = self.root / "saved.ikvs"
         calls = [
             ("scan", "--format", "csv", self.files),
             ("scan", "--format", "null", self.files),
@@ -65,11 +66,16 @@ class TranslatedConsole(unittest.TestCase):
              self.files / "a.txt", self.files / "b.txt"),
             ("describe", "--json", self.files / "a.txt"),
             ("describe", "--list"),
+            ("show", "--json", saved),
+            ("show", "--format", "csv", "--columns", "System.Kind,System.Size", saved),
+            ("clean", "--json", "--dry-run", "--keep", "first", saved),
         ]
+        self.run_program("scan", "--save", saved, self.files)
         before = [self.run_program(*call)[0] for call in calls]
         scanned = json.loads(self.run_program("scan", "--json", self.files)[0])
         self.install("bin/kvtr_de.mo")
         for call, english in zip(calls, before):
+            self.assertTrue(english, call)
             self.assertEqual(self.run_program(*call)[0], english, call)
         german = json.loads(self.run_program("scan", "--json", self.files)[0])
         self.assertEqual(german["groups"], scanned["groups"])
