@@ -167,8 +167,10 @@ private:
     void step()
     {
         const std::size_t kind = below(100);
-        if (kind < 30)
-            takeBack();
+        if (kind < 20)
+            takeBack(below(3) != 0);
+        else if (kind < 30)
+            goBackAndForth();
         else if (kind < 50)
             changeMarks();
         else if (kind < 65)
@@ -181,11 +183,19 @@ private:
             addOne();
     }
 
-    void takeBack()
+    void goBackAndForth()
+    {
+        const std::size_t steps = 1 + below(5);
+        for (std::size_t i = 0; i < 2 * steps && !::testing::Test::HasFailure(); ++i) {
+            takeBack(i < steps);
+            expectSame();
+        }
+    }
+
+    void takeBack(bool undoing)
     {
         ASSERT_EQ(model_.canUndo(), reference_.canUndo());
         ASSERT_EQ(model_.canRedo(), reference_.canRedo());
-        const bool undoing = below(3) != 0;
         log_ << (undoing ? "undo\n" : "redo\n");
         const Numbers before = reference_.order;
         undoing ? model_.undo() : model_.redo();
