@@ -36,8 +36,6 @@ void take(SavedScan& scan, LoadedResults& loaded, Platform& platform, const Engi
 
 std::string failureText(const std::string& typed, const Error& error)
 {
-    if (error.kind == ErrorKind::notFound || error.kind == ErrorKind::accessDenied)
-        return typed + ": " + errorText(error);
     return typed + ": " + filledText(TextId::contentsCorrupt) + ": " + errorText(error);
 }
 

@@ -41,6 +41,7 @@ public:
     [[nodiscard]] virtual Result<std::unique_ptr<OutputFile>> append(const std::filesystem::path& path) = 0;
 
     // One step, also when `to` exists: at every instant `to` is the old file or the new one. Both on one volume.
+    // `wrongType` when `to` is a device, a pipe or a link.
     [[nodiscard]] virtual Status replace(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
     // Returns when the device has the names in the folder; success where the system has no such call.

@@ -67,6 +67,17 @@ TEST_F(LinuxFileOutputTest, NeverWaitsAtAPipe)
     EXPECT_FALSE(output_->append(tree_.path("pipe")));
 }
 
+// As root this once took /dev/full away.
+TEST_F(LinuxFileOutputTest, NeverReplacesWhatIsNoFile)
+{
+    ASSERT_EQ(::mkfifo(tree_.path("pipe").c_str(), 0600), 0);
+    tree_.symlink("link to pipe", "pipe");
+    for (const char* name : {"pipe", "link to pipe"})
+        EXPECT_EQ(replaceContents(*output_, tree_.path(name), bytesOf("new")).error().kind, ErrorKind::wrongType);
+    EXPECT_TRUE(std::filesystem::is_fifo(tree_.path("pipe")));
+    EXPECT_FALSE(std::filesystem::exists(tree_.path("pipe.kvnew")));
+}
+
 TEST_F(LinuxFileOutputTest, ALinkAndItsFileShareOneLock)
 {
     tree_.write("real/kelvane.ini", "x");

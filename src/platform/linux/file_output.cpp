@@ -134,6 +134,10 @@ public:
         const Result<AnchoredPath> target = AnchoredPath::make(to);
         if (!source || !target)
             return source ? target.error() : source.error();
+        // Renaming over a device or a pipe would take it away from everybody.
+        struct stat there {};
+        if (::fstatat(target->folder(), target->rest(), &there, AT_SYMLINK_NOFOLLOW) == 0 && !S_ISREG(there.st_mode))
+            return Error{ErrorKind::wrongType, 0, {}};
         return answer(::renameat(source->folder(), source->rest(), target->folder(), target->rest()));
     }
 
