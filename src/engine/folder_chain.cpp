@@ -33,7 +33,8 @@ std::size_t FolderChain::Hash::of(const ShellItem* parent, NativeView name)
 Ref<const ShellItem> FolderChain::folderOf(NativeView path)
 {
     std::size_t from = top_.empty() ? rootOf(path) : top_.size();
-    Ref<const ShellItem> folder = child(nullptr, path.substr(0, from), path.substr(0, from));
+    Ref<const ShellItem> folder =
+        top_.empty() ? child(nullptr, path.substr(0, from), path.substr(0, from)) : topFolder();
     while (folder && from < path.size()) {
         from += isSeparator(path[from]) ? 1 : 0;
         std::size_t end = from;
@@ -47,6 +48,14 @@ Ref<const ShellItem> FolderChain::folderOf(NativeView path)
     return folder;
 }
 
+// Kept apart: it may be a long name, and every file asks for it.
+const Ref<const ShellItem>& FolderChain::topFolder()
+{
+    if (!topFolder_)
+        topFolder_ = child(nullptr, top_, top_);
+    return *topFolder_;
+}
+
 // The reference holds until the next call.
 const Ref<const ShellItem>& FolderChain::child(const Ref<const ShellItem>& parent, NativeView name, NativeView path)
 {
@@ -55,7 +64,7 @@ const Ref<const ShellItem>& FolderChain::child(const Ref<const ShellItem>& paren
     const auto details = files_.details(NativeString(path), Links::followed);
     Ref<const ShellItem> folder;
     if (details && details->kind == FileKind::folder) {
-        FileInfo info = *details;
+        FileInfo info = static_cast<const FileInfo&>(*details);
         // Whoever named the folder above all others meant what it leads to.
         if (!parent)
             info.attributes &= ~attribute::reparsePoint;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -14,6 +15,9 @@ class FolderChain {
 public:
     // All paths lie in `top`, or top is empty.
     FolderChain(FileSystem& files, NativeString top);
+
+    // Whether there is a folder at `top`; looked up once.
+    [[nodiscard]] bool hasTop() { return topFolder() != nullptr; }
 
     // The item of the folder that holds the file at this absolute path. Null when there is no such folder.
     [[nodiscard]] Ref<const ShellItem> folderOf(NativeView path);
@@ -45,8 +49,11 @@ private:
     [[nodiscard]] const Ref<const ShellItem>& child(const Ref<const ShellItem>& parent, NativeView name,
                                                     NativeView path);
 
+    [[nodiscard]] const Ref<const ShellItem>& topFolder();
+
     FileSystem& files_;
     NativeString top_;
+    std::optional<Ref<const ShellItem>> topFolder_;  // null inside when it is not there
     // A name that leads to no folder is kept as well: nothing below it is asked for again.
     std::unordered_map<Key, Ref<const ShellItem>, Hash, Equal> folders_;
 };

@@ -134,8 +134,11 @@ std::optional<std::vector<std::vector<std::uint32_t>>> GroupWalk::parted(std::ve
     std::vector<const ShellItem*> items;
     for (const std::uint32_t position : group)
         items.push_back(&sorted_.at(position).item());
-    auto parts = ignored_.split(items);
-    if (!parts)
+    IgnoredSplitter::Matches matches;
+    if (!criteria_.exact())
+        matches = [&](std::uint32_t a, std::uint32_t b) { return compare(group[a], group[b]).match(); };
+    auto parts = ignored_.split(items, matches);
+    if (!parts || ports_.cancel.cancelled())
         return std::nullopt;
     stats_.ignoredPairs = ignored_.partedPairs();
     for (auto& part : *parts)

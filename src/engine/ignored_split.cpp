@@ -13,15 +13,19 @@ IgnoredSplitter::IgnoredSplitter(const IgnoredPairs* ignored, ShellNamespace& sh
 {
 }
 
-std::optional<std::vector<IgnoredSplitter::Subgroup>> IgnoredSplitter::split(std::span<const ShellItem* const> members)
+std::optional<std::vector<IgnoredSplitter::Subgroup>> IgnoredSplitter::split(std::span<const ShellItem* const> members,
+                                                                             const Matches& matches)
 {
     countSharing(members);
     std::vector<Subgroup> subgroups;
+    const bool isWhole = active_.empty();
     for (std::uint32_t index = 0; index < members.size(); ++index) {
         const auto declarations = declarationsOf(*members[index]);
         if (!declarations)
             return std::nullopt;
-        const std::uint32_t subgroup = place(*declarations);
+        const std::uint32_t subgroup = place(*declarations, [&](std::uint32_t number) {
+            return isWhole || !matches || number >= subgroups.size() || matches(subgroups[number].back(), index);
+        });
         subgroups.resize(std::max<std::size_t>(subgroups.size(), subgroup + 1));
         subgroups[subgroup].push_back(index);
     }
@@ -84,14 +88,15 @@ Result<ContentDigest> IgnoredSplitter::digest(const ShellItem& item) const
     return contents;
 }
 
-// The first subgroup that all of the declarations leave free; theirs from now on.
-std::uint32_t IgnoredSplitter::place(std::span<Active* const> declarations)
+// The first subgroup that all of the declarations leave free and that admits the file; theirs from now on.
+std::uint32_t IgnoredSplitter::place(std::span<Active* const> declarations,
+                                     const std::function<bool(std::uint32_t)>& admits)
 {
     std::uint32_t subgroup = 0;
     for (const Active* const declaration : declarations)
         subgroup = std::max(subgroup, declaration->firstFree);
     const auto isTaken = [&](const Active* declaration) { return declaration->used.contains(subgroup); };
-    while (std::any_of(declarations.begin(), declarations.end(), isTaken))
+    while (std::any_of(declarations.begin(), declarations.end(), isTaken) || !admits(subgroup))
         ++subgroup;
     for (Active* const declaration : declarations) {
         declaration->used.insert(subgroup);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -16,7 +17,7 @@ namespace kelvane {
 
 // Each member, in the order given, joins the first subgroup that holds no file it was declared apart from. What a
 // declaration parts is thus in different groups, and every other file stays with as many of its group as it can.
-// Where a chain of near copies loses a link, its ends stay together. One thread; ports outlive it.
+// One thread; ports outlive it.
 class IgnoredSplitter {
 public:
     using Subgroup = std::vector<std::uint32_t>;  // indices of members, ascending
@@ -30,7 +31,12 @@ public:
     // The subgroups in the order of their first members, those of a single file included. Only members that share a
     // declaration are read, to see whether their contents are still the declared ones; one that cannot be read, or
     // that changed, counts as any other file. Nothing when cancelled.
-    [[nodiscard]] std::optional<std::vector<Subgroup>> split(std::span<const ShellItem* const> members);
+    // `matches` tells of two members by their indices whether they are alike, for groups in which not every file
+    // matches every other one: a member then joins only a subgroup whose last file it matches, so that the ends of a
+    // chain do not stay together when its middle goes. Left out where all members match.
+    using Matches = std::function<bool(std::uint32_t, std::uint32_t)>;
+    [[nodiscard]] std::optional<std::vector<Subgroup>> split(std::span<const ShellItem* const> members,
+                                                             const Matches& matches = nullptr);
 
     // Pairs that declarations kept apart so far; a pair in two declarations counts twice.
     [[nodiscard]] std::uint64_t partedPairs() const { return partedPairs_; }
@@ -48,7 +54,8 @@ private:
     void countSharing(std::span<const ShellItem* const> members);
     [[nodiscard]] std::optional<std::vector<Active*>> declarationsOf(const ShellItem& item);
     [[nodiscard]] Result<ContentDigest> digest(const ShellItem& item) const;
-    [[nodiscard]] static std::uint32_t place(std::span<Active* const> declarations);
+    [[nodiscard]] static std::uint32_t place(std::span<Active* const> declarations,
+                                             const std::function<bool(std::uint32_t)>& admits);
     void countParted();
 
     const IgnoredPairs* ignored_;

@@ -111,6 +111,9 @@ Status ItemBlock::checkLists()
             return invalid(listName(list) + " names no " + (list == 0 ? "folder" : "file"));
         if (list == 0)
             folder_ = placeAt(at).path;
+        // Every row is put together with it.
+        if (folder_.size() > longestCommonFolder)
+            return invalid("the common folder has a name of " + std::to_string(folder_.size()) + " bytes");
         at += check.length();
     }
     return at == bytes_.size() ? Status() : invalid("the item block goes on behind its last row");

@@ -15,6 +15,7 @@ namespace kelvane {
 
 inline constexpr std::size_t smallestItemBlock = 101;
 inline constexpr std::size_t largestItemBlock = 67'108'863;
+inline constexpr std::size_t longestCommonFolder = 32'767;  // bytes; rows of a longer one are kept whole
 
 struct StoredRow {
     Ref<const ShellItem> file;

@@ -47,7 +47,7 @@ std::string folderOf(std::span<const StoredRow> rows)
         if (folder.empty())
             break;
     }
-    return folder;
+    return folder.size() <= longestCommonFolder ? folder : std::string();
 }
 
 std::optional<StoredKind> kindOf(const ShellItem& item)

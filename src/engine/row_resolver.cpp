@@ -31,6 +31,8 @@ public:
     Result<std::vector<ResolvedRow>> run()
     {
         rows_.resize(items_.rows());
+        if (!prefix_.empty() && !folders_.hasTop())
+            return std::move(rows_);
         for (std::uint32_t index = 0; index < items_.rows() && !cancel_.cancelled(); ++index)
             take(index);
         // Archive by archive, whatever the order of the rows, so that each is listed once.
@@ -46,11 +48,10 @@ private:
     {
         const StoredPlace place = items_.row(index);
         rows_[index].approximate = place.approximate();
-        const std::string path = prefix_ + place.path;
         if (place.inArchive)
-            archives_[path].push_back(index);
+            archives_[place.path].push_back(index);
         else
-            rows_[index].file = itemAt(path, place.item);
+            rows_[index].file = itemAt(prefix_ + place.path, place.item);
     }
 
     // The item if what is on the disk is of its kind.
@@ -79,7 +80,7 @@ private:
     {
         if (cancel_.cancelled())
             return;
-        const Ref<const ShellItem> archive = itemAt(path, items_.row(indexes.front()).item);
+        const Ref<const ShellItem> archive = itemAt(prefix_ + path, items_.row(indexes.front()).item);
         if (!archive)
             return;
         ArchiveEntries entries(archive, shell_, cancel_);
@@ -103,7 +104,7 @@ private:
     std::string prefix_;
     FolderChain folders_;
     std::vector<ResolvedRow> rows_;
-    std::map<std::string, std::vector<std::uint32_t>> archives_;
+    std::map<std::string, std::vector<std::uint32_t>> archives_;  // rows by the archive's path below the prefix
 };
 
 }  // namespace

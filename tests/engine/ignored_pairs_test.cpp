@@ -15,6 +15,7 @@ using testing::exactContents;
 using testing::GroupingWorld;
 using ::testing::IsEmpty;
 using testing::RecordingSink;
+using ::testing::UnorderedElementsAre;
 
 struct IgnoringWorld : GroupingWorld {
     std::vector<IgnoredGroup> declared;
@@ -32,11 +33,12 @@ struct IgnoringWorld : GroupingWorld {
         declared.push_back(group);
     }
 
-    RecordingSink scan()
+    RecordingSink scan() { return scan(criteria(exactContents, "")); }
+    RecordingSink scan(const ScanCriteria& wanted)
     {
         const IgnoredPairs pairs(declared);
         ignored = &pairs;
-        RecordingSink sink = groupAll(criteria(exactContents, ""));
+        RecordingSink sink = groupAll(wanted);
         ignored = nullptr;
         return sink;
     }
@@ -59,6 +61,22 @@ TEST(IgnoredPairs, PartAGroupAndLeaveOutWhoIsAlone)
     world.declare({"/a", "/c"});
     world.declare({"/d", "/c"});
     EXPECT_THAT(world.scan().groups(), ElementsAre(ElementsAre("/a", "/d"), ElementsAre("/c", "/b")));
+}
+
+// Each is alike to the next one only; without its middle, nothing holds a chain together.
+TEST(IgnoredPairs, LeaveOnlyFilesThatMatchInOneGroup)
+{
+    IgnoringWorld world;
+    std::size_t bytes = 100;
+    for (const char* name : {"/a", "/b", "/c", "/d"})
+        world.files.addFile(name, std::string(bytes += 4, 'x'));
+    ScanCriteria alike = world.criteria(scan_flag::fuzzy, "System.Size");
+    alike.similarity = 95;
+    EXPECT_EQ(world.scan(alike).groups().size(), 1u);
+    world.declare({"/a", "/b"});
+    EXPECT_THAT(world.scan(alike).groups(), ElementsAre(UnorderedElementsAre("/b", "/c", "/d")));
+    world.declare({"/b", "/c"});
+    EXPECT_THAT(world.scan(alike).groups(), ElementsAre(UnorderedElementsAre("/c", "/d")));
 }
 
 TEST(IgnoredPairs, FollowTheFileAndHoldForItsContentsOnly)

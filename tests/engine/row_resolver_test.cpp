@@ -148,6 +148,10 @@ TEST_F(RowResolverTest, FoldersAreSharedAndLookedUpOnce)
         EXPECT_FALSE(found[static_cast<std::size_t>(files + number)].file);
     }
     EXPECT_EQ(posix(found[0].file->parent()->fullName()), "/top/here/deep");
+    world.files.remove("/top");
+    const std::size_t gone = world.files.accesses().size();
+    EXPECT_FALSE(resolved(items)[0].file);
+    EXPECT_EQ(world.files.accesses().size() - gone, 1u) << "nothing is asked for below a common folder that is gone";
 }
 
 // Thousands of folders that are nowhere cost one look-up and no depth of calls.
