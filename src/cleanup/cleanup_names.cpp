@@ -48,6 +48,10 @@ std::string_view nameOf(CleanupObstacle obstacle)
         return "linksOff";
     case CleanupObstacle::maybeKeptItself:
         return "maybeKeptItself";
+    case CleanupObstacle::changed:
+        return "changed";
+    case CleanupObstacle::keptChanged:
+        return "keptChanged";
     }
     return {};
 }
@@ -65,6 +69,10 @@ TextId textOf(CleanupObstacle obstacle)
         return TextId::skippedOtherVolume;
     case CleanupObstacle::linksOff:
         return TextId::skippedLinksOff;
+    case CleanupObstacle::changed:
+        return TextId::skippedChanged;
+    case CleanupObstacle::keptChanged:
+        return TextId::skippedKeptChanged;
     case CleanupObstacle::maybeKeptItself:
         break;
     }

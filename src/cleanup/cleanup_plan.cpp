@@ -71,6 +71,8 @@ private:
     {
         if (!item.inFileSystem())
             return CleanupObstacle::inArchive;
+        if (!kept.inFileSystem())
+            return CleanupObstacle::keptInArchive;
         if (mayBeKeptItself(item, kept))
             return CleanupObstacle::maybeKeptItself;
         if (plan_.action != CleanupAction::link)

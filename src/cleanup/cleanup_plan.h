@@ -47,11 +47,13 @@ struct CleanupCommand {
 // Why a marked item is left alone.
 enum class CleanupObstacle : std::uint8_t {
     inArchive,
-    keptInArchive,   // no link leads there
-    linkedAlready,   // is a name of the kept file
-    otherVolume,     // for hard links and clones
-    linksOff,        // by the settings
-    maybeKeptItself  // reached through a link, one of the two may lead to the other
+    keptInArchive,    // no link leads there, and nobody would look for the only copy there
+    linkedAlready,    // is a name of the kept file
+    otherVolume,      // for hard links and clones
+    linksOff,         // by the settings
+    maybeKeptItself,  // reached through a link, one of the two may lead to the other
+    changed,          // since the scan, or gone
+    keptChanged       // likewise the kept file
 };
 
 struct CleanupSkip {

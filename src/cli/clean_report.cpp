@@ -36,6 +36,27 @@ TextId lineOf(const CleanupCommand& command)
     }
 }
 
+TextId sumsOf(CleanupAction action)
+{
+    if (action == CleanupAction::link)
+        return TextId::planSumsLink;
+    return action == CleanupAction::recycle ? TextId::planSumsTrash : TextId::planSums;
+}
+
+std::string countedFiles(std::uint64_t count)
+{
+    return countedText(count, TextId::oneFile, TextId::manyFiles);
+}
+
+// The commands of a group follow one another.
+std::uint64_t groupsOf(const CleanupPlan& plan)
+{
+    std::uint64_t groups = 0;
+    for (std::size_t at = 0; at < plan.commands.size(); ++at)
+        groups += at == 0 || plan.commands[at].group != plan.commands[at - 1].group ? 1 : 0;
+    return groups;
+}
+
 Json commandJson(const DryRun& run, const CleanupCommand& command)
 {
     Json kept;
@@ -74,6 +95,16 @@ Json sumsJson(const DryRun& run)
             {"canBeUndone", run.plan.canBeUndone()}};
 }
 
+template <class Visit>
+void forEachLostGroup(const ResultsModel& results, Visit visit)
+{
+    results.forEachRun([&](std::span<const ItemId> run) {
+        if (std::all_of(run.begin(), run.end(), [&](ItemId id) { return results.isMarked(id); }))
+            visit(run);
+        return true;
+    });
+}
+
 template <class List, class Line>
 void writeList(const char* name, const List& list, std::ostream& out, Line line)
 {
@@ -107,11 +138,14 @@ void writePlanSums(const DryRun& run, std::ostream& out)
         out << '\n';
     if (preview.marked.items == 0)
         out << filledText(TextId::rulesMarkNothing) << '\n';
-    else
-        out << filledText(TextId::planSums, {countedText(preview.marked.items, TextId::oneFile, TextId::manyFiles),
-                                             countedText(preview.groups, TextId::oneGroup, TextId::manyGroups),
-                                             sizeText({run.plan.frees})})
+    if (!run.plan.commands.empty())
+        out << filledText(sumsOf(run.plan.action),
+                          {countedFiles(run.plan.commands.size()),
+                           countedText(groupsOf(run.plan), TextId::oneGroup, TextId::manyGroups),
+                           sizeText({run.plan.frees})})
             << '\n';
+    if (!run.plan.skipped.empty())
+        out << filledText(TextId::planLeftAlone, {countedFiles(run.plan.skipped.size())}) << '\n';
     if (preview.protectedItems > 0)
         out << countedText(preview.protectedItems, TextId::oneProtectedStays, TextId::manyProtectedStay) << '\n';
     const auto approximate =
@@ -131,15 +165,24 @@ void writePlanJson(const DryRun& run, std::ostream& out)
     out << "}\n";
 }
 
+void writeLostGroupsJson(const ResultsModel& results, std::ostream& out)
+{
+    Json groups = Json::array();
+    forEachLostGroup(results, [&](std::span<const ItemId> run) {
+        Json files = Json::array();
+        for (const ItemId id : run)
+            addPath(files.emplace_back(), pathOf(results, id));
+        groups.push_back({{"id", results.groupOf(run.front()).number}, {"files", std::move(files)}});
+    });
+    out << dump({{"groupsLost", std::move(groups)}}, Layout::indented) << '\n';
+}
+
 void writeLostGroups(const ResultsModel& results, std::ostream& out)
 {
-    results.forEachRun([&](std::span<const ItemId> run) {
-        if (!std::all_of(run.begin(), run.end(), [&](ItemId id) { return results.isMarked(id); }))
-            return true;
+    forEachLostGroup(results, [&](std::span<const ItemId> run) {
         out << '\n' << filledText(TextId::lostGroup, {std::to_string(results.groupOf(run.front()).number)}) << '\n';
         for (const ItemId id : run)
             out << printable(pathOf(results, id)) << '\n';
-        return true;
     });
 }
 

@@ -23,6 +23,7 @@ void writePlanSums(const DryRun& run, std::ostream& out);
 void writePlanJson(const DryRun& run, std::ostream& out);
 
 // Names the groups that have all their rows marked.
+void writeLostGroupsJson(const ResultsModel& results, std::ostream& out);
 void writeLostGroups(const ResultsModel& results, std::ostream& out);
 
 }  // namespace kelvane

@@ -3,6 +3,7 @@
 
 #include "base/filled_text.h"
 #include "base/words.h"
+#include "cleanup/plan_check.h"
 #include "cli/arguments.h"
 #include "cli/clean_options.h"
 #include "cli/clean_report.h"
@@ -24,11 +25,12 @@ public:
 
     bool onNetwork(const ShellItem& item)
     {
-        const auto [known, isNew] = networks_.try_emplace(item.info().identity.volume, false);
-        if (isNew) {
-            const auto volume = files_.volumeFacts(item.path());
-            known->second = volume && volume->network;
-        }
+        const FileIdentity identity = item.info().identity;
+        if (!identity.known())
+            return asksForNetwork(item);
+        const auto [known, isNew] = networks_.try_emplace(identity.volume, false);
+        if (isNew)
+            known->second = asksForNetwork(item);
         return known->second;
     }
 
@@ -39,18 +41,27 @@ public:
     }
 
 private:
+    bool asksForNetwork(const ShellItem& item)
+    {
+        const auto volume = files_.volumeFacts(item.path());
+        return volume && volume->network;
+    }
+
     FileSystem& files_;
     std::map<std::uint64_t, bool> networks_;  // by volume
 };
 
 // The first line as a complaint, the others as they are; then the groups.
-ExitCode refuseLostGroups(const SavedScan& scan, const Console& console)
+ExitCode refuseLostGroups(const SavedScan& scan, OutputFormat format, const Console& console)
 {
     const std::vector<std::string> lines = splitWords(filledText(TextId::groupsWhollyMarked), '\n');
     complain(console, lines.front());
     for (std::size_t line = 1; line < lines.size(); ++line)
         console.err << lines[line] << '\n';
+    console.err << filledText(TextId::waysOutOfLoss) << '\n';
     writeLostGroups(scan.results, console.err);
+    if (format == OutputFormat::json)
+        writeLostGroupsJson(scan.results, console.out);
     return ExitCode::usage;
 }
 
@@ -75,15 +86,19 @@ ExitCode plan(const CleanRequest& request, SavedScan& scan, Platform& platform, 
     if (!preview)
         return refuse(console, preview.error().detail);
     if (preview->groupsLost > 0)
-        return refuseLostGroups(scan, console);
+        return refuseLostGroups(scan, request.format, console);
     DiskFacts disk(platform.files());
-    const auto planned =
-        planCleanup(scan.results, request.action,
-                    {*scan.definition, platform.paths(), [&](const ShellItem& item) { return disk.onNetwork(item); },
-                     [&](const ShellItem& item) { return disk.linkCount(item); }});
+    const CleanupFacts facts{*scan.definition, platform.paths(),
+                             [&](const ShellItem& item) { return disk.onNetwork(item); },
+                             [&](const ShellItem& item) { return disk.linkCount(item); }};
+    auto planned = planCleanup(scan.results, request.action, facts);
     if (!planned)
         return refuse(console, planned.error().detail);
-    return print({scan.results, *preview, *planned}, request.format, console);
+    const auto changed = leaveChangedAlone(*planned, scan.results, facts, platform.files(), console.cancel);
+    if (!changed || console.cancel.cancelled())
+        return stopCancelled(console);
+    const ExitCode printed = print({scan.results, *preview, *planned}, request.format, console);
+    return std::max(printed, *changed > 0 ? ExitCode::incomplete : ExitCode::done);
 }
 
 ExitCode clean(const CLI::App& app, const RawClean& raw, Platform& platform, const Console& console)

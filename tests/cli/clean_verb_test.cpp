@@ -88,7 +88,7 @@ TEST_F(CleanVerb, PrintsThePlanAndChangesNothing)
     const auto run = clean({"--keep", "oldest", "--protect", file("in/b")});
     EXPECT_EQ(run.code, ExitCode::done);
     EXPECT_EQ(below(run.out), "to the trash: c/1 (kept: b/1; frees 4 bytes)\n");
-    EXPECT_EQ(run.err, "\n1 file in 1 group marked, 4 bytes would be freed\n"
+    EXPECT_EQ(run.err, "\n1 file in 1 group would go to the trash; 4 bytes would come free when it is emptied\n"
                        "2 files would be marked, but lie in protected folders\n"
                        "This was a dry run; nothing was changed.\n");
     EXPECT_THAT(clean({"--keep", "oldest", "--delete-permanently"}).out, HasSubstr("delete for good: "));
@@ -108,15 +108,31 @@ TEST_F(CleanVerb, RefusesToLoseEveryCopyAndNamesTheGroups)
 {
     const auto run = clean({"--keep-under", file("in/a"), "--json"});
     EXPECT_EQ(run.code, ExitCode::usage);
-    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(json::parse(run.out).at("groupsLost").at(0).at("files").size(), 2u);
     EXPECT_THAT(below(run.err),
                 AllOf(HasSubstr("kelvane-cli: Some duplicate groups have all items marked for removal\n"),
-                      HasSubstr(":\nb/2\nc/2\n"), Not(HasSubstr("b/1"))));
+                      HasSubstr("--keep first"), HasSubstr(":\nb/2\nc/2\n"), Not(HasSubstr("b/1"))));
     tree_.remove("in/b/2");
     tree_.remove("in/c/1");
     const auto survivors = clean({"--keep-under", file("in/a"), "--json"});
     EXPECT_EQ(survivors.code, ExitCode::incomplete) << "files are gone";
     EXPECT_EQ(json::parse(survivors.out).at("commands").size(), 1u) << "what is left of a group is never marked";
+}
+
+TEST_F(CleanVerb, LeavesWhatChangedSinceTheScanAlone)
+{
+    tree_.write("in/c/1", "something else");
+    setTime("in/b/2", 5);
+    const auto run = clean({"--keep", "first"});
+    EXPECT_EQ(run.code, ExitCode::incomplete);
+    EXPECT_EQ(below(run.out), "to the trash: b/1 (kept: a/1; frees 4 bytes)\n"
+                              "left alone: c/1: changed since the scan\n"
+                              "left alone: c/2: its kept copy changed since the scan\n");
+    EXPECT_THAT(run.err, AllOf(HasSubstr("1 file in 1 group would go"), HasSubstr("2 files left alone\n")));
+    const json document = json::parse(clean({"--keep", "first", "--json"}).out);
+    EXPECT_EQ(document.at("sums").at("frees"), 4);
+    EXPECT_EQ(document.at("skipped").at(0).at("why"), "changed");
+    EXPECT_EQ(document.at("skipped").at(1).at("why"), "keptChanged");
 }
 
 }  // namespace
