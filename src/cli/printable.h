@@ -7,7 +7,8 @@
 namespace kelvane {
 
 // The bytes as one line of UTF-8 that cannot disturb a terminal: what is no UTF-8 becomes U+FFFD, control characters
-// become "\n", "\t" or "\x1b". For people; programs read JSON, CSV or NUL-terminated names.
+// become "\n", "\t" or "\x1b", those that turn the direction of text "\u202e"; "\" is doubled where anything is so
+// written. For people; programs read JSON, CSV or NUL-terminated names.
 [[nodiscard]] std::string printable(std::string_view bytes);
 
 }  // namespace kelvane
