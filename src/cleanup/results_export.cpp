@@ -22,10 +22,7 @@ void selectEverything(ResultsModel& results)
 {
     if (results.hiddenCount() > 0)
         results.showAll();
-    std::vector<ItemId> all;
-    all.reserve(results.rowCount());
-    results.forEachRow([&](ItemId id) { all.push_back(id); });
-    results.mark(all, Mark::selected, true);
+    selectRowsInView(results);
 }
 
 std::filesystem::path pathOf(std::uint32_t ticks, const Places& places)
@@ -68,6 +65,14 @@ Status writeAll(OutputFile& file, std::initializer_list<std::string_view> texts)
 }
 
 }  // namespace
+
+void selectRowsInView(ResultsModel& results)
+{
+    std::vector<ItemId> rows;
+    rows.reserve(results.rowCount());
+    results.forEachRow([&](ItemId id) { rows.push_back(id); });
+    results.mark(rows, Mark::selected, true);
+}
 
 ExportOutcome exportCsv(ResultsModel& results, const TableView& view, std::u16string_view windowTitle,
                         const ExportPorts& ports)

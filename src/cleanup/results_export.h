@@ -32,4 +32,7 @@ struct ExportOutcome {
 [[nodiscard]] ExportOutcome exportCsv(ResultsModel& results, const TableView& view, std::u16string_view windowTitle,
                                       const ExportPorts& ports);
 
+// For a table of what is in view.
+void selectRowsInView(ResultsModel& results);
+
 }  // namespace kelvane

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/filled_text.h"
+#include "cleanup/results_export.h"
 #include "cleanup/results_table.h"
 #include "cli/arguments.h"
 #include "cli/choices.h"
@@ -10,7 +11,6 @@
 #include "cli/settings_in_force.h"
 #include "cli/verbs.h"
 #include "cli/view_options.h"
-#include "results/result_columns.h"
 
 namespace kelvane {
 namespace {
@@ -52,24 +52,15 @@ void addExportOptions(CLI::App& app, RawExport& raw)
         ->group(filledText(TextId::groupRun));
 }
 
-void selectRows(ResultsModel& results)
-{
-    std::vector<ItemId> rows;
-    rows.reserve(results.rowCount());
-    results.forEachRow([&](ItemId id) { rows.push_back(id); });
-    results.mark(rows, Mark::selected, true);
-}
-
 // A CSV file is what spreadsheets open, and they compute cells that look like formulas.
-std::string makeTable(SavedScan& scan, const std::vector<PropRef>& named, TableMode mode)
+std::string makeTable(SavedScan& scan, const std::vector<PropRef>& named, TableMode mode, const CancelFlag& cancel)
 {
-    const std::vector<PropRef> columns = tableColumns(scan, named);
-    TableView table{{}, [&](ItemContext& file, std::size_t column) {
-                        return cellText(file, columns[column], scan.properties.source);
-                    }};
-    for (const PropRef& column : columns)
-        table.titles.push_back(columnTitle(column));
-    selectRows(scan.results);
+    TableView table = viewOfColumns(tableColumns(scan, named), scan.properties.source);
+    // A person who no longer waits gets no table: from then on no property is read.
+    table.cell = [&cancel, cell = std::move(table.cell)](ItemContext& file, std::size_t column) {
+        return cancel.cancelled() ? std::u16string{} : cell(file, column);
+    };
+    selectRowsInView(scan.results);
     return tableOfSelection(scan.results, table, mode, mode == TableMode::csv ? Formulas::defused : Formulas::kept);
 }
 
@@ -80,7 +71,7 @@ ExitCode writeFile(const std::string& typed, const std::string& table, std::uint
     if (const Status written = replaceContents(platform.output(), namedFile(typed), bytes); !written) {
         complain(console,
                  typed + ": " + filledText(TextId::contentsFileNotWritten) + ": " + errorText(written.error()));
-        return ExitCode::incomplete;
+        return written.error().kind == ErrorKind::notFound ? ExitCode::usage : ExitCode::incomplete;
     }
     complain(console,
              filledText(rows == 1 ? TextId::oneRowWritten : TextId::manyRowsWritten, {typed, std::to_string(rows)}));
@@ -94,7 +85,11 @@ ExitCode write(const RawExport& raw, TableMode mode, SavedScan& scan, const View
         return *over;
     if (!filterFound(view, scan, console))
         return ExitCode::incomplete;
-    const std::string table = makeTable(scan, view.columns, mode);
+    const std::string table = makeTable(scan, view.columns, mode, console.cancel);
+    if (console.cancel.cancelled())
+        return stopCancelled(console);
+    if (table.empty())
+        return ExitCode::incomplete;
     if (!raw.output.empty())
         return writeFile(raw.output, table, scan.results.rowCount(), platform, console);
     console.out << table;
@@ -117,6 +112,8 @@ ExitCode exportVerb(const Arguments& arguments, Platform& platform, const Consol
     addExportOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))
         return *over;
+    if (raw.output == "-")
+        raw.output.clear();
     if (const auto message = notOneFile("export", raw.files))
         return refuse(console, *message);
     const auto mode = choose<TableMode>(TextId::unknownFormat, raw.format, formats);

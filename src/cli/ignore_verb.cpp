@@ -71,6 +71,24 @@ ExitCode change(CRegistryAccess& settings, const Console& console, const std::fu
     return code == SettingsCode::done ? ExitCode::done : complainNotWritten(settings, code, console);
 }
 
+ExitCode tellForgotten(const Groups& groups, const Console& console)
+{
+    for (const IgnoredGroup& group : groups) {
+        std::string names;
+        for (const IgnoredFile& file : group.files)
+            (names += names.empty() ? "" : ", ") += file.path;
+        complain(console, filledText(TextId::declarationForgotten, {names}));
+    }
+    return ExitCode::done;
+}
+
+ExitCode forgetAll(CRegistryAccess& settings, const Console& console)
+{
+    Groups forgotten;
+    const ExitCode code = change(settings, console, [&](Groups& groups) { forgotten = std::exchange(groups, {}); });
+    return code == ExitCode::done ? tellForgotten(forgotten, console) : code;
+}
+
 ExitCode forget(CRegistryAccess& settings, const RawIgnore& raw, const Console& console)
 {
     const Groups& known = settings.settings().ignoredGroups;
@@ -79,14 +97,17 @@ ExitCode forget(CRegistryAccess& settings, const RawIgnore& raw, const Console& 
         std::size_t number = 0;
         const auto [end, error] = std::from_chars(typed.data(), typed.data() + typed.size(), number);
         const bool whole = error == std::errc() && end == typed.data() + typed.size();
-        if (!whole || number == 0 || number > known.size())
+        if (!whole)
+            return refuse(console, filledText(TextId::forgetNeedsNumber, {typed}));
+        if (number == 0 || number > known.size())
             return refuse(console, filledText(TextId::ignoreNoSuchNumber, {typed}));
         chosen.push_back(known[number - 1]);
     }
-    return change(settings, console, [&](Groups& groups) {
+    const ExitCode code = change(settings, console, [&](Groups& groups) {
         for (const IgnoredGroup& group : chosen)
             std::erase(groups, group);
     });
+    return code == ExitCode::done ? tellForgotten(chosen, console) : code;
 }
 
 // The file, or the message about it.
@@ -138,10 +159,14 @@ ExitCode declare(CRegistryAccess& settings, const RawIgnore& raw, Platform& plat
     const auto group = readGroup(raw.files, platform, console);
     if (!group)
         return console.cancel.cancelled() ? stopCancelled(console) : refuse(console, group.error().detail);
-    return change(settings, console, [&](Groups& groups) {
+    const ExitCode code = change(settings, console, [&](Groups& groups) {
         std::erase_if(groups, [&](const IgnoredGroup& known) { return says(*group, known); });
         groups.push_back(*group);
     });
+    if (code == ExitCode::done)
+        complain(console, filledText(TextId::filesDeclared,
+                                     {countedText(group->files.size(), TextId::oneFile, TextId::manyFiles)}));
+    return code;
 }
 
 ExitCode act(const RawIgnore& raw, Platform& platform, const Console& console)
@@ -155,7 +180,9 @@ ExitCode act(const RawIgnore& raw, Platform& platform, const Console& console)
     if (!raw.forget.empty())
         return forget(**settings, raw, console);
     if (raw.forgetAll)
-        return change(**settings, console, [](Groups& groups) { groups.clear(); });
+        return forgetAll(**settings, console);
+    if (!raw.json && (*settings)->settings().ignoredGroups.empty())
+        complain(console, filledText(TextId::nothingDeclared));
     (raw.json ? printJson : printText)((*settings)->settings().ignoredGroups, console.out);
     return ExitCode::done;
 }

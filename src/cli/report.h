@@ -48,6 +48,9 @@ void writeNullReport(const Listing& listing, std::ostream& out);
 // "12 duplicates in 5 groups, 1.5 MB could be freed; 80 files (20.0 MB) in 0.3 seconds", ended by a line feed.
 void writeSummary(const Listing& listing, std::ostream& out);
 
+// "1 of 4 files shown" where the rest is hidden, likewise.
+void writeSummaryOfPart(const Listing& listing, std::ostream& out);
+
 // What a listing says of one group.
 struct GroupFacts {
     std::uint32_t number = 0;

@@ -43,7 +43,8 @@ std::string groupTitle(const Listing& listing, const GroupFacts& group)
     const std::string number = std::to_string(group.number);
     const std::string files = countedFiles(group.files.size());
     const std::string title =
-        sizes.smallest == sizes.largest
+        group.files.size() == 1 ? filledText(TextId::groupOfOneFile, {number, files, sizeText(sizes.largest)})
+        : sizes.smallest == sizes.largest
             ? filledText(TextId::groupOfOneSize, {number, files, sizeText(sizes.largest)})
             : filledText(TextId::groupOfSizes, {number, files, sizeText(sizes.smallest), sizeText(sizes.largest)});
     return title + (group.approximate ? filledText(TextId::groupApproximate) : "");
@@ -104,6 +105,13 @@ void writeTextReport(const Listing& listing, std::ostream& out)
     if (listing.shape.summaryOnly)
         return;
     listing.shape.flat ? writeFlat(listing, out) : writeTitled(listing, out);
+}
+
+void writeSummaryOfPart(const Listing& listing, std::ostream& out)
+{
+    const std::string shown = std::to_string(listing.results.rowCount());
+    out << (listing.shape.summaryOnly ? "" : "\n")
+        << filledText(TextId::summaryOfPart, {shown, countedFiles(listing.results.itemCount())}) << '\n';
 }
 
 void writeSummary(const Listing& listing, std::ostream& out)

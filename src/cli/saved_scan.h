@@ -19,7 +19,8 @@ struct SavedScan {
 
     std::string name;  // the file as it was typed
     PropertyAccess properties;
-    ResultsModel results;                  // with groups kept together, by number
+    ResultsModel results;                  // groups kept together, in the order of the file; by number when it was
+                                           // sorted across groups
     std::vector<PropRef> columns;          // those of the results list
     std::optional<CScanNode> definition;   // nothing where the file does not say what was searched for
     std::optional<ScanCriteria> criteria;  // nothing likewise, and where the definition makes no sense any more

@@ -66,7 +66,10 @@ std::optional<std::string> notInNullFormat(const RawShow& raw, OutputFormat form
 void writeText(const Listing& listing, const Console& console)
 {
     std::ostream& out = listing.shape.summaryOnly ? console.out : console.err;
-    writeSummary(listing, out);
+    if (listing.results.rowCount() == listing.results.itemCount())
+        writeSummary(listing, out);
+    else
+        writeSummaryOfPart(listing, out);
     if (!listing.shape.summaryOnly)
         return;
     for (const std::string& root : listing.roots)
@@ -106,6 +109,9 @@ public:
         if (!chooseGroups(*scan, code))
             return code;
         const ExitCode printed = print(*scan, view->columns);
+        const bool anyLeft = scan->results.rowCount() > 0;
+        if (found && !anyLeft && code == ExitCode::done && !(nothingNew_ && raw_.groupsOf.empty()))
+            code = complainOfNothing();
         return std::max({code, printed, found ? ExitCode::done : ExitCode::incomplete, tellMissing(*scan, console_)});
     }
 
@@ -125,7 +131,8 @@ private:
         }
         isNew_ = newSince(*earlier, scan, platform_.paths());
         showGroupsWithNew(isNew_, scan);
-        if (std::find(isNew_.begin(), isNew_.end(), true) == isNew_.end())
+        nothingNew_ = std::find(isNew_.begin(), isNew_.end(), true) == isNew_.end();
+        if (nothingNew_)
             complain(console_, filledText(TextId::nothingNew, {raw_.since}));
         return true;
     }
@@ -139,11 +146,19 @@ private:
                               format_, console_);
     }
 
+    // Each option found something, but no file has all that is asked for.
+    [[nodiscard]] ExitCode complainOfNothing() const
+    {
+        complain(console_, filledText(TextId::nothingTogether));
+        return ExitCode::incomplete;
+    }
+
     const RawShow& raw_;
     OutputFormat format_;
     Platform& platform_;
     const Console& console_;
     std::vector<bool> isNew_;
+    bool nothingNew_ = false;
 };
 
 }  // namespace

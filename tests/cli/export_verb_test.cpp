@@ -64,7 +64,7 @@ TEST_F(ExportVerb, WritesTheTableOfTheListAndReplacesNothingUnasked)
     more.insert(more.end(), {"--overwrite", "--format", "tsv"});
     EXPECT_EQ(table(more).code, ExitCode::done);
     EXPECT_THAT(tree_.read("t.csv"), StartsWith("Name\tFolder path\tFilename\tSize\r\nB,x.txt\t"));
-    EXPECT_EQ(table({"--output", file("no/t.csv")}).code, ExitCode::incomplete);
+    EXPECT_EQ(table({"--output", file("no/t.csv")}).code, ExitCode::usage);
 }
 
 TEST_F(ExportVerb, ColumnsOfShowAreValuesForPrograms)

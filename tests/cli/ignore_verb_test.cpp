@@ -107,7 +107,7 @@ TEST_F(IgnoreVerb, RefusesWhatItCannotKeep)
         {{path("a"), path("none")}, "none: "},
         {{path("a"), tree_.path().string()}, "not a regular file"},
         {{"--forget", "1", "--forget", "2"}, "there is no declaration 2"},
-        {{"--forget", "1x"}, "there is no declaration 1x"},
+        {{"--forget", "1x"}, "shows, not \"1x\""},
         {{"--forget", "0"}, "there is no declaration 0"},
     };
     for (const auto& [arguments, message] : cases) {

@@ -45,7 +45,7 @@ TEST_F(ShowVerb, TellsOfFilesThatAreGone)
     const auto run = show("one.ikvs");
     EXPECT_EQ(run.code, ExitCode::incomplete);
     EXPECT_THAT(run.err, HasSubstr("one.ikvs: Some items could not be located (1 of 4)\n"));
-    EXPECT_THAT(below(run.out), StartsWith("Group 1: 1 file, 4 bytes each\na.txt\n\nGroup 2"));
+    EXPECT_THAT(below(run.out), StartsWith("Group 1: 1 file, 4 bytes\na.txt\n\nGroup 2"));
     tree_.remove("in");
     const auto none = show("one.ikvs");
     EXPECT_EQ(none.code, ExitCode::usage);
