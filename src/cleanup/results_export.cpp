@@ -28,7 +28,7 @@ void selectEverything(ResultsModel& results)
 std::filesystem::path pathOf(std::uint32_t ticks, const Places& places)
 {
     char name[32];
-    std::snprintf(name, sizeof name, "skvtmp_%x.csv", static_cast<unsigned>(ticks));
+    std::snprintf(name, sizeof name, "kvtmp_%x.csv", static_cast<unsigned>(ticks));
     return places.temporaryFolder() / name;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/filled_text.h"
+#include "base/utf.h"
 #include "results/compared_values.h"
 
 namespace kelvane {
@@ -89,9 +90,16 @@ Result<MarkingPreview> CMarkWizardDlg::apply(ResultsModel& model, const MarkingR
 {
     if (!isEnabled(chosen.rule))
         return Error{ErrorKind::invalid, 0, filledText(TextId::nothingToKeep)};
+    const MarkingPlan plan{{chosen}, {}, {}};
+    if (const auto possible = previewMarks(model, plan, ports); !possible)
+        return possible;
     memory_.rule = chosen.rule;
     askAboutHidden(model, memory_, askYesNo);
-    return applyMarks(model, {{chosen}, {}, {}}, ports);
+    // Items that came back into view count as well.
+    const auto preview = previewMarks(model, plan, ports);
+    if (preview && preview->groupsLost > 0 && !askYesNo(toUtf16(lossWarning(*preview))))
+        return Error{ErrorKind::cancelled, 0, {}};
+    return applyMarks(model, plan, ports);
 }
 
 std::string lossWarning(const MarkingPreview& preview)

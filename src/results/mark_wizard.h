@@ -49,7 +49,8 @@ public:
     [[nodiscard]] const std::vector<std::string>& folders() const { return folders_; }
 
     // Remembers the rule and marks by it. Items out of view are asked about first, until the answer is No; Yes brings
-    // them back. `invalid`, and nothing changes, for a disabled rule and as applyMarks() says.
+    // them back. Where groups would lose every copy, that is told and asked about too; `cancelled`, and no mark
+    // changes, when the answer is No. `invalid`, and nothing changes, for a disabled rule and as applyMarks() says.
     [[nodiscard]] Result<MarkingPreview> apply(ResultsModel& model, const MarkingRule& chosen,
                                                const MarkingPorts& ports,
                                                const std::function<bool(std::u16string_view)>& askYesNo);
@@ -60,7 +61,7 @@ private:
     std::vector<std::string> folders_;
 };
 
-// That groups would lose, or lost, every copy: to be told to the person. Empty when none would.
+// That groups would lose, or lost, every copy: to be told, and asked about before. Empty when none would.
 [[nodiscard]] std::string lossWarning(const MarkingPreview& preview);
 
 }  // namespace kelvane

@@ -18,7 +18,11 @@ Status check(const ResultsModel& model, const MarkingPlan& plan)
 {
     if (!model.isGrouped())
         return Error{ErrorKind::invalid, 0, filledText(TextId::listNotGrouped)};
-    if (plan.chain.empty() && plan.preferredFolders.empty())
+    // A folder without a name holds nothing, and everything would be marked.
+    const bool hasNowhere = std::any_of(plan.chain.begin(), plan.chain.end(), [](const MarkingRule& rule) {
+        return rule.rule == KeepRule::under && rule.folder.empty();
+    });
+    if (hasNowhere || (plan.chain.empty() && plan.preferredFolders.empty()))
         return Error{ErrorKind::invalid, 0, filledText(TextId::nothingToKeep)};
     return {};
 }

@@ -51,8 +51,8 @@ TEST_F(ResultsExport, WritesEveryItemAndOpensTheFile)
     list_.model.hide(list_.ids({"/a,b"}), hiding_flag::filter);
     const ExportOutcome outcome = exportList();
     EXPECT_EQ(outcome.message, u"");
-    EXPECT_THAT(files(), ElementsAre("skvtmp_abcdef.csv"));
-    EXPECT_EQ(tree_.read("temporary/skvtmp_abcdef.csv"),
+    EXPECT_THAT(files(), ElementsAre("kvtmp_abcdef.csv"));
+    EXPECT_EQ(tree_.read("temporary/kvtmp_abcdef.csv"),
               "\xEF\xBB\xBFKelvane - Töne an\r\n1601-01-01T03:07:39Z\r\nName\r\n\"a,b 0\"\r\nc 0\r\n");
     EXPECT_THAT(processes_.files, ElementsAre(outcome.file));
     EXPECT_EQ(list_.model.hiddenCount(), 0u);
@@ -61,9 +61,9 @@ TEST_F(ResultsExport, WritesEveryItemAndOpensTheFile)
 
 TEST_F(ResultsExport, NeverTakesAFileThatIsThere)
 {
-    tree_.write("temporary/skvtmp_abcdef.csv", "of another program");
-    EXPECT_EQ(exportList().file.filename(), "skvtmp_abcdf0.csv");
-    EXPECT_EQ(tree_.read("temporary/skvtmp_abcdef.csv"), "of another program");
+    tree_.write("temporary/kvtmp_abcdef.csv", "of another program");
+    EXPECT_EQ(exportList().file.filename(), "kvtmp_abcdf0.csv");
+    EXPECT_EQ(tree_.read("temporary/kvtmp_abcdef.csv"), "of another program");
     processes_.openFailure = Error{ErrorKind::notFound, 0, "no program for it"};
     const ExportOutcome unopened = exportList();
     EXPECT_EQ(unopened.message, u"no program for it");

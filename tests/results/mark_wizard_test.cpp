@@ -22,10 +22,10 @@ struct WizardWorld : MarkingWorld {
         }
         return letters;
     }
-    [[nodiscard]] std::string marked(KeepRule rule, bool answer)
+    [[nodiscard]] std::string marked(KeepRule rule, bool answer, const std::string& folder = "/a")
     {
         const auto ask = [&](std::u16string_view) { return ++questions, answer; };
-        return dialog().apply(model, {rule, "/a", {}}, ports, ask) ? marks() : "refused";
+        return dialog().apply(model, {rule, folder, {}}, ports, ask) ? marks() : "refused";
     }
 
     CScanNode definition;
@@ -69,6 +69,24 @@ TEST(MarkWizard, RemembersTheRuleAndTheAnswerAboutHiddenItems)
     world.definition.properties = "System.DateModified";
     world.memory.rule = KeepRule::newest;
     EXPECT_EQ(world.dialog().preselected(), KeepRule::biggest);
+}
+
+TEST(MarkWizard, TellsBeforeAGroupLosesEveryCopy)
+{
+    WizardWorld world;
+    world.definition.roots = "/a";
+    const std::string before = world.marks();
+    world.model.hide(world.model.order(), hiding_flag::filter);
+    EXPECT_EQ(world.marked(KeepRule::under, true, "/nowhere"), "xx xx");
+    EXPECT_EQ(world.questions, 2) << "about hidden items, and about groups that only then were in view";
+    world.model.undo();
+    EXPECT_EQ(world.marked(KeepRule::under, false, "/nowhere"), "refused");
+    EXPECT_EQ(world.marked(KeepRule::under, true, ""), "refused") << "no folder was chosen";
+    EXPECT_EQ(world.marks(), before);
+    EXPECT_EQ(world.questions, 3);
+    world.model.setOrder({world.model.order().begin(), world.model.order().end()}, false);
+    EXPECT_EQ(world.marked(KeepRule::newest, true), "refused");
+    EXPECT_NE(world.memory.rule, KeepRule::newest);
 }
 
 }  // namespace
