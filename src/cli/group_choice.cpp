@@ -92,6 +92,8 @@ std::vector<bool> newSince(const SavedScan& earlier, const SavedScan& scan, cons
     };
     std::unordered_set<std::string> known;
     earlier.results.forEachItem([&](ItemId id) { known.insert(key(earlier, id)); });
+    for (const std::string& path : earlier.missingFiles)
+        known.insert(paths.comparable(path));
     std::vector<bool> isNew(scan.results.idLimit());
     scan.results.forEachItem([&](ItemId id) { isNew[position(id)] = !known.contains(key(scan, id)); });
     return isNew;

@@ -21,6 +21,7 @@ void take(SavedScan& scan, LoadedResults& loaded, Platform& platform, const Engi
 {
     StoredResults& stored = loaded.results;
     scan.missing = loaded.missing;
+    scan.missingFiles = std::move(loaded.missingFiles);
     scan.columns = std::move(stored.columns);
     if (stored.figures)
         scan.figures = std::move(*stored.figures);
@@ -47,7 +48,7 @@ SavedScan::SavedScan(std::string typed, Platform& platform, const EngineOptions&
 }
 
 std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::string& settings, Platform& platform,
-                                         const Console& console, ExitCode& code)
+                                         const Console& console, ExitCode& code, AllMissing allMissing)
 {
     const auto options = engineSettings(settings, platform, console);
     if (!options) {
@@ -55,7 +56,8 @@ std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::st
         return nullptr;
     }
     auto scan = std::make_unique<SavedScan>(typed, platform, *options);
-    auto loaded = loadResults(namedFile(typed), platform.shell(), scan->properties.catalogue, console.cancel);
+    auto loaded =
+        loadResults(namedFile(typed), platform.shell(), scan->properties.catalogue, console.cancel, allMissing);
     if (!loaded) {
         code =
             console.cancel.cancelled() ? stopCancelled(console) : refuse(console, failureText(typed, loaded.error()));

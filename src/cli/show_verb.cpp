@@ -124,7 +124,8 @@ private:
         if (raw_.since.empty())
             return true;
         ExitCode earlierCode = ExitCode::done;
-        const auto earlier = openSavedScan(raw_.since, raw_.settings, platform_, console_, earlierCode);
+        const auto earlier =
+            openSavedScan(raw_.since, raw_.settings, platform_, console_, earlierCode, AllMissing::isLoaded);
         if (!earlier) {
             code = earlierCode;
             return false;

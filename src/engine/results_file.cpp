@@ -8,6 +8,7 @@
 #include "base/utf.h"
 #include "engine/results_content.h"
 #include "engine/row_resolver.h"
+#include "engine/stored_paths.h"
 
 namespace kelvane {
 namespace {
@@ -84,6 +85,17 @@ Status checkGroups(const std::vector<StoredRow>& rows)
     return {};
 }
 
+std::string pathOf(const ItemBlock& items, std::uint32_t row)
+{
+    const auto below = [](std::string folder, const std::string& name) {
+        const bool parted = folder.empty() || folder.back() == '/' || folder.back() == '\\';
+        return std::move(folder) + (parted ? "" : std::string(1, nativeSeparator)) + name;
+    };
+    const StoredPlace place = items.row(row);
+    const std::string path = below(items.folder(), place.path);
+    return place.inArchive ? below(path, place.inside) : path;
+}
+
 Result<ResultsContent> readContent(const std::filesystem::path& path, FileSystem& files, const CancelFlag& cancel)
 {
     const auto reader = files.openForReading(path, ReadPattern::sequential, Links::followed);
@@ -119,7 +131,7 @@ Result<std::uint64_t> saveResults(const std::filesystem::path& path, const Store
 }
 
 Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamespace& shell,
-                                  const PropertyCatalogue& catalogue, const CancelFlag& cancel)
+                                  const PropertyCatalogue& catalogue, const CancelFlag& cancel, AllMissing allMissing)
 {
     const auto content = readContent(path, shell.files(), cancel);
     if (!content)
@@ -130,14 +142,15 @@ Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamesp
     const auto files = resolveRows(content->items, shell, cancel);
     if (!files)
         return files.error();
-    LoadedResults loaded{{std::move(*columns), content->detailsView, content->viewOption, {}, {}, {}}, 0};
+    LoadedResults loaded{{std::move(*columns), content->detailsView, content->viewOption, {}, {}, {}}, 0, {}};
     for (std::uint32_t row = 0; row < content->items.rows(); ++row) {
         if (const ResolvedRow& found = (*files)[row]; found.file)
             loaded.results.rows.push_back({found.file, content->groups[row], found.approximate});
         else
-            ++loaded.missing;
+            loaded.missingFiles.push_back(pathOf(content->items, row));
     }
-    if (loaded.results.rows.empty())
+    loaded.missing = static_cast<std::uint32_t>(loaded.missingFiles.size());
+    if (loaded.results.rows.empty() && allMissing == AllMissing::fails)
         return Error{ErrorKind::invalid, 0, filledText(TextId::noRowLocated, {std::to_string(loaded.missing)})};
     readDefinition(content->definition, loaded.results);
     return loaded;

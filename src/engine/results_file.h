@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "base/cancel.h"
@@ -35,17 +36,22 @@ struct StoredResults {
 [[nodiscard]] Result<std::uint64_t> saveResults(const std::filesystem::path& path, const StoredResults& results,
                                                 FileOutput& output);
 
+// What becomes of a file none of whose rows is there any more: as a mere record of a scan it is still of use.
+enum class AllMissing : std::uint8_t { fails, isLoaded };
+
 struct LoadedResults {
     StoredResults results;
-    std::uint32_t missing = 0;  // rows whose files are not there any more: TextId::itemsNotLocated
+    std::uint32_t missing = 0;              // rows whose files are not there any more: TextId::itemsNotLocated
+    std::vector<std::string> missingFiles;  // their paths, in the form of path rules
 };
 
 // The rows as the scan saw them: sizes, times and identities are those of the file and not what the disk says now. Only
 // that every file is still there, as the kind of thing that it was, is looked up; a file is never opened. An entry of
 // an archive gets its present ordinal, since that is where it is read from. Nothing is handed over before the whole
 // file was checked. TextId::contentsCorrupt, and why, for whatever fails apart from `cancelled`; that goes also for a
-// file none of whose rows is there any more.
+// file none of whose rows is there any more, unless that is wanted.
 [[nodiscard]] Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamespace& shell,
-                                                const PropertyCatalogue& catalogue, const CancelFlag& cancel);
+                                                const PropertyCatalogue& catalogue, const CancelFlag& cancel,
+                                                AllMissing allMissing = AllMissing::fails);
 
 }  // namespace kelvane

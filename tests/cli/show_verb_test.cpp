@@ -5,6 +5,7 @@ namespace kelvane {
 namespace {
 
 using nlohmann::json;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -50,6 +51,12 @@ TEST_F(ShowVerb, TellsOfFilesThatAreGone)
     const auto none = show("one.ikvs");
     EXPECT_EQ(none.code, ExitCode::usage);
     EXPECT_THAT(none.err, HasSubstr("one.ikvs: Error reading and/or corrupt contents file: none of its files (4)"));
+    tree_.write("in/new.txt", "new");
+    tree_.write("in/newer.txt", "new");
+    (void)save("two.ikvs");
+    const auto since = show("two.ikvs", {"--since", file("one.ikvs")});
+    EXPECT_EQ(since.code, ExitCode::done) << "the earlier scan is asked as a record";
+    EXPECT_THAT(below(since.out), AllOf(HasSubstr("+ new.txt\n"), HasSubstr("+ newer.txt\n")));
 }
 
 TEST_F(ShowVerb, CountsWithoutListing)
