@@ -118,6 +118,12 @@ void readIgnoredPairs(const SettingsRoot& root, const SettingsContext& /*context
     }
 }
 
+std::size_t storedDeclarations(const SettingsRoot& root)
+{
+    const SettingsNode node(root, ignoredSection, SettingsAccess::reading);
+    return entryNumbers(node, groupPart).size();
+}
+
 // The section is there only as long as it has entries.
 SettingsCode writeIgnoredPairs(const SettingsRoot& root, const Settings& settings)
 {

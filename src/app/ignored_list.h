@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "app/settings_node.h"
 #include "engine/ignored_pairs.h"
 
 namespace kelvane {
@@ -18,5 +19,8 @@ inline constexpr std::size_t mostIgnoredGroups = 10'000;
 
 // Without the time; nothing for a block that is damaged.
 [[nodiscard]] std::optional<IgnoredGroup> ignoredOfBlock(std::span<const std::byte> block);
+
+// How many declarations lie there, those that cannot be read included.
+[[nodiscard]] std::size_t storedDeclarations(const SettingsRoot& root);
 
 }  // namespace kelvane

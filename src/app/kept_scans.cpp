@@ -96,7 +96,13 @@ SettingsCode dropCleanedScan(CRegistryAccess& access, std::u16string_view name)
     const bool dropped = removeSavedScan(settings, name, access.context().folding) == KeptScanResult::done;
     if (!dropped || settings.persistence == PersistenceMode::bookkeepingOnly)
         return SettingsCode::done;
-    return writeAsBatch(access.store(), [&] { return writeSavedScans(access.root(), settings); });
+    // Read anew: another program may have kept a scan meanwhile.
+    return writeAsBatch(access.store(), [&] {
+        Settings stored;
+        readSavedScans(access.root(), access.context(), stored);
+        (void)removeSavedScan(stored, name, access.context().folding);
+        return writeSavedScans(access.root(), stored);
+    });
 }
 
 void rememberScan(Settings& settings, CScanNode definition, FileTime when)

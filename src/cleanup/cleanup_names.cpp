@@ -44,6 +44,8 @@ std::string_view nameOf(CleanupObstacle obstacle)
         return "linkedAlready";
     case CleanupObstacle::otherVolume:
         return "otherVolume";
+    case CleanupObstacle::otherSize:
+        return "otherSize";
     case CleanupObstacle::linksOff:
         return "linksOff";
     case CleanupObstacle::maybeKeptItself:
@@ -67,6 +69,8 @@ TextId textOf(CleanupObstacle obstacle)
         return TextId::skippedLinkedAlready;
     case CleanupObstacle::otherVolume:
         return TextId::skippedOtherVolume;
+    case CleanupObstacle::otherSize:
+        return TextId::skippedOtherSize;
     case CleanupObstacle::linksOff:
         return TextId::skippedLinksOff;
     case CleanupObstacle::changed:

@@ -50,6 +50,7 @@ enum class CleanupObstacle : std::uint8_t {
     keptInArchive,    // no link leads there, and nobody would look for the only copy there
     linkedAlready,    // is a name of the kept file
     otherVolume,      // for hard links and clones
+    otherSize,        // no link can stand for it: such files were put into one group by hand
     linksOff,         // by the settings
     maybeKeptItself,  // reached through a link, one of the two may lead to the other
     changed,          // since the scan, or gone

@@ -92,6 +92,8 @@ std::variant<LinkKind, CleanupObstacle> chooseLink(const ShellItem& item, const 
 {
     if (!kept.inFileSystem())
         return CleanupObstacle::keptInArchive;
+    if (item.info().size != kept.info().size)
+        return CleanupObstacle::otherSize;
     const LinkKind kind = wanted(request);
     const std::optional<bool> sameVolume = onSameVolume(item, kept, paths);
     const auto choice = kind == LinkKind::automatic ? automaticLink(sameVolume, request) : kind;

@@ -59,13 +59,22 @@ void printJson(const Groups& groups, std::ostream& out)
     out << dump({{"declarations", std::move(declarations)}}, Layout::indented) << '\n';
 }
 
+// What becomes of declarations that cannot be read.
+enum class Unreadable : bool { stopsIt, mayGo };
+
 // Read anew within the batch: another program may have declared something meanwhile.
-ExitCode change(CRegistryAccess& settings, const Console& console, const std::function<void(Groups&)>& edit)
+ExitCode change(CRegistryAccess& settings, const Console& console, const std::function<void(Groups&)>& edit,
+                Unreadable unreadable = Unreadable::stopsIt)
 {
     const SettingsCode code = writeAsBatch(settings.store(), [&] {
         Settings kept;
         readIgnoredPairs(settings.root(), settings.context(), kept);
+        // What cannot be read must not get lost by being written anew without it.
+        if (unreadable == Unreadable::stopsIt && kept.ignoredGroups.size() != storedDeclarations(settings.root()))
+            return SettingsCode::invalidData;
         edit(kept.ignoredGroups);
+        if (kept.ignoredGroups.size() > mostIgnoredGroups)
+            return SettingsCode::moreData;
         return writeIgnoredPairs(settings.root(), kept);
     });
     return code == SettingsCode::done ? ExitCode::done : complainNotWritten(settings, code, console);
@@ -85,7 +94,8 @@ ExitCode tellForgotten(const Groups& groups, const Console& console)
 ExitCode forgetAll(CRegistryAccess& settings, const Console& console)
 {
     Groups forgotten;
-    const ExitCode code = change(settings, console, [&](Groups& groups) { forgotten = std::exchange(groups, {}); });
+    const ExitCode code = change(
+        settings, console, [&](Groups& groups) { forgotten = std::exchange(groups, {}); }, Unreadable::mayGo);
     return code == ExitCode::done ? tellForgotten(forgotten, console) : code;
 }
 

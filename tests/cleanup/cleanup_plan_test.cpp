@@ -115,6 +115,9 @@ TEST(CleanupPlan, ChoosesLinksByVolumeAndSettings)
 
 TEST(CleanupPlan, LinksOnlyLocalFilesOfOneSize)
 {
+    const CleanupWorld joinedByHand({file("C:\\a", 1), {"C:\\b", 1, 20}}, "-x");
+    EXPECT_EQ(joinedByHand.told(links), "b:otherSize 0");
+    EXPECT_EQ(joinedByHand.told(recycle), "none b>a 20 20");
     CleanupWorld world({file("C:\\a", 1), file("\\\\?\\C:\\b", 1)}, "-x");
     EXPECT_EQ(world.told(links), "hard b>a 10 10");
     EXPECT_TRUE(world.plan(recycle)->canBeUndone());
