@@ -1,5 +1,8 @@
 #include "cli/saved_scan.h"
 
+#include <algorithm>
+#include <span>
+
 #include "base/filled_text.h"
 #include "cli/problems.h"
 #include "cli/settings_in_force.h"
@@ -7,6 +10,8 @@
 
 namespace kelvane {
 namespace {
+
+constexpr std::size_t mostNamed = 10;  // of the files that are missing
 
 // As the scan had it: the archives were entered or not, whatever the settings are now.
 void takeCriteria(SavedScan& scan, const CScanNode& definition, EngineOptions options)
@@ -80,6 +85,11 @@ ExitCode tellMissing(const SavedScan& scan, const Console& console)
     const std::uint64_t all = std::uint64_t{scan.missing} + scan.results.itemCount();
     complain(console, scan.name + ": " + filledText(TextId::itemsNotLocated) + " (" +
                           filledText(TextId::partOf, {std::to_string(scan.missing), std::to_string(all)}) + ')');
+    const std::size_t named = std::min(scan.missingFiles.size(), mostNamed);
+    for (const std::string& path : std::span(scan.missingFiles).first(named))
+        complain(console, filledText(TextId::notLocated, {path}));
+    if (named < scan.missingFiles.size())
+        complain(console, filledText(TextId::notLocated, {"..."}));
     return ExitCode::incomplete;
 }
 

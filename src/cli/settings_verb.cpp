@@ -98,7 +98,13 @@ ExitCode write(CRegistryAccess& settings, const Console& console, const std::fun
 {
     const SettingsCode code = writeAsBatch(settings.store(), [&] {
         SettingsNode general(settings.root(), generalSection, SettingsAccess::writing);
-        return general.isOpen() ? put(general) : SettingsCode::noKey;
+        if (!general.isOpen())
+            return SettingsCode::noKey;
+        // Its default is another one as soon as anything is stored.
+        const bool isFirst = settings.settings().firstRun;
+        const SettingsCode kept =
+            isFirst ? general.writeNumber(settings.settings().flags, u"binFlags") : SettingsCode::done;
+        return kept == SettingsCode::done ? put(general) : kept;
     });
     return code == SettingsCode::done ? ExitCode::done : complainNotWritten(settings, code, console);
 }

@@ -49,8 +49,10 @@ TEST_F(SettingsVerb, ListsEverySettingAndWhereTheyAre)
 TEST_F(SettingsVerb, SetsWithinTheBoundsAndSaysSo)
 {
     EXPECT_EQ(get("nHugeFileMB"), "10\n");
+    const std::string bits = get("binFlags");
     EXPECT_EQ(settings({"set", "nhugefilemb", "20"}).code, ExitCode::done);
     EXPECT_EQ(get("nHugeFileMB"), "20\n");
+    EXPECT_EQ(get("binFlags"), bits) << "what is not set stays, also the first time";
     const ConsoleRun clamped = settings({"set", "nHugeFileMB", "500"});
     EXPECT_EQ(clamped.code, ExitCode::done);
     EXPECT_THAT(clamped.err, HasSubstr("nHugeFileMB is now 50: 500 is out of its range, 1 to 50"));
