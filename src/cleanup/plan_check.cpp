@@ -29,7 +29,8 @@ public:
         if (!isAsListed(model_.item(command.item).file.item(), files_))
             return CleanupObstacle::changed;
         // The commands of one group follow one another, mostly with one kept file.
-        if (kept_ != command.kept) {
+        if (!hasKept_ || kept_ != command.kept) {
+            hasKept_ = true;
             kept_ = command.kept;
             keptIsThere_ = isAsListed(model_.item(command.kept).file.item(), files_);
         }
@@ -39,7 +40,8 @@ public:
 private:
     const ResultsModel& model_;
     FileSystem& files_;
-    std::optional<ItemId> kept_;
+    ItemId kept_{};
+    bool hasKept_ = false;
     bool keptIsThere_ = false;
 };
 

@@ -111,8 +111,7 @@ Status ItemBlock::checkLists()
             return invalid(listName(list) + " names no " + (list == 0 ? "folder" : "file"));
         if (list == 0)
             folder_ = placeAt(at).path;
-        // Every row is put together with it.
-        if (folder_.size() > longestCommonFolder)
+        if (!fitsCommonFolder(folder_.size(), rows_))
             return invalid("the common folder has a name of " + std::to_string(folder_.size()) + " bytes");
         at += check.length();
     }

@@ -15,7 +15,13 @@ namespace kelvane {
 
 inline constexpr std::size_t smallestItemBlock = 101;
 inline constexpr std::size_t largestItemBlock = 67'108'863;
-inline constexpr std::size_t longestCommonFolder = 32'767;  // bytes; rows of a longer one are kept whole
+
+// Every row is put together with the common folder, so that a long name and many rows would take any time and memory:
+// such rows are kept whole.
+[[nodiscard]] constexpr bool fitsCommonFolder(std::size_t bytes, std::size_t rows)
+{
+    return bytes <= 32'767 && bytes * rows <= std::size_t{1} << 30;
+}
 
 struct StoredRow {
     Ref<const ShellItem> file;

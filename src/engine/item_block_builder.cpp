@@ -47,7 +47,7 @@ std::string folderOf(std::span<const StoredRow> rows)
         if (folder.empty())
             break;
     }
-    return folder.size() <= longestCommonFolder ? folder : std::string();
+    return fitsCommonFolder(folder.size(), rows.size()) ? folder : std::string();
 }
 
 std::optional<StoredKind> kindOf(const ShellItem& item)

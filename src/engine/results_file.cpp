@@ -1,5 +1,6 @@
 #include "engine/results_file.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -142,6 +143,9 @@ Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamesp
     const auto files = resolveRows(content->items, shell, cancel);
     if (!files)
         return files.error();
+    const auto isThere = [](const ResolvedRow& row) { return row.file != nullptr; };
+    if (allMissing == AllMissing::fails && std::none_of(files->begin(), files->end(), isThere))
+        return Error{ErrorKind::invalid, 0, filledText(TextId::noRowLocated, {std::to_string(files->size())})};
     LoadedResults loaded{{std::move(*columns), content->detailsView, content->viewOption, {}, {}, {}}, 0, {}};
     for (std::uint32_t row = 0; row < content->items.rows(); ++row) {
         if (const ResolvedRow& found = (*files)[row]; found.file)
@@ -150,8 +154,6 @@ Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamesp
             loaded.missingFiles.push_back(pathOf(content->items, row));
     }
     loaded.missing = static_cast<std::uint32_t>(loaded.missingFiles.size());
-    if (loaded.results.rows.empty() && allMissing == AllMissing::fails)
-        return Error{ErrorKind::invalid, 0, filledText(TextId::noRowLocated, {std::to_string(loaded.missing)})};
     readDefinition(content->definition, loaded.results);
     return loaded;
 }

@@ -123,7 +123,6 @@ std::optional<StoredItem> ItemReader::next()
     if (!bytes)
         return fail("holds an item that reaches beyond the block");
     left_ -= bytes->size();
-    ByteReader record(bytes->first(itemRecordSize));
     const auto name = bytes->subspan(itemRecordSize);
     StoredItem item = recordOf(bytes->first(itemRecordSize));
     item.name = {reinterpret_cast<const char*>(name.data()), name.size()};
