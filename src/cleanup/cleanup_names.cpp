@@ -54,6 +54,8 @@ std::string_view nameOf(CleanupObstacle obstacle)
         return "changed";
     case CleanupObstacle::keptChanged:
         return "keptChanged";
+    case CleanupObstacle::noTrash:
+        return "noTrash";
     }
     return {};
 }
@@ -77,6 +79,8 @@ TextId textOf(CleanupObstacle obstacle)
         return TextId::skippedChanged;
     case CleanupObstacle::keptChanged:
         return TextId::skippedKeptChanged;
+    case CleanupObstacle::noTrash:
+        return TextId::skippedNoTrash;
     case CleanupObstacle::maybeKeptItself:
         break;
     }

@@ -18,11 +18,26 @@ enum class CleanupAction : std::uint8_t { recycle, deletePermanently, link };
 
 enum class LinkKind : std::uint8_t {
     none,
-    automatic,  // hard on one volume, else symbolic
+    automatic,  // a clone where the volume can, hard on one volume, else symbolic
     hard,
     symbolic,
     clone,  // a copy that shares its blocks with the kept file
 };
+
+// The kinds of links that a command may fall back to, tried in this order.
+namespace link_way {
+inline constexpr std::uint8_t clone = 1;
+inline constexpr std::uint8_t hard = 2;
+inline constexpr std::uint8_t symbolic = 4;
+}  // namespace link_way
+
+// What of an item's own a link in its place would not keep.
+namespace metadata_loss {
+inline constexpr std::uint8_t owner = 1;
+inline constexpr std::uint8_t permissions = 2;
+inline constexpr std::uint8_t times = 4;
+inline constexpr std::uint8_t attributes = 8;  // extended attributes, alternate data streams, access lists
+}  // namespace metadata_loss
 
 struct CleanupRequest {
     CleanupAction action = CleanupAction::recycle;
@@ -38,6 +53,9 @@ struct CleanupCommand {
     CleanupAction action = CleanupAction::recycle;
     LinkKind link = LinkKind::none;  // `automatic` only where the list does not tell whether volumes are the same
     bool approximate = false;        // the group was never compared in full
+    std::uint8_t ways = 0;           // bits of link_way: those that the request allows for this item
+    bool joinedByHand = false;       // no scan put the two into one group
+    std::uint8_t loses = 0;          // bits of metadata_loss, where the facts tell
     bool sameFile = false;           // item and kept are two names of one file, safe only while it has both
     std::uint64_t bytes = 0;         // the item's size
     std::uint64_t frees = 0;         // of it, what comes free: 0 for a name of a file that keeps another name
@@ -54,7 +72,8 @@ enum class CleanupObstacle : std::uint8_t {
     linksOff,         // by the settings
     maybeKeptItself,  // reached through a link, one of the two may lead to the other
     changed,          // since the scan, or gone
-    keptChanged       // likewise the kept file
+    keptChanged,      // likewise the kept file
+    noTrash           // its volume has none, and nobody asked to delete for good
 };
 
 struct CleanupSkip {
@@ -82,8 +101,11 @@ struct CleanupPlan {
 struct CleanupFacts {
     const CScanNode& definition;  // of the scan that made the list
     const PathRules& paths;
-    std::function<bool(const ShellItem&)> onNetwork = nullptr;           // besides network paths
-    std::function<std::uint32_t(const ShellItem&)> linkCount = nullptr;  // names of the file; 0: unknown
+    std::function<bool(const ShellItem&)> onNetwork = nullptr;             // besides network paths
+    std::function<std::uint32_t(const ShellItem&)> linkCount = nullptr;    // names of the file; 0: unknown
+    std::function<bool(const ShellItem&)> canClone = nullptr;              // its volume can share blocks
+    std::function<std::uint64_t(const ShellItem&)> sharedBytes = nullptr;  // of the file, with other files
+    std::function<std::uint8_t(const ShellItem& item, const ShellItem& kept)> metadataLoss = nullptr;
 };
 
 // Plans for the marked rows in view; nothing is looked up on a disk but by the facts' functions. The same list and

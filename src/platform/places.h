@@ -14,7 +14,9 @@ public:
     virtual ~Places() = default;
     [[nodiscard]] virtual std::filesystem::path temporaryFolder() const = 0;  // $TMPDIR, /tmp
     [[nodiscard]] virtual std::filesystem::path settingsFolder() const = 0;   // roaming: $XDG_CONFIG_HOME, ~/.config
-    [[nodiscard]] virtual std::filesystem::path programFile() const = 0;      // the running program, links resolved
+    // What the program remembers of its own work, for this computer only: $XDG_STATE_HOME, ~/.local/state
+    [[nodiscard]] virtual std::filesystem::path stateFolder() const = 0;
+    [[nodiscard]] virtual std::filesystem::path programFile() const = 0;  // the running program, links resolved
     [[nodiscard]] std::filesystem::path programFolder() const { return programFile().parent_path(); }
 };
 

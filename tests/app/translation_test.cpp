@@ -9,6 +9,7 @@ class ProgramInPrefix final : public Places {
 public:
     std::filesystem::path temporaryFolder() const override { return "/tmp"; }
     std::filesystem::path settingsFolder() const override { return "/settings"; }
+    std::filesystem::path stateFolder() const override { return "/state"; }
     std::filesystem::path programFile() const override { return "/prefix/bin/kelvane"; }
 };
 

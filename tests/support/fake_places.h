@@ -8,19 +8,24 @@
 
 namespace kelvane::testing {
 
-// Below `root`: "temporary", "settings" and the program "program/kelvane". Makes no folder itself.
+// Below `root`: "temporary", "settings", "state" and the program "program/kelvane". Makes no folder itself.
 class FakePlaces final : public Places {
 public:
     explicit FakePlaces(const std::filesystem::path& root)
-        : temporary(root / "temporary"), settings(root / "settings"), program(root / "program" / "kelvane")
+        : temporary(root / "temporary"),
+          settings(root / "settings"),
+          state(root / "state"),
+          program(root / "program" / "kelvane")
     {
     }
     std::filesystem::path temporaryFolder() const override { return temporary; }
     std::filesystem::path settingsFolder() const override { return settings; }
+    std::filesystem::path stateFolder() const override { return state; }
     std::filesystem::path programFile() const override { return program; }
 
     std::filesystem::path temporary;
     std::filesystem::path settings;
+    std::filesystem::path state;
     std::filesystem::path program;
 };
 

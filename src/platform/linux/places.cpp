@@ -54,6 +54,12 @@ public:
         return own.empty() ? home() / ".config" : own;
     }
 
+    path stateFolder() const override
+    {
+        const path own = absoluteFrom("XDG_STATE_HOME");
+        return own.empty() ? home() / ".local" / "state" : own;
+    }
+
     path programFile() const override
     {
         std::error_code error;

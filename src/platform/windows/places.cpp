@@ -32,6 +32,12 @@ public:
         return folder ? *folder : temporaryFolder();
     }
 
+    path stateFolder() const override
+    {
+        const auto folder = knownFolder(FOLDERID_LocalAppData);
+        return folder ? *folder : settingsFolder();
+    }
+
     path programFile() const override
     {
         std::wstring text(longestPath, L'\0');
