@@ -4,31 +4,23 @@
 #include <functional>
 
 #include "platform/file_output.h"
+#include "support/fault_plan.h"
 
 namespace kelvane::testing {
 
-// Every call of a FileOutput, its files included, is one operation, counted from 1. One thread at a time.
+// Every call of a FileOutput, its files included, is one operation of a plan: its own, or one that other ports share.
 class FaultyOutput final : public FileOutput {
 public:
-    enum class Fault {
-        none,
-        once,    // the n-th operation fails
-        killed,  // it fails, a write half way, and so does everything after it: nothing can be cleaned up
-    };
+    using Fault = testing::Fault;
 
-    explicit FaultyOutput(FileOutput& real) : real_(real) {}
+    explicit FaultyOutput(FileOutput& real) : real_(real), plan_(own_) {}
+    FaultyOutput(FileOutput& real, FaultPlan& plan) : real_(real), plan_(plan) {}
 
-    void fail(Fault fault, int operation)
-    {
-        fault_ = fault;
-        at_ = operation;
-        count_ = 0;
-    }
-    // Called when the fault comes, after the half of a write was written; it need not return.
-    void onFault(std::function<void()> action) { action_ = std::move(action); }
+    void fail(Fault fault, int operation) { plan_.fail(fault, operation); }
+    void onFault(std::function<void()> action) { plan_.onFault(std::move(action)); }
 
-    [[nodiscard]] int operations() const { return count_; }
-    [[nodiscard]] bool failed() const { return fault_ != Fault::none && count_ >= at_; }
+    [[nodiscard]] int operations() const { return plan_.operations(); }
+    [[nodiscard]] bool failed() const { return plan_.failed(); }
 
     Result<std::unique_ptr<OutputFile>> create(const std::filesystem::path& path) override;
     Result<std::unique_ptr<OutputFile>> append(const std::filesystem::path& path) override;
@@ -43,16 +35,11 @@ public:
 private:
     class File;
 
-    [[nodiscard]] Status next();
-    [[nodiscard]] bool due();
-    [[nodiscard]] Status strike();
     [[nodiscard]] Result<std::unique_ptr<OutputFile>> wrapped(Result<std::unique_ptr<OutputFile>> file);
 
     FileOutput& real_;
-    Fault fault_ = Fault::none;
-    int at_ = 0;
-    int count_ = 0;
-    std::function<void()> action_;
+    FaultPlan own_;
+    FaultPlan& plan_;
 };
 
 }  // namespace kelvane::testing
