@@ -14,6 +14,7 @@
 #include "cleanup/journal.h"
 #include "platform/clock.h"
 #include "platform/file_operations.h"
+#include "platform/file_output.h"
 #include "platform/file_system.h"
 #include "platform/held_files.h"
 #include "platform/symbolic_link_service.h"
@@ -46,6 +47,7 @@ struct PassPorts {
     const Clock& clock;
     SymbolicLinkService* elevated = nullptr;  // null where there is none
     bool isElevated = false;                  // this process is
+    FileOutput* output = nullptr;             // makes folders that are missing when something is brought back
 };
 
 enum class ItemResult : std::uint8_t {
