@@ -26,6 +26,7 @@ struct CleanupMemory {
     std::set<std::uint64_t> unlinkableVolumes;  // by volumeKey(): links failed there
     std::filesystem::path lastLog;
     bool elevationDeclined = false;
+    bool elevationAccepted = false;  // not asked again, and the helper may be running
 };
 
 // The number of the drive letter (A is 1) where the path has one, else the volume's serial number.
@@ -90,6 +91,7 @@ struct PassOutcome {
     bool recycled = false;      // something is in the trash
     bool engineFailed = false;  // the system's own batch reported a failure as a whole
     CancelState cancel = CancelState::running;
+    std::uint32_t noticesOff = 0;       // bits of bin1OffNotify that the person's answers set
     std::optional<Error> journalError;  // the journal could not be written on, and the pass stopped
 };
 
