@@ -64,10 +64,10 @@ private:
         if (const auto* obstacle = std::get_if<CleanupObstacle>(&means))
             plan_.skipped.push_back({id, *obstacle});
         else
-            plan_.commands.push_back(command(id, kept, std::get<LinkKind>(means)));
+            plan_.commands.push_back(command(id, kept, std::get<LinkChoice>(means)));
     }
 
-    [[nodiscard]] std::variant<LinkKind, CleanupObstacle> meansFor(const ShellItem& item, const ShellItem& kept) const
+    [[nodiscard]] std::variant<LinkChoice, CleanupObstacle> meansFor(const ShellItem& item, const ShellItem& kept) const
     {
         if (!item.inFileSystem())
             return CleanupObstacle::inArchive;
@@ -76,21 +76,27 @@ private:
         if (mayBeKeptItself(item, kept))
             return CleanupObstacle::maybeKeptItself;
         if (plan_.action != CleanupAction::link)
-            return LinkKind::none;
-        return chooseLink(item, kept, request_, facts_.paths);
+            return LinkChoice{};
+        return chooseLink(item, kept, request_, facts_);
     }
 
-    [[nodiscard]] CleanupCommand command(ItemId id, ItemId kept, LinkKind link) const
+    [[nodiscard]] CleanupCommand command(ItemId id, ItemId kept, LinkChoice means) const
     {
         const ResultItem& row = model_.item(id);
+        const ShellItem &item = row.file.item(), &keptItem = model_.item(kept).file.item();
         CleanupCommand command;
         command.item = id;
         command.kept = kept;
         command.group = row.groupNumber();
         command.action = plan_.action;
-        command.link = link;
+        command.link = means.first;
+        command.ways = means.ways;
         command.approximate = model_.groupOf(id).approximate;
-        command.sameFile = isSameFile(row.file.item(), model_.item(kept).file.item()) && !isLinkItself(row.file.item());
+        command.joinedByHand = model_.groupOf(id).joinedByHand;
+        command.sameFile = isSameFile(item, keptItem) && !isLinkItself(item);
+        // A clone keeps all that the file has but its blocks.
+        if (means.ways != 0 && means.first != LinkKind::clone && facts_.metadataLoss)
+            command.loses = facts_.metadataLoss(item, keptItem);
         command.bytes = row.bytes();
         return command;
     }
@@ -103,6 +109,13 @@ private:
 };
 
 }  // namespace
+
+bool CleanupPlan::canBeUndone() const
+{
+    const auto isFinal = [](const CleanupCommand& command) { return command.action != CleanupAction::recycle; };
+    return action == CleanupAction::recycle && allInFileSystem && !anyOnNetwork &&
+           std::none_of(commands.begin(), commands.end(), isFinal);
+}
 
 std::optional<ItemId> groupOriginal(const ResultsModel& model, std::span<const ItemId> group)
 {

@@ -42,7 +42,7 @@ inline constexpr std::uint8_t attributes = 8;  // extended attributes, alternate
 struct CleanupRequest {
     CleanupAction action = CleanupAction::recycle;
     LinkKind link = LinkKind::none;  // `none` counts as automatic when links are asked for
-    bool noHardLinks = false;        // for automatic links: always symbolic ones
+    bool noHardLinks = false;        // for automatic links: none of these
     bool noSymbolicLinks = false;    // for automatic links: never fall back to symbolic ones
 };
 
@@ -55,7 +55,7 @@ struct CleanupCommand {
     bool approximate = false;        // the group was never compared in full
     std::uint8_t ways = 0;           // bits of link_way: those that the request allows for this item
     bool joinedByHand = false;       // no scan put the two into one group
-    std::uint8_t loses = 0;          // bits of metadata_loss, where the facts tell
+    std::uint8_t loses = 0;          // bits of metadata_loss by `link`, where the facts tell
     bool sameFile = false;           // item and kept are two names of one file, safe only while it has both
     std::uint64_t bytes = 0;         // the item's size
     std::uint64_t frees = 0;         // of it, what comes free: 0 for a name of a file that keeps another name
@@ -91,10 +91,7 @@ struct CleanupPlan {
     bool allInFileSystem = true;  // of the marked items
     bool anyOnNetwork = false;    // likewise
     // Every deletion can be taken back from the trash.
-    [[nodiscard]] bool canBeUndone() const
-    {
-        return action == CleanupAction::recycle && allInFileSystem && !anyOnNetwork;
-    }
+    [[nodiscard]] bool canBeUndone() const;
 };
 
 // What the list does not say of a file. Functions may be empty; they are asked about marked items only.

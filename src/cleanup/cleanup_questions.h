@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cleanup/cleanup_plan.h"
 
@@ -23,10 +24,11 @@ struct ElevationAnswer {
 
 // Items whose volume has no trash.
 struct TrashlessVolume {
-    std::filesystem::path place;  // where the volume is mounted, or the folder of its first item
+    std::filesystem::path place;  // where the volume is mounted, as far as that can be seen from its first item
     std::string reason;           // the system's, in UTF-8
     std::uint64_t items = 0;
     std::uint64_t bytes = 0;
+    std::vector<ItemId> rows;  // the items, in the order of the list
 };
 
 enum class Trashless : std::uint8_t { leaveAlone, deleteForGood, stop };

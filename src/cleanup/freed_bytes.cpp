@@ -1,5 +1,6 @@
 #include "cleanup/freed_bytes.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 #include "cleanup/item_links.h"
@@ -60,9 +61,10 @@ std::uint64_t countFreedBytes(const ResultsModel& model, const CleanupFacts& fac
     std::uint64_t sum = 0;
     for (CleanupCommand& command : commands) {
         const ShellItem& item = model.item(command.item).file.item();
+        command.frees = 0;
         if (isLinkItself(item) || (isName(item) && !isLastName(item, names[item.info().identity], facts)))
             continue;
-        command.frees = command.bytes;
+        command.frees = command.bytes - std::min(command.bytes, facts.sharedBytes ? facts.sharedBytes(item) : 0);
         sum += command.frees;
     }
     return sum;

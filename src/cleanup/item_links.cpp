@@ -36,16 +36,29 @@ LinkKind wanted(const CleanupRequest& request)
     return request.link == LinkKind::none ? LinkKind::automatic : request.link;
 }
 
-std::variant<LinkKind, CleanupObstacle> automaticLink(std::optional<bool> sameVolume, const CleanupRequest& request)
+std::uint8_t wayOf(LinkKind kind)
 {
-    const bool hardLinks = !request.noHardLinks && sameVolume.value_or(true);
-    if (hardLinks && !sameVolume && !request.noSymbolicLinks)
+    if (kind == LinkKind::clone)
+        return link_way::clone;
+    return kind == LinkKind::hard ? link_way::hard : link_way::symbolic;
+}
+
+std::uint8_t automaticWays(bool oneVolume, bool canClone, const CleanupRequest& request)
+{
+    const unsigned clone = oneVolume && canClone ? link_way::clone : 0U;
+    const unsigned hard = oneVolume && !request.noHardLinks ? link_way::hard : 0U;
+    const unsigned symbolic = request.noSymbolicLinks ? 0U : link_way::symbolic;
+    return static_cast<std::uint8_t>(clone | hard | symbolic);
+}
+
+// Trying decides where nobody knows whether a link that needs one volume is possible.
+LinkKind firstOf(std::uint8_t ways, bool volumesKnown)
+{
+    if (!volumesKnown && (ways & link_way::symbolic) != 0 && ways != link_way::symbolic)
         return LinkKind::automatic;
-    if (hardLinks)
-        return LinkKind::hard;
-    if (request.noSymbolicLinks)
-        return request.noHardLinks ? CleanupObstacle::linksOff : CleanupObstacle::otherVolume;
-    return LinkKind::symbolic;
+    if ((ways & link_way::clone) != 0)
+        return LinkKind::clone;
+    return (ways & link_way::hard) != 0 ? LinkKind::hard : LinkKind::symbolic;
 }
 
 }  // namespace
@@ -87,22 +100,25 @@ bool hasNetworkPath(const ShellItem& item, const PathRules& paths)
     return withoutLongPrefix(bytesFromNative(item.fullName()), paths).starts_with(serverPrefix);
 }
 
-std::variant<LinkKind, CleanupObstacle> chooseLink(const ShellItem& item, const ShellItem& kept,
-                                                   const CleanupRequest& request, const PathRules& paths)
+std::variant<LinkChoice, CleanupObstacle> chooseLink(const ShellItem& item, const ShellItem& kept,
+                                                     const CleanupRequest& request, const CleanupFacts& facts)
 {
     if (!kept.inFileSystem())
         return CleanupObstacle::keptInArchive;
     if (item.info().size != kept.info().size)
         return CleanupObstacle::otherSize;
     const LinkKind kind = wanted(request);
-    const std::optional<bool> sameVolume = onSameVolume(item, kept, paths);
-    const auto choice = kind == LinkKind::automatic ? automaticLink(sameVolume, request) : kind;
-    const bool symbolic = std::holds_alternative<LinkKind>(choice) && std::get<LinkKind>(choice) == LinkKind::symbolic;
-    if (isSameFile(item, kept) && (!symbolic || isLinkItself(item)))
+    const std::optional<bool> sameVolume = onSameVolume(item, kept, facts.paths);
+    const bool oneVolume = sameVolume.value_or(true);
+    const bool canClone = kind == LinkKind::automatic && oneVolume && facts.canClone && facts.canClone(item);
+    const std::uint8_t ways = kind == LinkKind::automatic ? automaticWays(oneVolume, canClone, request) : wayOf(kind);
+    if (isSameFile(item, kept) && (ways != link_way::symbolic || isLinkItself(item)))
         return CleanupObstacle::linkedAlready;
-    if ((kind == LinkKind::hard || kind == LinkKind::clone) && !sameVolume.value_or(true))
+    if (ways == 0)
+        return request.noHardLinks ? CleanupObstacle::linksOff : CleanupObstacle::otherVolume;
+    if (kind != LinkKind::automatic && kind != LinkKind::symbolic && !oneVolume)
         return CleanupObstacle::otherVolume;
-    return choice;
+    return LinkChoice{kind == LinkKind::automatic ? firstOf(ways, sameVolume.has_value()) : kind, ways};
 }
 
 }  // namespace kelvane

@@ -23,7 +23,12 @@ namespace kelvane {
 // The path names a server.
 [[nodiscard]] bool hasNetworkPath(const ShellItem& item, const PathRules& paths);
 
-[[nodiscard]] std::variant<LinkKind, CleanupObstacle> chooseLink(const ShellItem& item, const ShellItem& kept,
-                                                                 const CleanupRequest& request, const PathRules& paths);
+struct LinkChoice {
+    LinkKind first = LinkKind::none;  // `automatic` where only trying tells which of the ways it is going to be
+    std::uint8_t ways = 0;            // bits of link_way
+};
+
+[[nodiscard]] std::variant<LinkChoice, CleanupObstacle>
+chooseLink(const ShellItem& item, const ShellItem& kept, const CleanupRequest& request, const CleanupFacts& facts);
 
 }  // namespace kelvane

@@ -1,7 +1,10 @@
 #include "cleanup/plan_check.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "cleanup/freed_bytes.h"
 
@@ -58,26 +61,37 @@ bool isAsListed(const ShellItem& item, FileSystem& files)
     return then.kind == FileKind::folder || now->size == then.size;
 }
 
+void leaveAlone(CleanupPlan& plan, std::span<const CleanupSkip> items, const ResultsModel& model,
+                const CleanupFacts& facts)
+{
+    if (items.empty())
+        return;
+    std::size_t next = 0;
+    std::erase_if(plan.commands, [&](const CleanupCommand& command) {
+        const bool out = next < items.size() && items[next].item == command.item;
+        next += out ? 1 : 0;
+        return out;
+    });
+    std::vector<CleanupSkip> skipped;
+    skipped.reserve(plan.skipped.size() + items.size());
+    std::merge(plan.skipped.begin(), plan.skipped.end(), items.begin(), items.end(), std::back_inserter(skipped),
+               [&](CleanupSkip a, CleanupSkip b) { return model.rowOf(a.item) < model.rowOf(b.item); });
+    plan.skipped = std::move(skipped);
+    plan.frees = countFreedBytes(model, facts, plan.commands);
+}
+
 Result<std::size_t> leaveChangedAlone(CleanupPlan& plan, const ResultsModel& model, const CleanupFacts& facts,
                                       FileSystem& files, const CancelFlag& cancel)
 {
     Check check(model, files);
-    std::vector<CleanupCommand> commands;
     std::vector<CleanupSkip> changed;
-    for (CleanupCommand command : plan.commands) {
+    for (const CleanupCommand& command : plan.commands) {
         if (cancel.cancelled())
             return Error{ErrorKind::cancelled, 0, {}};
-        command.frees = 0;
         if (const auto why = check.obstacle(command))
             changed.push_back({command.item, *why});
-        else
-            commands.push_back(command);
     }
-    if (changed.empty())
-        return std::size_t{0};
-    plan.commands = std::move(commands);
-    plan.skipped.insert(plan.skipped.end(), changed.begin(), changed.end());
-    plan.frees = countFreedBytes(model, facts, plan.commands);
+    leaveAlone(plan, changed, model, facts);
     return changed.size();
 }
 

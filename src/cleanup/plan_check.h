@@ -12,8 +12,12 @@ namespace kelvane {
 // archives go by the archive, and are taken for unchanged.
 [[nodiscard]] bool isAsListed(const ShellItem& item, FileSystem& files);
 
-// Leaves items alone that changed or whose kept file did: takes their commands out of the plan, appends them to what is
-// skipped, and counts anew what comes free. Their number, or `cancelled`; the plan is as it was then.
+// Takes the commands for these items, which are told in the order of the list, out of the plan: they are skipped, and
+// what comes free is counted anew.
+void leaveAlone(CleanupPlan& plan, std::span<const CleanupSkip> items, const ResultsModel& model,
+                const CleanupFacts& facts);
+
+// Leaves items alone that changed or whose kept file did. Their number, or `cancelled`; the plan is as it was then.
 [[nodiscard]] Result<std::size_t> leaveChangedAlone(CleanupPlan& plan, const ResultsModel& model,
                                                     const CleanupFacts& facts, FileSystem& files,
                                                     const CancelFlag& cancel);

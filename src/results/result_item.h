@@ -55,6 +55,7 @@ struct ResultItem {
 struct ResultGroup {
     std::uint32_t number = 0;
     bool approximate = false;
+    bool joinedByHand = false;    // a person put some of its items there, no scan compared all of them
     std::vector<ItemId> members;  // visible and hidden ones, in the order in which they came into the model
 };
 

@@ -98,7 +98,7 @@ void ResultsModel::regroup(std::span<const ItemId> items, GroupId target, bool d
             step.moved.push_back({id, item(id).group, target});
     }
     moveTo(step.moved, false);
-    spreadApproximate(step);
+    spreadFlags(step);
     reorder(step);
     if (dropSurvivors) {
         step.removed = lonelyIn(step.moved);
@@ -138,17 +138,27 @@ void ResultsModel::setApproximate(GroupId groupId, bool approximate)
         touchRow(id);
 }
 
+void ResultsModel::setFlags(const HistoryStep& step, bool on)
+{
+    if (step.madeApproximate)
+        setApproximate(*step.madeApproximate, on);
+    if (step.madeByHand)
+        groups_[index(*step.madeByHand)].joinedByHand = on;
+}
+
 // What was compared by samples only stays so in whatever group it is.
-void ResultsModel::spreadApproximate(HistoryStep& step)
+void ResultsModel::spreadFlags(HistoryStep& step)
 {
     const GroupId target = step.moved.front().to;
+    const ResultGroup& group = groups_[index(target)];
     const bool sampled = std::any_of(step.moved.begin(), step.moved.end(), [this](const HistoryStep::Move& move) {
         return groups_[index(move.from)].approximate;
     });
-    if (!sampled || groups_[index(target)].approximate)
-        return;
-    step.madeApproximate = target;
-    setApproximate(target, true);
+    if (sampled && !group.approximate)
+        step.madeApproximate = target;
+    if (!group.joinedByHand)
+        step.madeByHand = target;
+    setFlags(step, true);
 }
 
 // Brings the items of each group of the stretch together, where the first of those that did not move is; items that

@@ -21,8 +21,9 @@ struct HistoryStep {
     std::vector<ItemId> removed{};  // taken off the list
     std::vector<Move> moved{};      // into another group
 
-    // A group that became one compared approximately because such items joined it.
-    std::optional<GroupId> madeApproximate{};
+    // A group that became one compared approximately because such items joined it, and one that a person had put
+    // nothing into before.
+    std::optional<GroupId> madeApproximate{}, madeByHand{};
 
     // The stretch of the order of view that a regrouping changed. It is put back only when the list was not sorted in
     // between, which the version of the order tells.

@@ -26,7 +26,7 @@ GroupId ResultsModel::groupNumbered(std::uint32_t number)
 {
     const auto [found, added] = groupIds_.try_emplace(number, static_cast<GroupId>(groups_.size()));
     if (added)
-        groups_.push_back({number, false, {}});
+        groups_.push_back({.number = number, .members = {}});
     return found->second;
 }
 
@@ -37,6 +37,7 @@ void ResultsModel::append(Ref<const ShellItem> file, std::uint32_t groupNumber, 
     ResultGroup& group = groups_[index(groupId)];
     if (group.members.empty()) {
         group.approximate = approximate;
+        group.joinedByHand = false;
         ++liveGroups_;
     } else {
         grouped_ = grouped_ && items_[index(order_.back())].group == groupId;

@@ -181,7 +181,8 @@ private:
     [[nodiscard]] std::vector<ItemId> lonelyIn(Moves moves) const;
     void moveTo(Moves moves, bool back);
     void setApproximate(GroupId groupId, bool approximate);
-    void spreadApproximate(HistoryStep& step);
+    void setFlags(const HistoryStep& step, bool on);
+    void spreadFlags(HistoryStep& step);
     [[nodiscard]] Stretch stretchOfGroups(Moves moves) const;
     void gather(Stretch stretch, Moves moved);
     void reorder(HistoryStep& step);

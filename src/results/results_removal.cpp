@@ -77,8 +77,7 @@ void ResultsModel::undo()
     const HistoryStep& step = history_.undo();
     putBack(step.removed);
     moveTo(step.moved, true);
-    if (step.madeApproximate)
-        setApproximate(*step.madeApproximate, false);
+    setFlags(step, false);
     restoreOrder(step, true);
     flip(step.toggled, item_state::ticked);
     announce();
@@ -91,8 +90,7 @@ void ResultsModel::redo()
     const HistoryStep& step = history_.redo();
     flip(step.toggled, item_state::ticked);
     moveTo(step.moved, false);
-    if (step.madeApproximate)
-        setApproximate(*step.madeApproximate, true);
+    setFlags(step, true);
     restoreOrder(step, false);
     takeOff(step.removed);
     announce();

@@ -31,7 +31,12 @@ struct CleanupWorld : MarkingWorld {
 
     [[nodiscard]] Result<CleanupPlan> plan(const CleanupRequest& request) const
     {
-        return planCleanup(model, request, {definition, *windowsPaths, nullptr, linkCount});
+        return planCleanup(model, request, facts());
+    }
+
+    [[nodiscard]] CleanupFacts facts() const
+    {
+        return {definition, *windowsPaths, nullptr, linkCount, canClone, sharedBytes, metadataLoss};
     }
 
     // "none b>a 10" for each command with what it frees, "!" for two names of one file, "b:inArchive" for what is
@@ -58,6 +63,9 @@ struct CleanupWorld : MarkingWorld {
 
     CScanNode definition;
     std::function<std::uint32_t(const ShellItem&)> linkCount;
+    std::function<bool(const ShellItem&)> canClone;
+    std::function<std::uint64_t(const ShellItem&)> sharedBytes;
+    std::function<std::uint8_t(const ShellItem&, const ShellItem&)> metadataLoss;
 };
 
 ListedFile file(const char* path, std::uint32_t group, FileIdentity identity = {}, std::uint32_t attributes = 0)
@@ -111,6 +119,59 @@ TEST(CleanupPlan, ChoosesLinksByVolumeAndSettings)
     EXPECT_EQ(byIdentity.told(links), "hard b>a 10 symbolic c>a 10 20");
     const CleanupWorld unknown({file("/m/a", 1), file("/n/b", 1)}, "-x");
     EXPECT_EQ(unknown.told(links), "auto b>a 10 10");
+}
+
+TEST(CleanupPlan, NamesTheWaysThatALinkMayTake)
+{
+    CleanupWorld world({file("C:\\a", 1), file("C:\\b", 1), file("D:\\c", 1), file("/d", 2), file("/e", 2)}, "-xx-x");
+    world.metadataLoss = [](const ShellItem&, const ShellItem&) { return metadata_loss::times; };
+    // "b:clone,chs" for a link that is a clone first, then hard, then symbolic; "!" where times are lost.
+    const auto ways = [&](const CleanupRequest& request) {
+        std::string told;
+        const auto plan = world.plan(request);
+        for (const CleanupCommand& command : plan->commands) {
+            told += world.name(command.item) + ":" + std::string(nameOf(command.link)) + ",";
+            for (const auto& [bit, letter] :
+                 {std::pair(link_way::clone, 'c'), {link_way::hard, 'h'}, {link_way::symbolic, 's'}})
+                told += (command.ways & bit) != 0 ? std::string(1, letter) : "";
+            told += command.loses == metadata_loss::times ? "! " : " ";
+        }
+        return told;
+    };
+    const struct {
+        CleanupRequest request;
+        const char *withClones, *without;
+    } rows[] = {
+        {links, "b:clone,chs c:symbolic,s! e:auto,chs! ", "b:hard,hs! c:symbolic,s! e:auto,hs! "},
+        {{CleanupAction::link, LinkKind::automatic, true},
+         "b:clone,cs c:symbolic,s! e:auto,cs! ",
+         "b:symbolic,s! c:symbolic,s! e:symbolic,s! "},
+        {{CleanupAction::link, LinkKind::automatic, false, true}, "b:clone,ch e:clone,ch ", "b:hard,h! e:hard,h! "},
+        {{CleanupAction::link, LinkKind::automatic, true, true}, "b:clone,c e:clone,c ", ""},
+        {{CleanupAction::link, LinkKind::clone}, "b:clone,c e:clone,c ", "b:clone,c e:clone,c "},
+        {{CleanupAction::link, LinkKind::hard, true}, "b:hard,h! e:hard,h! ", "b:hard,h! e:hard,h! "},
+        {recycle, "b:none, c:none, e:none, ", "b:none, c:none, e:none, "},
+    };
+    for (const auto& row : rows) {
+        world.canClone = [](const ShellItem&) { return true; };
+        EXPECT_EQ(ways(row.request), row.withClones) << &row - rows;
+        world.canClone = nullptr;
+        EXPECT_EQ(ways(row.request), row.without) << &row - rows;
+    }
+}
+
+TEST(CleanupPlan, TellsWhatAPersonJoinedAndWhatOtherFilesShare)
+{
+    CleanupWorld world({file("/a", 1), file("/b", 1), file("/c", 2), file("/d", 2), file("/e", 2)}, "-x-x-");
+    world.sharedBytes = [](const ShellItem& item) { return item.path() == testing::native("/b") ? 4u : 99u; };
+    EXPECT_EQ(world.told(recycle), "none b>a 6 none d>c 0 6");
+    EXPECT_FALSE(world.plan(recycle)->commands[0].joinedByHand);
+    const std::vector<ItemId> both{world.model.itemAt(1), world.model.itemAt(2)};
+    world.model.mark(both, Mark::selected, true);
+    ASSERT_TRUE(world.model.regroupSelection());
+    const auto plan = world.plan(recycle);
+    EXPECT_TRUE(plan->commands[0].joinedByHand);
+    EXPECT_FALSE(plan->commands[1].joinedByHand) << "nothing joined that group";
 }
 
 TEST(CleanupPlan, LinksOnlyLocalFilesOfOneSize)

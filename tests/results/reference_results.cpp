@@ -12,6 +12,7 @@ void ReferenceResults::add(std::uint32_t group, std::uint64_t bytes, bool sample
     order = alive();
     if (!members(group).empty())
         grouped = grouped && items[order.back()].group == group;
+    byHand[group] = byHand[group] && !members(group).empty();
     approximate[group] = sampled || (approximate[group] && !members(group).empty());
     order.push_back(static_cast<Number>(items.size()));
     items.push_back({.group = group, .bytes = bytes});
@@ -148,6 +149,7 @@ void ReferenceResults::regroup(const Numbers& those, std::uint32_t target, bool 
         left.insert(items[number].group);
         moved.insert(number);
         approximate[target] = approximate[target] || approximate[items[number].group];
+        byHand[target] = true;
         items[number].group = target;
     }
     if (grouped)
@@ -216,6 +218,7 @@ void ReferenceResults::restore(const Snapshot& from, const Snapshot& to, unsigne
         items[number].group = b.group;
     }
     approximate = to.approximate;
+    byHand = to.byHand;
     orderIsKnown_ = !grouped || !places || sorts == sorts_;
     if (grouped && places && sorts == sorts_) {
         // Where removed items wait does not matter.

@@ -27,6 +27,7 @@ public:
     std::vector<Item> items;
     Numbers order;                              // removed ones included
     std::map<std::uint32_t, bool> approximate;  // by group
+    std::map<std::uint32_t, bool> byHand;       // likewise
     std::uint32_t hidingFlags = 0;
     bool grouped = true;
     bool dropsSurvivors = false;
@@ -63,7 +64,7 @@ public:
 private:
     struct Snapshot {
         std::vector<Item> items;
-        std::map<std::uint32_t, bool> approximate;
+        std::map<std::uint32_t, bool> approximate, byHand;
         Numbers alive;
     };
     struct Step {
@@ -71,7 +72,7 @@ private:
         unsigned sorts = 0;  // how often the list had been sorted
     };
 
-    [[nodiscard]] Snapshot snapshot() const { return {items, approximate, alive()}; }
+    [[nodiscard]] Snapshot snapshot() const { return {items, approximate, byHand, alive()}; }
     void record(Snapshot before);
     void restore(const Snapshot& from, const Snapshot& to, unsigned sorts, bool undoing);
     void regroup(const Numbers& those, std::uint32_t target, bool dropLonely);

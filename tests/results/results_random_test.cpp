@@ -382,6 +382,7 @@ private:
             const ResultGroup& group = model_.groupOf(id);
             EXPECT_EQ(group.number, wanted.group);
             EXPECT_EQ(group.approximate, reference_.approximate[wanted.group]);
+            EXPECT_EQ(group.joinedByHand, reference_.byHand[wanted.group]);
             EXPECT_EQ(numbersOf(group.members), reference_.members(wanted.group));
         }
     }
