@@ -9,8 +9,10 @@
 #include "platform/clock.h"
 #include "platform/crash_capture.h"
 #include "platform/desktop_activation.h"
+#include "platform/file_operations.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/held_files.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/link_maker.h"
@@ -34,6 +36,8 @@ namespace kelvane {
 
 [[nodiscard]] std::unique_ptr<FileSystem> makeWindowsFileSystem();
 [[nodiscard]] std::unique_ptr<FileOutput> makeWindowsFileOutput();
+[[nodiscard]] std::unique_ptr<HeldFiles> makeWindowsHeldFiles();
+[[nodiscard]] std::unique_ptr<FileOperations> makeWindowsFileOperations();
 [[nodiscard]] std::unique_ptr<Clock> makeSystemClock();
 [[nodiscard]] std::unique_ptr<Priority> makeWindowsPriority();
 [[nodiscard]] std::unique_ptr<Terminal> makeConsoleTerminal();

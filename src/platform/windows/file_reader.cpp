@@ -22,22 +22,10 @@ public:
 
     Result<std::size_t> read(std::span<std::byte> buffer) override
     {
-        std::size_t filled = 0;
-        while (filled < buffer.size() && position_ < furthest) {
-            OVERLAPPED from{};
-            from.Offset = static_cast<DWORD>(position_);
-            from.OffsetHigh = static_cast<DWORD>(position_ >> 32);
-            const auto wanted = static_cast<DWORD>(std::min(buffer.size() - filled, mostAtOnce));
-            DWORD got = 0;
-            if (::ReadFile(file_.get(), buffer.data() + filled, wanted, &got, &from) == 0 &&
-                ::GetLastError() != ERROR_HANDLE_EOF)
-                return lastError();
-            if (got == 0)
-                break;
-            filled += got;
-            position_ += got;
-        }
-        return filled;
+        const auto got = readAt(file_.get(), position_, buffer);
+        if (got)
+            position_ += *got;
+        return got;
     }
 
     Status skip(std::uint64_t bytes) override
@@ -79,7 +67,26 @@ Error openError(const std::wstring& path)
 
 }  // namespace
 
-Result<std::unique_ptr<ContentReader>> openContents(const std::wstring& path, ReadPattern pattern, Links links)
+Result<std::size_t> readAt(HANDLE file, std::uint64_t offset, std::span<std::byte> buffer)
+{
+    std::size_t filled = 0;
+    while (filled < buffer.size() && offset < furthest) {
+        OVERLAPPED from{};
+        from.Offset = static_cast<DWORD>(offset);
+        from.OffsetHigh = static_cast<DWORD>(offset >> 32);
+        const auto wanted = static_cast<DWORD>(std::min(buffer.size() - filled, mostAtOnce));
+        DWORD got = 0;
+        if (::ReadFile(file, buffer.data() + filled, wanted, &got, &from) == 0 && ::GetLastError() != ERROR_HANDLE_EOF)
+            return lastError();
+        if (got == 0)
+            break;
+        filled += got;
+        offset += got;
+    }
+    return filled;
+}
+
+Result<Handle> openRegularHandle(const std::wstring& path, ReadPattern pattern, Links links)
 {
     const bool follow = links == Links::followed;
     Handle file = open(path, pattern, follow);
@@ -102,7 +109,15 @@ Result<std::unique_ptr<ContentReader>> openContents(const std::wstring& path, Re
         return info.error();
     if (info->kind != FileKind::regular)
         return wrongType();
-    return std::unique_ptr<ContentReader>(std::make_unique<FileReader>(std::move(file)));
+    return file;
+}
+
+Result<std::unique_ptr<ContentReader>> openContents(const std::wstring& path, ReadPattern pattern, Links links)
+{
+    auto file = openRegularHandle(path, pattern, links);
+    if (!file)
+        return file.error();
+    return std::unique_ptr<ContentReader>(std::make_unique<FileReader>(std::move(*file)));
 }
 
 Result<std::unique_ptr<ContentReader>> openRegularFile(const std::filesystem::path& path, ReadPattern pattern,

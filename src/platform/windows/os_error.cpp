@@ -3,6 +3,8 @@
 #include <string>
 #include <windows.h>
 
+#include <sherrors.h>
+
 #include "platform/windows/wide_text.h"
 
 namespace kelvane::windows_os {
@@ -53,6 +55,33 @@ ErrorKind kindOf(DWORD code)
     }
 }
 
+ErrorKind kindOfResult(HRESULT result)
+{
+    switch (result) {
+    case COPYENGINE_E_PATH_NOT_FOUND_SRC:
+    case COPYENGINE_E_PATH_NOT_FOUND_DEST:
+        return ErrorKind::notFound;
+    case COPYENGINE_E_ACCESS_DENIED_SRC:
+    case COPYENGINE_E_ACCESS_DENIED_DEST:
+    case COPYENGINE_E_SHARING_VIOLATION_SRC:
+    case COPYENGINE_E_SHARING_VIOLATION_DEST:
+    case COPYENGINE_E_REQUIRES_ELEVATION:
+        return ErrorKind::accessDenied;
+    case COPYENGINE_E_USER_CANCELLED:
+    case COPYENGINE_E_CANCELLED:
+    case E_ABORT:
+        return ErrorKind::cancelled;
+    case E_NOTIMPL:
+    case COPYENGINE_E_PATH_TOO_DEEP_SRC:
+    case COPYENGINE_E_PATH_TOO_DEEP_DEST:
+        return ErrorKind::notSupported;
+    case E_INVALIDARG:
+        return ErrorKind::invalid;
+    default:
+        return ErrorKind::io;
+    }
+}
+
 std::string systemText(DWORD code)
 {
     wchar_t text[512];
@@ -73,6 +102,20 @@ Error osError(unsigned long code)
 Error lastError()
 {
     return osError(::GetLastError());
+}
+
+Error resultError(long result)
+{
+    if (HRESULT_FACILITY(result) == FACILITY_WIN32)
+        return osError(static_cast<DWORD>(HRESULT_CODE(result)));
+    return {kindOfResult(result), static_cast<int>(result), systemText(static_cast<DWORD>(result))};
+}
+
+long resultOf(const Error& error)
+{
+    if (error.systemCode == 0)
+        return E_FAIL;
+    return HRESULT_FROM_WIN32(static_cast<DWORD>(error.systemCode));
 }
 
 }  // namespace kelvane::windows_os

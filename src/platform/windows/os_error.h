@@ -1,4 +1,4 @@
-// The one place where a code of GetLastError turns into an Error.
+// The one place where a code of GetLastError, or an HRESULT, turns into an Error.
 #pragma once
 
 #include "base/result.h"
@@ -9,5 +9,9 @@ namespace kelvane::windows_os {
 [[nodiscard]] Error osError(unsigned long code);
 // The calling thread's last one.
 [[nodiscard]] Error lastError();
+// Of the shell and of COM; result is a failure, and travels along as the code when it wraps none of the system's.
+[[nodiscard]] Error resultError(long result);
+// The HRESULT that wraps an error's code.
+[[nodiscard]] long resultOf(const Error& error);
 
 }  // namespace kelvane::windows_os

@@ -49,16 +49,25 @@ fs::path plainPath(std::wstring_view systemPath)
     return systemPath;
 }
 
+std::optional<std::wstring> pathOfHandle(HANDLE handle)
+{
+    std::wstring text(longestPath, L'\0');
+    for (const DWORD volume : {DWORD{VOLUME_NAME_DOS}, DWORD{VOLUME_NAME_GUID}}) {
+        const DWORD length =
+            ::GetFinalPathNameByHandleW(handle, text.data(), longestPath, FILE_NAME_NORMALIZED | volume);
+        if (length > 0 && length < longestPath)
+            return text.substr(0, length);
+    }
+    return std::nullopt;
+}
+
 std::optional<fs::path> finalPath(const fs::path& path)
 {
     const Handle file(openToLook(systemPath(path), true));
     if (!file.valid())
         return std::nullopt;
-    std::wstring text(longestPath, L'\0');
-    const DWORD length = ::GetFinalPathNameByHandleW(file.get(), text.data(), longestPath, FILE_NAME_NORMALIZED);
-    if (length == 0 || length >= longestPath)
-        return std::nullopt;
-    return plainPath(std::wstring_view(text).substr(0, length));
+    const auto found = pathOfHandle(file.get());
+    return found ? std::optional(plainPath(*found)) : std::nullopt;
 }
 
 }  // namespace kelvane::windows_os

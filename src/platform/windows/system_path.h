@@ -16,6 +16,9 @@ namespace kelvane::windows_os {
 // The plain form of what the system gives in the other one.
 [[nodiscard]] std::filesystem::path plainPath(std::wstring_view systemPath);
 
+// Where an open handle is now, in the extended-length form; by the volume's own name when it has no letter.
+[[nodiscard]] std::optional<std::wstring> pathOfHandle(void* handle);
+
 // The plain path of what is there, all links on the way followed; nothing when nothing is.
 [[nodiscard]] std::optional<std::filesystem::path> finalPath(const std::filesystem::path& path);
 
