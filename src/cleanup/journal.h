@@ -59,6 +59,7 @@ struct JournalEntry {
     LinkKind link = LinkKind::none;  // what a replacement became
     std::filesystem::path trashed;   // where the item is in the trash; known from the moment before it goes there
     NativeString undoTemporary;      // the name beside the item under which taking back makes the copy
+    friend bool operator==(const JournalEntry&, const JournalEntry&) = default;
 };
 
 struct JournalRun {
@@ -71,23 +72,26 @@ struct JournalRun {
 };
 
 // Appends to the file of one run. Every call but flush() only hands bytes to the system, which a crash of this process
-// does not lose; flush() returns when the device has them, which a loss of power does not undo. After a failure nothing
-// more is written (the same error again). The run's file is locked as long as this lives: nobody else settles or takes
-// back. One thread.
+// does not lose; flush() returns when the device has them, which a loss of power does not undo. A result that is lost
+// with the power is found again by settling. After a failure nothing more is written (the same error again); only what
+// makes no sense (`invalid`: a result for an entry that is decided) is refused by itself. The run's file is locked as
+// long as this lives: nobody else settles or takes back. One thread; the ports outlive it.
 class JournalWriter {
 public:
     virtual ~JournalWriter() = default;
     [[nodiscard]] virtual RunNumber number() const = 0;
+    // `notSupported` when there is too much to write down (names and attributes of above 16 MiB); nothing else is lost.
     [[nodiscard]] virtual Result<EntryNumber> intend(const JournalIntent& intent) = 0;
     [[nodiscard]] virtual Status placing(EntryNumber entry, const std::filesystem::path& trashed) = 0;
-    // `state` is done or notDone. The path is where the item is in the trash.
+    // `state` is done or notDone. The path is where the item is in the trash; empty: where placing() said.
     [[nodiscard]] virtual Status finish(EntryNumber entry, EntryState state, LinkKind link = LinkKind::none,
                                         const std::filesystem::path& trashed = {}) = 0;
     [[nodiscard]] virtual Status intendUndo(EntryNumber entry, const NativeString& temporary) = 0;
     // `state` is undone, or done when it was not taken back.
     [[nodiscard]] virtual Status finishUndo(EntryNumber entry, EntryState state) = 0;
     [[nodiscard]] virtual Status flush() = 0;
-    // The run is over and every entry is decided; flushed.
+    // The run is over; flushed. While an entry is undecided the run stays an unfinished one, for settling. Taking back
+    // may go on behind it, and ends it again.
     [[nodiscard]] virtual Status end() = 0;
 };
 
@@ -96,7 +100,7 @@ class Journals {
 public:
     Journals(FileSystem& files, FileOutput& output, std::filesystem::path folder);
 
-    // Gives the run the next free number.
+    // Gives the run the next free number. Forgets the oldest runs that came to their end beyond the last 100.
     [[nodiscard]] Result<std::unique_ptr<JournalWriter>> begin(CleanupAction action, FileTime now);
     // For taking back and settling: the run as it stands, locked against others, and the way to write on.
     // `tooManyOpen` while another process works on it, `notFound` for an unknown number.
@@ -111,6 +115,9 @@ public:
     [[nodiscard]] Result<std::vector<RunNumber>> list();
     // Runs that did not come to their end, those that are going on included; cheap as well.
     [[nodiscard]] Result<std::vector<RunNumber>> unfinished();
+
+    // Removes the oldest runs that came to their end until so many are left, but none that somebody works on.
+    [[nodiscard]] Status prune(std::size_t keep);
 
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
