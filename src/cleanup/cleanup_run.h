@@ -44,7 +44,7 @@ struct CleanupContext {
 // What became of it.
 struct CleanupReport {
     bool ran = false;              // a pass began
-    std::optional<Error> refused;  // why no pass began, with a text for people, unless the person said no
+    std::optional<Error> refused;  // why no pass began, unless the person said no; its text was shown to them already
     PassOutcome pass;
     std::vector<ItemOutcome> items;  // one a command of the plan, in its order
     CleanupPlan plan;
@@ -71,6 +71,13 @@ inline constexpr std::uint32_t elevation = 0x100;
 // stay lose their selection.
 [[nodiscard]] CleanupReport runCleanup(const CleanupContext& context, const CleanupRequest& request,
                                        const CleanupOptions& options, const CancelFlag& cancel);
+
+// The run with another way to carry the plan out than the passes.
+using PassRunner = std::function<PassOutcome(const CleanupPlan& plan, CleanupQuestions& questions,
+                                             JournalWriter& journal, PassObserver& observer)>;
+[[nodiscard]] CleanupReport runCleanupBy(const PassRunner& pass, const CleanupContext& context,
+                                         const CleanupRequest& request, const CleanupOptions& options,
+                                         const CancelFlag& cancel);
 
 // Removes from the list every item whose file is not there any more, and gives these items (lone survivors that went
 // along are not among them). `told` hears what is going on when it takes a while. A cancelled walk removes what it has

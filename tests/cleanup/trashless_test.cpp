@@ -4,29 +4,12 @@
 
 #include "cleanup/metadata_loss.h"
 #include "cleanup/plan_check.h"
+#include "cleanup/stub_ports.h"
 #include "results/marking_world.h"
 #include "support/memory_file_system.h"
 
 namespace kelvane {
 namespace {
-
-// A trash for everything but what lies below /usb; what is gone cannot be asked about.
-class StubOperations final : public FileOperations {
-public:
-    BatchOutcome remove(std::span<const RemovalItem>, RemovalSink&, const CancelFlag&) override { return {}; }
-    Status canTrash(const std::filesystem::path& path) override
-    {
-        ++asked;
-        const std::string name = testing::posix(path);
-        if (name.ends_with("gone"))
-            return Error{ErrorKind::notFound, 0, {}};
-        return name.starts_with("/usb") ? Status(Error{ErrorKind::notSupported, 0, "no trash there"}) : Status();
-    }
-    bool isInTrash(const std::filesystem::path&) override { return false; }
-    Status restore(const std::filesystem::path&, const std::filesystem::path&) override { return {}; }
-    Status forget(const std::filesystem::path&) override { return {}; }
-    int asked = 0;
-};
 
 struct TrashlessWorld : testing::MarkingWorld {
     TrashlessWorld()
@@ -59,7 +42,7 @@ struct TrashlessWorld : testing::MarkingWorld {
 
     CScanNode definition;
     testing::MemoryFileSystem files;
-    StubOperations operations;
+    testing::StubOperations operations;
 };
 
 TEST(Trashless, AsksEachVolumeOnceAndDoesWithItsItemsWhatWasAnswered)

@@ -1,0 +1,256 @@
+#include "cleanup/cleanup_run.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/filled_text.h"
+#include "base/utf.h"
+#include "cleanup/cleanup_log.h"
+#include "cleanup/cleanup_message.h"
+#include "cleanup/summary_page.h"
+#include "cleanup/trashless.h"
+
+namespace kelvane {
+namespace {
+
+// Writes down what the person does not want to be asked again, and hands everything on.
+class WatchedQuestions final : public CleanupQuestions {
+public:
+    WatchedQuestions(CleanupQuestions& real, std::uint32_t& noticesOff) : real_(real), noticesOff_(noticesOff) {}
+
+    bool includeHidden(std::u16string_view question) override { return real_.includeHidden(question); }
+    void warn(std::u16string_view text) override { real_.warn(text); }
+    CleanupChoice choose(bool linksOffered) override { return real_.choose(linksOffered); }
+    void saveResults() override { real_.saveResults(); }
+    Trashless withoutTrash(std::span<const TrashlessVolume> volumes) override { return real_.withoutTrash(volumes); }
+    bool confirm(const CleanupSummary& summary) override { return real_.confirm(summary); }
+    ExternalLink linkToExternal(std::u16string_view question) override { return real_.linkToExternal(question); }
+    ElevationAnswer startElevated(std::u16string_view question) override
+    {
+        const ElevationAnswer answer = real_.startElevated(question);
+        noticesOff_ |= answer.doNotAskAgain ? cleanup_notice::elevation : 0;
+        return answer;
+    }
+    bool quitAfterProblem(std::u16string_view question) override { return real_.quitAfterProblem(question); }
+    bool confirmStop(std::u16string_view question) override { return real_.confirmStop(question); }
+    void showStatus(std::u16string_view text) override { real_.showStatus(text); }
+    bool notify(std::u16string_view text) override { return real_.notify(text); }
+
+private:
+    CleanupQuestions& real_;
+    std::uint32_t& noticesOff_;
+};
+
+// Keeps every outcome, and tells the log and whoever watches.
+class Recorder final : public PassObserver {
+public:
+    Recorder(std::vector<ItemOutcome>& items, const CleanupPlan& plan, const ResultsModel& model, CleanupLog& log,
+             PassObserver* watcher)
+        : items_(items), plan_(plan), model_(model), log_(log), watcher_(watcher)
+    {
+        items_.resize(plan.commands.size());
+        for (std::size_t command = 0; command < items_.size(); ++command)
+            items_[command].command = command;
+    }
+    void groupBegins(ItemId original) override
+    {
+        log_.group(model_.item(original).file.item());
+        if (watcher_ != nullptr)
+            watcher_->groupBegins(original);
+    }
+    void itemEnded(const ItemOutcome& outcome) override
+    {
+        log_.item(outcome, model_.item(plan_.commands[outcome.command].item).file.item());
+        items_[outcome.command] = outcome;
+        if (watcher_ != nullptr)
+            watcher_->itemEnded(outcome);
+    }
+    void progress(std::uint64_t items, std::uint64_t bytes) override
+    {
+        if (watcher_ != nullptr)
+            watcher_->progress(items, bytes);
+    }
+
+private:
+    std::vector<ItemOutcome>& items_;
+    const CleanupPlan& plan_;
+    const ResultsModel& model_;
+    CleanupLog& log_;
+    PassObserver* watcher_;
+};
+
+class CleanupRun {
+public:
+    CleanupRun(const CleanupContext& context, const CleanupOptions& options, const CancelFlag& cancel)
+        : context_(context), options_(options), cancel_(cancel)
+    {
+    }
+
+    CleanupReport carryOut(const CleanupRequest& request, const PassRunner& pass)
+    {
+        selectMarked();
+        if (!plan(request) || !settleTrashless() || !hasCommands())
+            return std::move(report_);
+        const std::string page = summaryPage(report_.plan, deletedForGood_);
+        if (!context_.questions.confirm({report_.plan, page}))
+            return std::move(report_);
+        auto journal = context_.journals.begin(report_.plan.action, context_.ports.clock.now());
+        if (!journal) {
+            refuse(textOf({CleanupFault::journal, journal.error()}), journal.error());
+            return std::move(report_);
+        }
+        CleanupLog log(report_.plan.action, context_.criteria, plainTextOf(page));
+        runPass(pass, **journal, log);
+        journal->reset();
+        finish(log);
+        return std::move(report_);
+    }
+
+private:
+    // From here on what is marked and what is selected are the same rows.
+    void selectMarked()
+    {
+        ResultsModel& results = context_.results;
+        results.forEachRow([&](ItemId id) {
+            if (results.isMarked(id))
+                marked_.push_back(id);
+        });
+        if (results.markInForce() == Mark::selected)
+            return;
+        results.clearSelection();
+        results.mark(marked_, Mark::selected, true);
+    }
+
+    void refuse(std::string words, Error error)
+    {
+        error.detail = std::move(words);
+        context_.questions.showStatus(toUtf16(error.detail));
+        report_.refused = std::move(error);
+    }
+    void refuse(TextId words, ErrorKind kind) { refuse(filledText(words), Error{kind, 0, {}}); }
+
+    [[nodiscard]] bool plan(const CleanupRequest& request)
+    {
+        if (marked_.empty()) {
+            refuse(TextId::nothingMarked, ErrorKind::invalid);
+            return false;
+        }
+        auto planned = planCleanup(context_.results, request, context_.facts);
+        if (!planned)
+            refuse(planned.error().detail, planned.error());
+        else
+            report_.plan = std::move(*planned);
+        return planned.ok();
+    }
+
+    // False when the person stops.
+    [[nodiscard]] bool settleTrashless()
+    {
+        auto volumes =
+            volumesWithoutTrash(report_.plan, context_.results, context_.ports.operations, context_.ports.files);
+        if (volumes.empty())
+            return true;
+        const Trashless answer = context_.questions.withoutTrash(volumes);
+        if (answer == Trashless::leaveAlone)
+            leaveTrashlessAlone(report_.plan, volumes, context_.results, context_.facts);
+        if (answer == Trashless::deleteForGood) {
+            deleteTrashlessForGood(report_.plan, volumes);
+            deletedForGood_ = std::move(volumes);
+        }
+        return answer != Trashless::stop;
+    }
+
+    [[nodiscard]] bool hasCommands()
+    {
+        const bool links = report_.plan.action == CleanupAction::link;
+        if (report_.plan.commands.empty())
+            refuse(links ? TextId::linkingNotPossible : TextId::cannotBeDeleted, ErrorKind::notSupported);
+        return !report_.plan.commands.empty();
+    }
+
+    void runPass(const PassRunner& pass, JournalWriter& journal, CleanupLog& log)
+    {
+        report_.ran = true;
+        report_.run = journal.number();
+        if (report_.plan.action == CleanupAction::link)
+            context_.questions.showStatus(text(TextId::creatingLinks));
+        WatchedQuestions questions(context_.questions, report_.noticesOff);
+        Recorder recorder(report_.items, report_.plan, context_.results, log, context_.watcher);
+        report_.pass = pass(report_.plan, questions, journal, recorder);
+        if (report_.pass.journalError)
+            return;
+        if (const Status ended = journal.end(); !ended)
+            report_.pass.journalError = ended.error();
+    }
+
+    void finish(CleanupLog& log)
+    {
+        log.end(report_.pass, report_.plan, context_.results);
+        if (options_.writeLog) {
+            WrittenLog written =
+                writeCleanupLog(log.text(), options_.logFile, context_.output, context_.places, context_.ports.clock);
+            context_.memory.lastLog = report_.log = std::move(written.path);
+            report_.logFailure = std::move(written.failure);
+        }
+        report_.removed = report_.pass.cancel == CancelState::requested ? removeVanished() : removeHandled();
+        report_.reclaimed = reclaimedBytes(report_.plan.marked, report_.removed);
+        report_.message = cleanupMessage(report_.plan.marked, report_.removed, report_.pass.recycled);
+        tell();
+    }
+
+    // What stays is not selected any more.
+    std::uint64_t removeHandled()
+    {
+        std::vector<ItemId> handled;
+        for (const ItemOutcome& outcome : report_.items) {
+            if (outcome.result == ItemResult::done)
+                handled.push_back(report_.plan.commands[outcome.command].item);
+        }
+        (void)context_.results.remove(handled, Undoable::no);
+        context_.results.mark(marked_, Mark::selected, false);
+        return handled.size();
+    }
+
+    // When the system's own work broke off nobody knows what it did last: the disk does. The person's request to stop
+    // was for that work, and does not stop this.
+    std::uint64_t removeVanished()
+    {
+        const CancelFlag goOn;
+        const auto told = [this](std::u16string_view words) { context_.questions.showStatus(words); };
+        const std::vector<ItemId> vanished =
+            purgeVanished(context_.results, context_.ports.files, cancel_.cancelled() ? goOn : cancel_, told);
+        context_.results.mark(marked_, Mark::selected, false);
+        std::vector<ItemId> sorted = marked_;
+        std::sort(sorted.begin(), sorted.end());
+        return static_cast<std::uint64_t>(std::count_if(vanished.begin(), vanished.end(), [&](ItemId id) {
+            return std::binary_search(sorted.begin(), sorted.end(), id);
+        }));
+    }
+
+    void tell()
+    {
+        if (report_.message.empty())
+            return;
+        if (options_.quietSummary)
+            context_.questions.showStatus(report_.message);
+        else if (context_.questions.notify(report_.message))
+            report_.noticesOff |= cleanup_notice::summary;
+    }
+
+    const CleanupContext& context_;
+    const CleanupOptions& options_;
+    const CancelFlag& cancel_;
+    CleanupReport report_;
+    std::vector<ItemId> marked_;  // in the order of the list
+    std::vector<TrashlessVolume> deletedForGood_;
+};
+
+}  // namespace
+
+CleanupReport runCleanupBy(const PassRunner& pass, const CleanupContext& context, const CleanupRequest& request,
+                           const CleanupOptions& options, const CancelFlag& cancel)
+{
+    return CleanupRun(context, options, cancel).carryOut(request, pass);
+}
+
+}  // namespace kelvane

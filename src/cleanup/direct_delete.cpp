@@ -1,0 +1,152 @@
+#include <algorithm>
+#include <unordered_set>
+
+#include "base/filled_text.h"
+#include "base/utf.h"
+#include "cleanup/cleanup_run.h"
+#include "cleanup/delete_pass.h"
+#include "cleanup/plan_check.h"
+
+namespace kelvane {
+namespace {
+
+// One selected item on its way into the trash.
+struct Leaving {
+    ItemId row{};
+    RemovalItem removal;
+    FileStamp stamp;
+    EntryNumber entry{};
+    bool decided = false;  // in the journal
+    bool gone = false;
+};
+
+std::optional<FileStamp> stampAt(const std::filesystem::path& path, FileSystem& files)
+{
+    const auto now = files.details(path, Links::asThemselves);
+    return now ? std::optional(stampOf(*now)) : std::nullopt;
+}
+
+class Sink final : public RemovalSink {
+public:
+    Sink(std::vector<Leaving>& items, JournalWriter& journal, FileSystem& files)
+        : items_(items), journal_(journal), files_(files)
+    {
+    }
+    bool before(std::size_t item) override
+    {
+        return journalWorks_ && stampAt(items_[item].removal.path, files_) == items_[item].stamp;
+    }
+    Status placing(std::size_t item, const std::filesystem::path& trashed) override
+    {
+        return journal_.placing(items_[item].entry, trashed);
+    }
+    void after(std::size_t item, const RemovalOutcome& outcome) override
+    {
+        Leaving& leaving = items_[item];
+        leaving.gone = !isFailedRemoval(outcome.code);
+        const EntryState state = leaving.gone ? EntryState::done : EntryState::notDone;
+        journalWorks_ =
+            journal_.finish(leaving.entry, state, LinkKind::none, outcome.trashed.value_or(std::filesystem::path{}))
+                .ok();
+        leaving.decided = journalWorks_;
+    }
+    // What had no turn was left alone.
+    void settle()
+    {
+        for (const Leaving& leaving : items_)
+            if (!leaving.decided)
+                journalWorks_ = journalWorks_ && journal_.finish(leaving.entry, EntryState::notDone).ok();
+        if (journalWorks_)
+            (void)journal_.end();
+    }
+
+private:
+    std::vector<Leaving>& items_;
+    JournalWriter& journal_;
+    FileSystem& files_;
+    bool journalWorks_ = true;
+};
+
+std::vector<Leaving> checked(const ResultsModel& results, std::span<const ItemId> selected, FileSystem& files)
+{
+    std::vector<Leaving> items;
+    for (const ItemId row : selected) {
+        const ShellItem& item = results.item(row).file.item();
+        if (!item.inFileSystem() || !isAsListed(item, files))
+            continue;
+        if (const auto stamp = stampAt(item.path(), files))
+            items.push_back({row, {item.path(), stamp->identity, Removal::toTrash}, *stamp});
+    }
+    return items;
+}
+
+Status writeAhead(std::vector<Leaving>& items, JournalWriter& journal)
+{
+    for (Leaving& leaving : items) {
+        JournalIntent intent;
+        intent.action = CleanupAction::recycle;
+        intent.item = leaving.removal.path;
+        intent.itemWas = leaving.stamp;
+        const auto entry = journal.intend(intent);
+        if (!entry)
+            return entry.error();
+        leaving.entry = *entry;
+    }
+    return journal.flush();
+}
+
+void refuse(DirectDeletion& deletion, CleanupQuestions& questions, Error error)
+{
+    questions.showStatus(toUtf16(error.detail));
+    deletion.refused = std::move(error);
+}
+
+void takeAway(std::vector<Leaving>& items, const CleanupContext& context, JournalWriter& journal,
+              const CancelFlag& cancel)
+{
+    std::vector<RemovalItem> removals;
+    for (const Leaving& leaving : items)
+        removals.push_back(leaving.removal);
+    Sink sink(items, journal, context.ports.files);
+    (void)context.ports.operations.remove(removals, sink, cancel);
+    sink.settle();
+}
+
+}  // namespace
+
+DirectDeletion directDelete(const CleanupContext& context, bool expert, const CancelFlag& cancel)
+{
+    DirectDeletion deletion;
+    if (!expert) {
+        refuse(deletion, context.questions, {ErrorKind::notSupported, 0, filledText(TextId::expertOnly)});
+        return deletion;
+    }
+    ResultsModel& results = context.results;
+    results.forEachRow([&](ItemId id) {
+        if (results.item(id).isSelected())
+            deletion.failed.push_back(id);
+    });
+    std::vector<Leaving> items = checked(results, deletion.failed, context.ports.files);
+    if (items.empty())
+        return deletion;
+    auto journal = context.journals.begin(CleanupAction::recycle, context.ports.clock.now());
+    const Status ahead = journal ? writeAhead(items, **journal) : Status(journal.error());
+    if (!ahead) {
+        const std::string words = textOf({CleanupFault::journal, ahead.error()});
+        refuse(deletion, context.questions, {ahead.error().kind, ahead.error().systemCode, words});
+        return deletion;
+    }
+    deletion.run = (*journal)->number();
+    takeAway(items, context, **journal, cancel);
+    std::vector<ItemId> gone;
+    for (const Leaving& leaving : items)
+        if (leaving.gone)
+            gone.push_back(leaving.row);
+    const std::unordered_set<ItemId> left(gone.begin(), gone.end());
+    std::erase_if(deletion.failed, [&](ItemId id) { return left.contains(id); });
+    (void)results.remove(gone, Undoable::no);
+    deletion.removed = gone.size();
+    return deletion;
+}
+
+}  // namespace kelvane
