@@ -91,6 +91,8 @@ struct PassOutcome {
     bool recycled = false;      // something is in the trash
     bool engineFailed = false;  // the system's own batch reported a failure as a whole
     CancelState cancel = CancelState::running;
+    std::uint64_t undecided = 0;        // of the errors, those whose journal entry stays open: the run is not to be
+                                        // ended then, and settling decides
     std::uint32_t noticesOff = 0;       // bits of bin1OffNotify that the person's answers set
     std::optional<Error> journalError;  // the journal could not be written on, and the pass stopped
 };

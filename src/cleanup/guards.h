@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <unordered_set>
 #include <variant>
 
 #include "cleanup/cleanup_fault.h"
@@ -15,13 +14,13 @@ using SharedFolder = std::shared_ptr<HeldFolder>;
 
 // An item and its kept file, opened and held.
 struct HeldPair {
+    std::filesystem::path itemPath;
     SharedFolder folder;             // of the item
     NativeString name;               // of the item in it
     std::unique_ptr<HeldFile> item;  // null for a folder or a link, which cannot be opened as files
     FileDetails itemNow;             // of the name itself
-    SharedFolder keptFolder;
-    NativeString keptName;
-    std::shared_ptr<HeldFile> kept;  // null likewise
+    std::filesystem::path keptPath;  // as the list has it; where that is a link, `kept` is what it leads to
+    std::shared_ptr<HeldFile> kept;  // null for a folder
     FileDetails keptNow;
 };
 
@@ -40,6 +39,9 @@ public:
 
     // Right before the action: the handles and the names still say the same.
     [[nodiscard]] std::optional<CleanupFailure> recheck(const HeldPair& pair, const CleanupCommand& command);
+
+    // The item stays where it is after all, and may be relied on as a kept one.
+    void keep(ItemId item);
 
     // Lets go of shared handles; to be called between batches.
     void release();
