@@ -177,7 +177,7 @@ private:
         WatchedQuestions questions(context_.questions, report_.noticesOff);
         Recorder recorder(report_.items, report_.plan, context_.results, log, context_.watcher);
         report_.pass = pass(report_.plan, questions, journal, recorder);
-        if (report_.pass.journalError)
+        if (report_.pass.journalError || report_.pass.undecided != 0)
             return;
         if (const Status ended = journal.end(); !ended)
             report_.pass.journalError = ended.error();
