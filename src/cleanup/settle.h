@@ -9,7 +9,7 @@
 namespace kelvane {
 
 struct Unsettled {
-    std::filesystem::path item;
+    std::filesystem::path item;  // empty when the journal itself is meant
     std::filesystem::path left;  // a file that lies beside it or in the trash; may be empty
     CleanupFailure failure;
 };
@@ -17,9 +17,11 @@ struct Unsettled {
 struct SettledRun {
     RunNumber number{};
     std::uint32_t completed = 0;  // items
-    std::uint32_t takenBack = 0;
-    std::vector<Unsettled> unsettled;  // left as they are, for a person to look at; asked again the next time
-    bool damaged = false;              // the journal was cut off: what came last may be missing from it
+    std::uint32_t takenBack = 0;  // items that are as they were before, those that nothing had happened to included
+    // In neither number. What may hold the only copy of a content is left as it is, for a person to look at, and looked
+    // at again the next time; where nothing is left that could be done (`gone`) this is told once.
+    std::vector<Unsettled> unsettled;
+    bool damaged = false;  // the journal was cut off: what came last may be missing from it
 };
 
 // Looks at every run that did not come to its end and that no process is working on: decides each undecided entry by

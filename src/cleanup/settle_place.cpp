@@ -1,0 +1,130 @@
+#include "cleanup/settle_place.h"
+
+#include "cleanup/guards.h"
+
+namespace kelvane {
+
+bool isThatFile(const FileInfo& now, const FileStamp& was)
+{
+    const bool sameLooks = now.size == was.size && now.modified == was.modified;
+    if (now.kind != was.kind)
+        return false;
+    if (!was.identity.known() || !now.identity.known())
+        return sameLooks;
+    return now.identity == was.identity || (now.identity.index == was.identity.index && sameLooks);
+}
+
+bool folderIsGone(const std::filesystem::path& item, const FileStamp& was, FileSystem& files)
+{
+    for (std::filesystem::path folder = item.parent_path();; folder = folder.parent_path()) {
+        const auto there = files.details(folder, Links::followed);
+        if (there)
+            return folder != item.parent_path() && there->identity.volume == was.identity.volume;
+        if (there.error().kind != ErrorKind::notFound || folder == folder.parent_path())
+            return false;
+    }
+}
+
+ItemPlace::ItemPlace(const JournalEntry& entry, const PassPorts& ports)
+    : entry_(entry), ports_(ports), name_(entry.intent.item.filename().native())
+{
+}
+
+Status ItemPlace::open()
+{
+    auto folder = ports_.held.openFolder(entry_.intent.item.parent_path());
+    if (!folder)
+        return folder.error();
+    folder_ = std::move(*folder);
+    return {};
+}
+
+std::filesystem::path ItemPlace::pathOf(const NativeString& name) const
+{
+    return name.empty() ? std::filesystem::path() : entry_.intent.item.parent_path() / name;
+}
+
+Result<Found> ItemPlace::at(const NativeString& name) const
+{
+    if (name.empty())
+        return Found::nothing;
+    const auto now = folder_->look(name);
+    if (!now)
+        return now.error().kind == ErrorKind::notFound ? Result<Found>(Found::nothing) : now.error();
+    const JournalIntent& intent = entry_.intent;
+    if (isThatFile(*now, intent.itemWas))
+        return Found::old;
+    if (now->kind == FileKind::link)
+        return leadsToKept(name) ? Found::link : Found::other;
+    const bool oneVolume = intent.itemWas.identity.volume == intent.keptWas.identity.volume;
+    return oneVolume && intent.keptWas.identity.known() && isThatFile(*now, intent.keptWas) ? Found::link
+                                                                                            : Found::other;
+}
+
+bool ItemPlace::leadsToKept(const NativeString& name) const
+{
+    const auto target = folder_->readLink(name);
+    if (target && *target == entry_.intent.kept)
+        return true;
+    const auto leadsTo = ports_.files.details(pathOf(name), Links::followed);
+    return leadsTo && entry_.intent.keptWas.identity.known() && isThatFile(*leadsTo, entry_.intent.keptWas);
+}
+
+bool ItemPlace::isSymbolic(const NativeString& name) const
+{
+    const auto now = folder_->look(name);
+    return now && now->kind == FileKind::link;
+}
+
+Result<std::unique_ptr<HeldFile>> ItemPlace::openKept() const
+{
+    const std::filesystem::path& kept = entry_.intent.kept;
+    const auto folder = ports_.held.openFolder(kept.parent_path());
+    return folder ? folder.value()->open(kept.filename().native()) : folder.error();
+}
+
+Result<std::unique_ptr<HeldFile>> ItemPlace::contentOf(const NativeString& link)
+{
+    return isSymbolic(link) ? openKept() : folder_->open(link);
+}
+
+bool ItemPlace::sameContent(const NativeString& a, const NativeString& b)
+{
+    const auto fileA = contentOf(a);
+    const auto fileB = contentOf(b);
+    if (!fileA || !fileB || (*fileA)->isBeingWritten() || (*fileB)->isBeingWritten())
+        return false;
+    const auto same = sameContents(**fileA, **fileB, CancelFlag());
+    return same && *same;
+}
+
+bool ItemPlace::hasAnotherName(const NativeString& name) const
+{
+    const auto now = folder_->look(name);
+    if (!now)
+        return false;
+    if (now->links > 1)
+        return true;
+    // Some systems do not count names.
+    const auto kept = openKept();
+    const auto keptNow = kept ? (*kept)->details() : kept.error();
+    return keptNow && now->identity.known() && keptNow->identity == now->identity && pathOf(name) != entry_.intent.kept;
+}
+
+Status ItemPlace::drop(const NativeString& name)
+{
+    const Status removed = folder_->remove(name);
+    return removed || removed.error().kind == ErrorKind::notFound ? Status() : removed;
+}
+
+Verdict ItemPlace::undecided(CleanupFault fault, const Error& error, const NativeString& left) const
+{
+    return {std::nullopt, LinkKind::none, Unsettled{entry_.intent.item, pathOf(left), {fault, error}}};
+}
+
+Verdict ItemPlace::decidedBut(EntryState state, CleanupFault fault, const NativeString& left) const
+{
+    return {state, LinkKind::none, Unsettled{entry_.intent.item, pathOf(left), {fault, {}}}};
+}
+
+}  // namespace kelvane
