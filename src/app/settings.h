@@ -54,6 +54,7 @@ namespace settings_flag {
 inline constexpr std::uint32_t beginner = 0x4;           // an interface with fixed scan settings
 inline constexpr std::uint32_t advanced = 0x800;         // every option is offered
 inline constexpr std::uint32_t darkTheme = 0x10000;      // for the whole process
+inline constexpr std::uint32_t cleanupLog = 0x80000;     // clean-ups write a log
 inline constexpr std::uint32_t safeOptions = 0x100000;   // those of the standard and the beginner's interface
 inline constexpr std::uint32_t resetLayout = 0x400000;   // of the windows, at the next start
 inline constexpr std::uint32_t doubleByte = 0x4000000;   // the system writes with double-byte characters
