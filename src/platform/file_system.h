@@ -44,6 +44,8 @@ struct VolumeFacts {
     bool network = false;
     bool pseudo = false;         // made up by the kernel (proc, sysfs, ...): never entered
     bool fetchesOnRead = false;  // contents come from elsewhere when read: its files count as offline
+    bool clones = false;         // files can share blocks, as far as the type tells: whether two do is told by trying
+    std::filesystem::path mountPoint;  // where it is seen, for messages; empty where the system does not tell
 };
 
 struct DirectoryEntry {

@@ -7,8 +7,10 @@
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
 #include "platform/crash_capture.h"
+#include "platform/file_operations.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/held_files.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/link_maker.h"
@@ -30,6 +32,8 @@ public:
     virtual ~Platform() = default;
     virtual FileSystem& files() = 0;
     virtual FileOutput& output() = 0;
+    virtual HeldFiles& heldFiles() = 0;
+    virtual FileOperations& fileOperations() = 0;
     virtual ShellNamespace& shell() = 0;
     virtual PathRules& paths() = 0;
     virtual TextFolding& folding() = 0;

@@ -34,6 +34,8 @@ public:
 
     FileSystem& files() override { return real_->files(); }
     FileOutput& output() override { return real_->output(); }
+    HeldFiles& heldFiles() override { return real_->heldFiles(); }
+    FileOperations& fileOperations() override { return real_->fileOperations(); }
     ShellNamespace& shell() override { return real_->shell(); }
     PathRules& paths() override { return real_->paths(); }
     TextFolding& folding() override { return real_->folding(); }

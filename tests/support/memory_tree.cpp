@@ -90,7 +90,7 @@ Result<MemoryTree::Found> MemoryTree::resolve(const fs::path& path, Links last, 
 
 VolumeFacts MemoryTree::volumeOf(const std::string& path) const
 {
-    VolumeFacts facts{.serial = 1, .fileSystem = "memory", .fixed = true};
+    VolumeFacts facts{.serial = 1, .fileSystem = "memory", .fixed = true, .mountPoint = "/"};
     for (const auto& [folder, ofFolder] : volumes_) {  // inner folders come after outer ones
         if (liesIn(path, folder))
             facts = ofFolder;

@@ -9,8 +9,10 @@
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
 #include "platform/crash_capture.h"
+#include "platform/file_operations.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/held_files.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/link_maker.h"
@@ -27,6 +29,9 @@ namespace kelvane {
 
 [[nodiscard]] std::unique_ptr<FileSystem> makeLinuxFileSystem();
 [[nodiscard]] std::unique_ptr<FileOutput> makeLinuxFileOutput();
+[[nodiscard]] std::unique_ptr<HeldFiles> makeLinuxHeldFiles();
+// Follows the Trash specification of freedesktop.org, version 1.0; the environment is asked at each call.
+[[nodiscard]] std::unique_ptr<FileOperations> makeLinuxFileOperations();
 [[nodiscard]] std::unique_ptr<ArchiveFolders> makeLibarchiveFolders();
 [[nodiscard]] std::unique_ptr<Clock> makeSystemClock();
 [[nodiscard]] std::unique_ptr<Priority> makeLinuxPriority();

@@ -133,4 +133,9 @@ bool readFacts(int folder, const char* path, Links links, unsigned mask, struct 
     return uninterrupted([&] { return ::statx(folder, path, flags, mask, &facts); }) == 0;
 }
 
+bool readOpenFacts(int file, unsigned mask, struct statx& facts)
+{
+    return uninterrupted([&] { return ::statx(file, "", AT_EMPTY_PATH, mask, &facts); }) == 0;
+}
+
 }  // namespace kelvane::linux_os

@@ -37,5 +37,7 @@ private:
 
 // Fills facts by statx relative to an open folder; false with errno set when that fails.
 [[nodiscard]] bool readFacts(int folder, const char* path, Links links, unsigned mask, struct statx& facts);
+// The same of an open file or folder.
+[[nodiscard]] bool readOpenFacts(int file, unsigned mask, struct statx& facts);
 
 }  // namespace kelvane::linux_os

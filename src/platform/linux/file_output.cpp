@@ -11,6 +11,7 @@
 #include "platform/linux/file_access.h"
 #include "platform/linux/file_lock.h"
 #include "platform/linux/os_error.h"
+#include "platform/linux/whole_writes.h"
 
 namespace kelvane {
 namespace {
@@ -31,16 +32,7 @@ class DescriptorFile final : public OutputFile {
 public:
     explicit DescriptorFile(FileHandle file) : file_(std::move(file)) {}
 
-    Status write(std::span<const std::byte> bytes) override
-    {
-        while (!bytes.empty()) {
-            const ssize_t count = uninterrupted([&] { return ::write(file_.get(), bytes.data(), bytes.size()); });
-            if (count < 0)
-                return osError(errno);
-            bytes = bytes.subspan(static_cast<std::size_t>(count));
-        }
-        return {};
-    }
+    Status write(std::span<const std::byte> bytes) override { return linux_os::writeAll(file_.get(), bytes); }
 
     Status flush() override
     {

@@ -1,42 +1,17 @@
 #include "platform/linux/file_streams.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <linux/limits.h>
 #include <string_view>
 #include <sys/xattr.h>
 
 #include "platform/linux/anchored_path.h"
-#include "platform/linux/os_error.h"
+#include "platform/linux/growing_reads.h"
 
 namespace kelvane::linux_os {
 namespace {
 
 constexpr std::string_view userPrefix = "user.";
-
-// Calls get(buffer, size), which answers with the size needed or filled, until the buffer fits; the attribute may grow
-// between asking for its size and reading it.
-template <class Buffer, class Get>
-Result<Buffer> readGrowing(std::size_t limit, Get get)
-{
-    for (;;) {
-        const ssize_t needed = get(nullptr, 0);
-        if (needed < 0)
-            return osError(errno);
-        if (static_cast<std::size_t>(needed) > limit)
-            return Error{ErrorKind::io, 0, "the stream is too long"};
-        Buffer buffer(static_cast<std::size_t>(needed), {});
-        if (needed == 0)
-            return buffer;
-        const ssize_t filled = get(buffer.data(), buffer.size());
-        if (filled >= 0) {
-            buffer.resize(static_cast<std::size_t>(filled));
-            return buffer;
-        }
-        if (errno != ERANGE)
-            return osError(errno);
-    }
-}
 
 // The names stand one after the other, each with a 0 behind it.
 std::vector<std::string> userNames(std::string_view list)

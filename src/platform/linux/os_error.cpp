@@ -30,6 +30,8 @@ ErrorKind kindOf(int code)
         return ErrorKind::tooManyOpen;
     case ENOTSUP:
     case ENOSYS:
+    case EXDEV:  // what is asked for happens within one volume only
+    case EROFS:
         return ErrorKind::notSupported;
     case EINVAL:
     case ENAMETOOLONG:

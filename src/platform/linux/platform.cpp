@@ -19,6 +19,8 @@ class LinuxPlatform final : public Platform {
 public:
     FileSystem& files() override { return *files_; }
     FileOutput& output() override { return *output_; }
+    HeldFiles& heldFiles() override { return *heldFiles_; }
+    FileOperations& fileOperations() override { return *fileOperations_; }
     ShellNamespace& shell() override { return *shell_; }
     PathRules& paths() override { return *paths_; }
     TextFolding& folding() override { return *folding_; }
@@ -41,6 +43,8 @@ private:
     // In the order in which they need one another.
     std::unique_ptr<FileSystem> files_ = makeLinuxFileSystem();
     std::unique_ptr<FileOutput> output_ = makeLinuxFileOutput();
+    std::unique_ptr<HeldFiles> heldFiles_ = makeLinuxHeldFiles();
+    std::unique_ptr<FileOperations> fileOperations_ = makeLinuxFileOperations();
     std::unique_ptr<ArchiveFolders> archives_ = makeLibarchiveFolders();
     std::unique_ptr<TextFolding> folding_ = makeTextFolding();
     std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(*files_, archives_.get(), *folding_);

@@ -31,6 +31,9 @@ constexpr auto fetchingTypes = std::to_array<std::string_view>(
     {"curlftpfs", "davfs", "davfs2", "dbxfs", "gcsfuse", "google-drive-ocamlfuse", "goofys", "gvfsd-fuse", "jmtpfs",
      "mount-s3", "onedriver", "rclone", "s3fs", "simple-mtpfs"});
 
+// That compare two files on their own and let them share blocks.
+constexpr auto cloningTypes = std::to_array<std::string_view>({"bcachefs", "btrfs", "ocfs2", "xfs"});
+
 template <std::size_t count>
 bool holds(const std::array<std::string_view, count>& list, std::string_view word)
 {
@@ -93,7 +96,7 @@ std::optional<Mount> parseLine(std::string_view line)
     const auto device = deviceNumber(fields[2]);
     if (!id || !device)
         return std::nullopt;
-    return Mount{*id, *device, unescaped(fields[4]), unescaped(dash[1]), unescaped(dash[2])};
+    return Mount{*id, *device, unescaped(fields[4]), unescaped(dash[1]), unescaped(dash[2]), unescaped(fields[3])};
 }
 
 std::string readWhole(const fs::path& path)
@@ -129,6 +132,7 @@ bool isBuiltIn(std::uint64_t blockDevice)
 VolumeFacts factsOf(const Mount& mount)
 {
     VolumeFacts facts = factsOfType(mount.type);
+    facts.mountPoint = mount.mountPoint;
     facts.fixed = !facts.pseudo && !facts.network && !facts.fetchesOnRead && isBuiltIn(blockDeviceOf(mount));
     return facts;
 }
@@ -159,6 +163,7 @@ VolumeFacts factsOfType(std::string_view type)
     facts.pseudo = holds(pseudoTypes, kind);
     facts.fetchesOnRead = holds(fetchingTypes, kind);
     facts.network = facts.fetchesOnRead || holds(networkTypes, kind);
+    facts.clones = holds(cloningTypes, kind);
     return facts;
 }
 
@@ -171,7 +176,11 @@ VolumeFacts Volumes::facts(std::uint64_t device, std::uint64_t mount)
             return known->second;
     }
     const auto mounts = parseMountInfo(readWhole("/proc/self/mountinfo"));
-    auto found = std::find_if(mounts.begin(), mounts.end(), [&](const Mount& one) { return one.device == device; });
+    // A mount that shows the volume from its root says better where it is than one that shows a folder of it.
+    auto found = std::find_if(mounts.begin(), mounts.end(),
+                              [&](const Mount& one) { return one.device == device && one.root == "/"; });
+    if (found == mounts.end())
+        found = std::find_if(mounts.begin(), mounts.end(), [&](const Mount& one) { return one.device == device; });
     if (found == mounts.end())
         found = std::find_if(mounts.begin(), mounts.end(), [&](const Mount& one) { return one.id == mount; });
     VolumeFacts facts = found != mounts.end() ? factsOf(*found) : VolumeFacts{};

@@ -16,8 +16,9 @@ struct Mount {
     std::uint64_t id = 0;
     std::uint64_t device = 0;  // as st_dev
     std::string mountPoint;
-    std::string type;    // "ext4", "fuse.sshfs"
-    std::string source;  // "/dev/sda1", "server:/export"
+    std::string type;        // "ext4", "fuse.sshfs"
+    std::string source;      // "/dev/sda1", "server:/export"
+    std::string root = "/";  // the folder of the volume that is seen at the mount point
     friend bool operator==(const Mount&, const Mount&) = default;
 };
 

@@ -13,6 +13,8 @@ class WindowsPlatform final : public Platform {
 public:
     FileSystem& files() override { return *files_; }
     FileOutput& output() override { return *output_; }
+    HeldFiles& heldFiles() override { return *heldFiles_; }
+    FileOperations& fileOperations() override { return *fileOperations_; }
     ShellNamespace& shell() override { return *shell_; }
     PathRules& paths() override { return *paths_; }
     TextFolding& folding() override { return *folding_; }
@@ -35,6 +37,8 @@ private:
     // In the order in which they need one another.
     std::unique_ptr<FileSystem> files_ = makeWindowsFileSystem();
     std::unique_ptr<FileOutput> output_ = makeWindowsFileOutput();
+    std::unique_ptr<HeldFiles> heldFiles_ = makeWindowsHeldFiles();
+    std::unique_ptr<FileOperations> fileOperations_ = makeWindowsFileOperations();
     std::unique_ptr<TextFolding> folding_ = makeTextFolding();
     std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(*files_, nullptr, *folding_);
     std::unique_ptr<PathRules> paths_ = makeWindowsPathRules(*folding_, systemFolders());
