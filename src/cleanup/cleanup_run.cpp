@@ -13,34 +13,6 @@
 namespace kelvane {
 namespace {
 
-// Writes down what the person does not want to be asked again, and hands everything on.
-class WatchedQuestions final : public CleanupQuestions {
-public:
-    WatchedQuestions(CleanupQuestions& real, std::uint32_t& noticesOff) : real_(real), noticesOff_(noticesOff) {}
-
-    bool includeHidden(std::u16string_view question) override { return real_.includeHidden(question); }
-    void warn(std::u16string_view text) override { real_.warn(text); }
-    CleanupChoice choose(bool linksOffered) override { return real_.choose(linksOffered); }
-    void saveResults() override { real_.saveResults(); }
-    Trashless withoutTrash(std::span<const TrashlessVolume> volumes) override { return real_.withoutTrash(volumes); }
-    bool confirm(const CleanupSummary& summary) override { return real_.confirm(summary); }
-    ExternalLink linkToExternal(std::u16string_view question) override { return real_.linkToExternal(question); }
-    ElevationAnswer startElevated(std::u16string_view question) override
-    {
-        const ElevationAnswer answer = real_.startElevated(question);
-        noticesOff_ |= answer.doNotAskAgain ? cleanup_notice::elevation : 0;
-        return answer;
-    }
-    bool quitAfterProblem(std::u16string_view question) override { return real_.quitAfterProblem(question); }
-    bool confirmStop(std::u16string_view question) override { return real_.confirmStop(question); }
-    void showStatus(std::u16string_view text) override { real_.showStatus(text); }
-    bool notify(std::u16string_view text) override { return real_.notify(text); }
-
-private:
-    CleanupQuestions& real_;
-    std::uint32_t& noticesOff_;
-};
-
 // Keeps every outcome, and tells the log and whoever watches.
 class Recorder final : public PassObserver {
 public:
@@ -174,9 +146,9 @@ private:
         report_.run = journal.number();
         if (report_.plan.action == CleanupAction::link)
             context_.questions.showStatus(text(TextId::creatingLinks));
-        WatchedQuestions questions(context_.questions, report_.noticesOff);
         Recorder recorder(report_.items, report_.plan, context_.results, log, context_.watcher);
-        report_.pass = pass(report_.plan, questions, journal, recorder);
+        report_.pass = pass(report_.plan, context_.questions, journal, recorder);
+        report_.noticesOff |= report_.pass.noticesOff;
         if (report_.pass.journalError || report_.pass.undecided != 0)
             return;
         if (const Status ended = journal.end(); !ended)

@@ -17,6 +17,7 @@ struct Leaving {
     FileStamp stamp;
     EntryNumber entry{};
     bool decided = false;  // in the journal
+    bool open = false;     // there, for settling to decide
     bool gone = false;
 };
 
@@ -43,7 +44,12 @@ public:
     void after(std::size_t item, const RemovalOutcome& outcome) override
     {
         Leaving& leaving = items_[item];
-        leaving.gone = !isFailedRemoval(outcome.code);
+        const bool failed = isFailedRemoval(outcome.code) || isIgnoredRemoval(outcome.code);
+        leaving.gone = !failed || !stampAt(leaving.removal.path, files_);
+        // Gone although the system reports a failure: settling looks for it.
+        leaving.open = failed && leaving.gone;
+        if (leaving.open)
+            return;
         const EntryState state = leaving.gone ? EntryState::done : EntryState::notDone;
         journalWorks_ =
             journal_.finish(leaving.entry, state, LinkKind::none, outcome.trashed.value_or(std::filesystem::path{}))
@@ -53,10 +59,13 @@ public:
     // What had no turn was left alone.
     void settle()
     {
-        for (const Leaving& leaving : items_)
-            if (!leaving.decided)
-                journalWorks_ = journalWorks_ && journal_.finish(leaving.entry, EntryState::notDone).ok();
-        if (journalWorks_)
+        bool anyOpen = false;
+        for (const Leaving& leaving : items_) {
+            anyOpen = anyOpen || leaving.open;
+            if (!leaving.decided && !leaving.open && journalWorks_)
+                journalWorks_ = journal_.finish(leaving.entry, EntryState::notDone).ok();
+        }
+        if (journalWorks_ && !anyOpen)
             (void)journal_.end();
     }
 

@@ -4,14 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "cleanup/cleanup_message.h"
-#include "cleanup/stub_ports.h"
+#include "cleanup/run_world.h"
 #include "cleanup/summary_page.h"
-#include "platform/platform.h"
-#include "results/marking_world.h"
-#include "support/fake_cleanup_questions.h"
-#include "support/fake_places.h"
-#include "support/memory_file_system.h"
-#include "support/temp_tree.h"
 
 namespace kelvane {
 namespace {
@@ -19,6 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::RunWorld;
 
 constexpr CleanupRequest recycle{};
 constexpr CleanupRequest links{CleanupAction::link};
@@ -39,84 +34,6 @@ ItemOutcome failed(CleanupFault fault, int systemCode, std::string text, std::in
     outcome.code = code;
     return outcome;
 }
-
-// Files in memory, the journal and the log in a folder of their own, and a pass that does what a test tells it.
-struct RunWorld : testing::MarkingWorld {
-    // Of 100 bytes each, a group for each space in between: the first of a group is kept, the others are ticked.
-    explicit RunWorld(const std::vector<std::vector<std::string>>& groups)
-    {
-        tree.folder("temporary");
-        definition.properties = "System.Size";
-        std::uint32_t number = 0;
-        for (const auto& group : groups) {
-            ++number;
-            for (const std::string& path : group) {
-                files.addFile(path, std::string(100, 'x'));
-                if (path.starts_with("/usb"))
-                    files.setVolume("/usb", usb());
-                const auto now = files.details(path, Links::asThemselves);
-                const ItemId id = add({path, number, 100, now->modified.ticks, now->identity});
-                if (path != group.front())
-                    model.mark(std::span(&id, 1), Mark::ticked, true);
-            }
-        }
-    }
-
-    CleanupReport run(const CleanupRequest& request, std::vector<ItemOutcome> outcomes, PassOutcome total = {})
-    {
-        const PassRunner pass = [&](const CleanupPlan& plan, CleanupQuestions&, JournalWriter&,
-                                    PassObserver& observer) {
-            std::uint32_t group = 0;
-            for (std::size_t at = 0; at < plan.commands.size(); ++at) {
-                if (plan.action == CleanupAction::link && std::exchange(group, plan.commands[at].group) != group)
-                    observer.groupBegins(plan.commands[at].kept);
-                ItemOutcome outcome = at < outcomes.size() ? outcomes[at] : ItemOutcome{};
-                outcome.command = at;
-                total.errors += outcome.result == ItemResult::failed || outcome.result == ItemResult::declined ? 1 : 0;
-                observer.itemEnded(outcome);
-            }
-            ++passes;
-            return total;
-        };
-        return runCleanupBy(pass, context, request, options, cancel);
-    }
-
-    [[nodiscard]] static VolumeFacts usb()
-    {
-        VolumeFacts facts;
-        facts.serial = 2;
-        return facts;
-    }
-
-    // Of the only file in the folder of temporary files.
-    [[nodiscard]] std::string log() const { return tree.read("temporary/kv_cleanupLog00abcdef.log"); }
-
-    testing::TempTree tree;
-    std::unique_ptr<Platform> platform = makePlatform();
-    CScanNode definition;
-    testing::MemoryFileSystem files;
-    testing::NoHeldFiles held;
-    testing::StubOperations operations;
-    testing::FakeClock clock;
-    testing::FakePlaces places{tree.path()};
-    Journals journals{platform->files(), platform->output(), tree.path("journals")};
-    CleanupMemory memory;
-    testing::FakeCleanupQuestions questions;
-    CancelFlag cancel;
-    CleanupOptions options;
-    CleanupContext context{model,
-                           definition,
-                           {definition, *scan.paths},
-                           {held, operations, files, *scan.paths, clock},
-                           platform->output(),
-                           places,
-                           journals,
-                           memory,
-                           questions,
-                           nullptr,
-                           "Category: Photos\r\n"};
-    int passes = 0;
-};
 
 constexpr const char* logHead = "\xEF\xBB\xBF*** search for ERROR to see any problems ***\r\n\r\nCategory: Photos\r\n";
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <stdexcept>
 
 #include "platform/file_operations.h"
 #include "platform/held_files.h"
@@ -14,7 +13,7 @@ class NoHeldFiles final : public HeldFiles {
 public:
     Result<std::unique_ptr<HeldFolder>> openFolder(const std::filesystem::path&) override
     {
-        throw std::logic_error("nothing is to be opened");
+        return Error{ErrorKind::accessDenied, 13, "not to be opened"};
     }
     bool isTooManyLinks(const Error&) const override { return false; }
 };
