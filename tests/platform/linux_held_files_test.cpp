@@ -7,6 +7,7 @@
 #include "platform/linux/adapters.h"
 #include "platform/linux/file_handle.h"
 #include "platform/linux/rename_calls.h"
+#include "support/linux_deep_folder.h"
 #include "support/linux_rights.h"
 #include "support/temp_tree.h"
 
@@ -51,13 +52,8 @@ protected:
 
 TEST_F(LinuxHeldFiles, PathsMayBeLongerThanTheKernelTakes)
 {
-    std::filesystem::path relative;
-    for (int i = 0; i < 25; ++i)
-        relative /= std::string(200, 'd');
-    const std::filesystem::path deep = tree_.write((relative / "seed").native(), "x").parent_path();
-    ASSERT_GT(deep.native().size(), 4096u);
-    const auto opened = folder(deep);
-    ASSERT_TRUE(opened->create("file").ok());
+    const auto opened = folder(testing::makeDeepFolder(tree_.path()));
+    ASSERT_TRUE(opened->create("new").ok());
     const auto file = opened->open("file");
     ASSERT_TRUE(file.ok());
     ASSERT_TRUE(opened->hardLink(**file, "link").ok());

@@ -157,6 +157,8 @@ Status restoreFromTrash(const fs::path& trashed, const fs::path& place)
         return folder.error();
     if (!place.has_filename())
         return osError(EINVAL);
+    if (const auto there = identityAt(from->files.get(), from->name); !there)
+        return there.error();
     if (const Status moved = renameToFree({from->files.get(), from->name}, {folder->get(), place.filename().native()});
         !moved)
         return moved;
