@@ -1,9 +1,7 @@
 #include "cleanup/delete_pass.h"
 
-#include "base/text_table.h"
 #include "cleanup/guards.h"
-#include "cleanup/pass_batch.h"
-#include "cleanup/pass_report.h"
+#include "cleanup/pass_run.h"
 
 namespace kelvane {
 namespace {
@@ -24,65 +22,31 @@ public:
     DeletePass(const CleanupPlan& plan, const ResultsModel& model, const PassPorts& ports, const PassOptions& options,
                CleanupQuestions& questions, JournalWriter& journal, PassObserver& observer, const CancelFlag& cancel)
         : plan_(plan),
-          ports_(ports),
-          options_(options),
-          questions_(questions),
+          operations_(ports.operations),
           journal_(journal),
           cancel_(cancel),
           commands_(commandsOf(plan, false)),
-          report_(plan, observer),
+          run_(plan, options, questions, journal, observer, cancel),
           guards_(ports, options, model, plan, cancel)
     {
     }
 
     PassOutcome run()
     {
-        while (next_ < commands_.size() && !stopped_) {
-            gather();
-            if (const Status written = writeAhead(batch_, plan_, journal_); !written)
-                failForJournal(written.error());
-            else
-                act();
+        while (next_ < commands_.size() && !run_.isStopped()) {
+            batch_ = run_.gather(std::span(commands_).subspan(next_),
+                                 [this](std::size_t number) { return prepare(number); });
+            act();
             batch_.clear();
             guards_.release();
         }
         for (std::size_t at = next_; at < commands_.size(); ++at)
-            report_.leave(commands_[at], command(commands_[at]).kept);
-        return report_.outcome;
+            run_.report.leave(commands_[at], command(commands_[at]).kept);
+        return run_.report.outcome;
     }
 
 private:
     [[nodiscard]] const CleanupCommand& command(std::size_t number) const { return plan_.commands[number]; }
-
-    void stopAsCancelled()
-    {
-        stopped_ = true;
-        report_.outcome.cancel = CancelState::requested;
-    }
-
-    // Asks the person when a cancel was requested: true ends the run.
-    [[nodiscard]] bool mustStop()
-    {
-        if (cancel_.cancelled() && questions_.confirmStop(text(TextId::stopCleanupQuestion)))
-            stopAsCancelled();
-        return stopped_;
-    }
-
-    void gather()
-    {
-        std::size_t at = next_;
-        while (at < commands_.size() && batch_.size() < options_.batch) {
-            if (mustStop())
-                return batch_.clear();
-            BatchItem item = prepare(commands_[at]);
-            if (item.failure && item.failure->error.kind == ErrorKind::cancelled && cancel_.cancelled())
-                continue;  // asks, and holds the item anew when the run goes on
-            if (ranOutOfHandles(item) && !batch_.empty())
-                return leaveHandles(batch_);
-            batch_.push_back(std::move(item));
-            ++at;
-        }
-    }
 
     [[nodiscard]] BatchItem prepare(std::size_t number)
     {
@@ -108,10 +72,10 @@ private:
         }
         BatchOutcome done;
         if (!removals_.empty())
-            done = ports_.operations.remove(removals_, *this, cancel_);
+            done = operations_.remove(removals_, *this, cancel_);
         endUpTo(firstWithoutTurn());
         judge(done);
-        keepJournal(withdraw(std::span(batch_).subspan(ended_), journal_));
+        run_.withdraw(std::span(batch_).subspan(ended_));
     }
 
     void addRemoval(std::size_t at)
@@ -126,23 +90,24 @@ private:
     // What the batch as a whole came to. Items that had no turn are taken up again when the person wants to go on.
     void judge(const BatchOutcome& done)
     {
-        report_.outcome.engineFailed = report_.outcome.engineFailed || !done.ok;
+        PassOutcome& outcome = run_.report.outcome;
+        outcome.engineFailed = outcome.engineFailed || !done.ok;
         if (!done.ok)
-            report_.outcome.cancel = CancelState::requested;
+            outcome.cancel = CancelState::requested;
         const bool allHadTheirTurn = ended_ == batch_.size();
-        if (stopped_ || (allHadTheirTurn && !done.aborted))
+        if (run_.isStopped() || (allHadTheirTurn && !done.aborted))
             return;
         // A cancel of this run may have come too late to leave anything behind.
         if (!cancel_.cancelled())
-            stopAsCancelled();
+            run_.stopAsCancelled();
         else if (!allHadTheirTurn)
-            static_cast<void>(mustStop());
+            (void)run_.mustStop();
     }
 
     bool before(std::size_t removal) override
     {
         BatchItem& item = batch_[turns_[removal]];
-        if (stopped_)
+        if (run_.isStopped())
             return false;
         item.failure = guards_.recheck(item.pair, command(item.command));
         return !item.failure;
@@ -150,9 +115,8 @@ private:
 
     Status placing(std::size_t removal, const std::filesystem::path& trashed) override
     {
-        const BatchItem& item = batch_[turns_[removal]];
-        const Status written = journal_.placing(*item.entry, trashed);
-        keepJournal(written);
+        const Status written = journal_.placing(*batch_[turns_[removal]].entry, trashed);
+        run_.keepJournal(written);
         return written;
     }
 
@@ -161,8 +125,9 @@ private:
         const std::size_t at = turns_[removal];
         BatchItem& item = batch_[at];
         item.removal = outcome;
-        if (report_.outcome.journalError && isFailedRemoval(outcome.code))
-            item.failure = CleanupFailure{CleanupFault::journal, *report_.outcome.journalError};
+        const auto& journalError = run_.report.outcome.journalError;
+        if (journalError && isFailedRemoval(outcome.code))
+            item.failure = CleanupFailure{CleanupFault::journal, *journalError};
         else if (!isIgnoredRemoval(outcome.code) && isFailedRemoval(outcome.code))
             item.failure = failureOf(outcome, command(item.command));
         endUpTo(at + 1);
@@ -179,7 +144,7 @@ private:
 
     void endUpTo(std::size_t last)
     {
-        for (; ended_ < last; ++ended_, ++next_)
+        for (; ended_ < last && !isOver_; ++ended_, ++next_)
             end(batch_[ended_]);
     }
 
@@ -194,25 +159,22 @@ private:
             ended.code = item.removal->code;
             ended.trashed = item.removal->trashed.value_or(std::filesystem::path{});
         }
-        finish(item, ended);
+        if (failedAndVanished(item))
+            run_.leaveUndecided(item);
+        run_.finish(item, ended);
+        if (item.failure && item.failure->fault == CleanupFault::journal)
+            giveUp();
         if (ended.result == ItemResult::notReached)
-            report_.leave(item.command, item.kept);
+            run_.report.leave(item.command, item.kept);
         else
-            report_.end(ended);
+            run_.report.end(ended);
     }
 
-    void finish(BatchItem& item, const ItemOutcome& ended)
+    // One item tells that the journal could not be written on; those behind it were not reached.
+    void giveUp()
     {
-        if (!item.entry)
-            return;
-        if (failedAndVanished(item)) {
-            // Stays open in the journal, for settling to look at.
-            ++report_.outcome.undecided;
-        } else {
-            const EntryState state = ended.result == ItemResult::done ? EntryState::done : EntryState::notDone;
-            keepJournal(journal_.finish(*item.entry, state, LinkKind::none, ended.trashed));
-        }
-        item.entry.reset();
+        isOver_ = true;
+        run_.stop();
     }
 
     // The system reports a failure, and yet the item is where it was no more.
@@ -237,47 +199,19 @@ private:
         return isGone(item) ? ItemResult::done : ItemResult::notReached;
     }
 
-    // Nothing is done without the journal: the first item that could be acted on fails, and the run ends.
-    void failForJournal(const Error& error)
-    {
-        report_.outcome.journalError = error;
-        ended_ = 0;
-        for (BatchItem& item : batch_) {
-            item.entry.reset();
-            const bool first = !item.failure;
-            if (first)
-                item.failure = CleanupFailure{CleanupFault::journal, error};
-            endUpTo(ended_ + 1);
-            if (first)
-                break;
-        }
-        stopped_ = true;
-    }
-
-    void keepJournal(const Status& written)
-    {
-        if (written)
-            return;
-        if (!report_.outcome.journalError)
-            report_.outcome.journalError = written.error();
-        stopped_ = true;
-    }
-
     const CleanupPlan& plan_;
-    const PassPorts& ports_;
-    const PassOptions& options_;
-    CleanupQuestions& questions_;
+    FileOperations& operations_;
     JournalWriter& journal_;
     const CancelFlag& cancel_;
     const std::vector<std::size_t> commands_;
-    PassReport report_;
+    PassRun run_;
     Guards guards_;
     PassBatch batch_;
     std::vector<RemovalItem> removals_;  // of the batch
     std::vector<std::size_t> turns_;     // of each removal, which item of the batch it is
     std::size_t ended_ = 0;              // items of the batch that have ended
     std::size_t next_ = 0;               // in commands_: everything before it has ended
-    bool stopped_ = false;
+    bool isOver_ = false;
 };
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "cleanup/pass_batch.h"
 
-#include <cstddef>
-
 namespace kelvane {
 namespace {
 
@@ -20,16 +18,6 @@ JournalIntent intentOf(const BatchItem& item, const CleanupCommand& command)
 
 }  // namespace
 
-bool ranOutOfHandles(const BatchItem& item)
-{
-    return item.failure && item.failure->error.kind == ErrorKind::tooManyOpen;
-}
-
-void leaveHandles(PassBatch& batch)
-{
-    batch.erase(batch.begin() + static_cast<std::ptrdiff_t>((batch.size() + 1) / 2), batch.end());
-}
-
 Status writeAhead(PassBatch& batch, const CleanupPlan& plan, JournalWriter& journal)
 {
     bool any = false;
@@ -43,18 +31,6 @@ Status writeAhead(PassBatch& batch, const CleanupPlan& plan, JournalWriter& jour
         any = true;
     }
     return any ? journal.flush() : Status{};
-}
-
-Status withdraw(std::span<BatchItem> items, JournalWriter& journal)
-{
-    for (BatchItem& item : items) {
-        if (!item.entry)
-            continue;
-        if (const Status finished = journal.finish(*item.entry, EntryState::notDone); !finished)
-            return finished;
-        item.entry.reset();
-    }
-    return {};
 }
 
 }  // namespace kelvane

@@ -21,14 +21,7 @@ struct BatchItem {
 
 using PassBatch = std::vector<BatchItem>;
 
-[[nodiscard]] bool ranOutOfHandles(const BatchItem& item);
-// Lets go of some items, so that the others find handles to be acted on.
-void leaveHandles(PassBatch& batch);
-
 // Writes the intents of those that can be acted on, and returns when the device has them. Does nothing without any.
 [[nodiscard]] Status writeAhead(PassBatch& batch, const CleanupPlan& plan, JournalWriter& journal);
-
-// The entries of those from `first` on that were written ahead and are not acted on.
-[[nodiscard]] Status withdraw(std::span<BatchItem> items, JournalWriter& journal);
 
 }  // namespace kelvane
