@@ -41,6 +41,20 @@ protected:
         return status;
     }
 
+    // As the kernel has it, acl(5): the owner rw, this user r, the group r, mask r, others nothing.
+    static std::string accessListFor(std::uint32_t user)
+    {
+        const auto entry = [](std::uint16_t tag, std::uint16_t rights, std::uint32_t id) {
+            std::string bytes(8, '\0');
+            std::memcpy(bytes.data(), &tag, 2);
+            std::memcpy(bytes.data() + 2, &rights, 2);
+            std::memcpy(bytes.data() + 4, &id, 4);
+            return bytes;
+        };
+        return std::string("\2\0\0\0", 4) + entry(1, 6, ~0u) + entry(2, 4, user) + entry(4, 4, ~0u) +
+               entry(16, 4, ~0u) + entry(32, 0, ~0u);
+    }
+
     static bool setAttribute(const std::filesystem::path& path, const char* name, const std::string& value)
     {
         return ::setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
@@ -109,17 +123,7 @@ TEST_F(LinuxHeldFiles, AWriterElsewhereIsNoticed)
 TEST_F(LinuxHeldFiles, AllMetadataIsReadAndGiven)
 {
     const auto path = tree_.write("file", "contents");
-    // An entry of access lists: the owner rw, user 12345 r, group r, mask r, others nothing; see acl(5).
-    const auto entry = [](std::uint16_t tag, std::uint16_t rights, std::uint32_t id) {
-        std::string bytes(8, '\0');
-        std::memcpy(bytes.data(), &tag, 2);
-        std::memcpy(bytes.data() + 2, &rights, 2);
-        std::memcpy(bytes.data() + 4, &id, 4);
-        return bytes;
-    };
-    const std::string accessList = std::string("\2\0\0\0", 4) + entry(1, 6, ~0u) + entry(2, 4, 12345) +
-                                   entry(4, 4, ~0u) + entry(16, 4, ~0u) + entry(32, 0, ~0u);
-    const bool hasLists = setAttribute(path, "system.posix_acl_access", accessList);
+    const bool hasLists = setAttribute(path, "system.posix_acl_access", accessListFor(12345));
     const bool hasAttributes = setAttribute(path, "user.note", std::string("a\0b", 3));
     if (testing::isAdministrator()) {
         ASSERT_EQ(::chown(path.c_str(), 12345, 23456), 0);
@@ -140,6 +144,23 @@ TEST_F(LinuxHeldFiles, AllMetadataIsReadAndGiven)
 
     EXPECT_EQ((*opened->open("copy"))->metadata().value(), *metadata);
     EXPECT_EQ(statusOf(tree_.path("copy")).st_mode, statusOf(path).st_mode);
+}
+
+// Some folders hand an access list to every new file, and its mask opens with the mode.
+TEST_F(LinuxHeldFiles, ACopyGetsNoRightsFromItsFolder)
+{
+    tree_.write("file", "contents");
+    ASSERT_EQ(::chmod(tree_.path("file").c_str(), 0644), 0);
+    if (!setAttribute(tree_.path(), "system.posix_acl_default", accessListFor(12345)))
+        GTEST_SKIP() << "no access lists on the file system of the temporary folder";
+    const auto metadata = file(tree_.path("file"))->metadata();
+    const auto copy = folder(tree_.path())->create("copy");
+    ASSERT_GT(::getxattr(tree_.path("copy").c_str(), "system.posix_acl_access", nullptr, 0), 0);
+
+    ASSERT_TRUE((*copy)->setMetadata(*metadata).ok());
+
+    EXPECT_EQ(file(tree_.path("copy"))->metadata().value(), *metadata);
+    EXPECT_LT(::getxattr(tree_.path("copy").c_str(), "system.posix_acl_access", nullptr, 0), 0);
 }
 
 TEST_F(LinuxHeldFiles, NobodyGainsRightsWhereTheOwnerCannotBeGiven)

@@ -1,5 +1,6 @@
 #include "platform/linux/volumes.h"
 
+#include <sys/stat.h>
 #include <sys/sysmacros.h>
 
 namespace kelvane::linux_os {
@@ -17,6 +18,7 @@ TEST(Volumes, MountsAreReadFromTheKernelsLines)
     EXPECT_EQ(mounts[1], (Mount{23, makedev(0, 21), "/proc", "proc", "proc"}));
     EXPECT_EQ(mounts[2].mountPoint, "/media/My Disk\t\\");
     EXPECT_EQ(mounts[3].type, "fuse.sshfs");
+    EXPECT_EQ(mounts[3].root, "/sub");
 }
 
 TEST(Volumes, LinesOfAnotherFormAreLeftOut)
@@ -38,7 +40,16 @@ TEST(Volumes, TheTypeTellsWhereTheFilesAre)
     for (const char* local : {"ext4", "btrfs", "tmpfs", "fuseblk", "overlay"}) {
         const VolumeFacts facts = factsOfType(local);
         EXPECT_FALSE(facts.pseudo || facts.network || facts.fetchesOnRead) << local;
+        EXPECT_EQ(facts.clones, std::string_view(local) == "btrfs") << local;
     }
+}
+
+TEST(Volumes, AVolumeKnowsWhereItIsMounted)
+{
+    struct stat root {};
+    ASSERT_EQ(::stat("/proc", &root), 0);
+    EXPECT_EQ(Volumes().facts(root.st_dev, 0).mountPoint, "/proc");
+    EXPECT_TRUE(Volumes().facts(~std::uint64_t{0}, 0).mountPoint.empty());
 }
 
 }  // namespace

@@ -17,6 +17,8 @@ using Attribute = std::pair<std::string, std::vector<std::byte>>;
 constexpr std::int64_t perSecond = 1'000'000'000;
 constexpr std::uint32_t modeBits = 07777;
 constexpr std::string_view accessList = "system.posix_acl_access";
+// How XFS shows the access lists to an administrator once more.
+constexpr std::string_view listsInOtherForm = "trusted.SGI_ACL_";
 
 std::int64_t nanoseconds(const timespec& time)
 {
@@ -56,18 +58,30 @@ Result<std::string> attributeNames(int file)
     return list || list.error().kind != ErrorKind::notSupported ? list : Result<std::string>(std::string());
 }
 
+Result<std::vector<std::string>> splitNames(const Result<std::string>& list)
+{
+    if (!list)
+        return list.error();
+    std::vector<std::string> names;
+    for (std::string_view rest = *list; !rest.empty();) {
+        const std::string_view name = rest.substr(0, rest.find('\0'));
+        rest.remove_prefix(std::min(name.size() + 1, rest.size()));
+        if (!name.starts_with(listsInOtherForm))
+            names.emplace_back(name);
+    }
+    return names;
+}
+
 Result<std::vector<Attribute>> readAttributes(int file)
 {
-    const Result<std::string> names = attributeNames(file);
+    const auto names = splitNames(attributeNames(file));
     if (!names)
         return names.error();
     std::vector<Attribute> attributes;
-    for (std::string_view list = *names; !list.empty();) {
-        std::string name(list.substr(0, list.find('\0')));
-        list.remove_prefix(std::min(name.size() + 1, list.size()));
+    for (const std::string& name : *names) {
         auto value = readAttribute(file, name);
         if (value)
-            attributes.emplace_back(std::move(name), std::move(*value));
+            attributes.emplace_back(name, std::move(*value));
         else if (!isUnreadable(value.error().systemCode))
             return value.error();
     }
@@ -97,6 +111,19 @@ int giveAttribute(int file, const Attribute& attribute)
     if (there && *there == attribute.second)
         return 0;
     return ::fsetxattr(file, attribute.first.c_str(), attribute.second.data(), attribute.second.size(), 0);
+}
+
+// A folder may give every new file an access list, which lets people read whom the file itself does not name. Labels of
+// the system's own security are left alone.
+void removeForeignAttributes(int file, const std::vector<Attribute>& wanted, Giving& giving)
+{
+    const auto names = splitNames(attributeNames(file));
+    for (const std::string& name : names ? *names : std::vector<std::string>()) {
+        const bool isWanted =
+            std::any_of(wanted.begin(), wanted.end(), [&](const auto& one) { return one.first == name; });
+        if (!isWanted && (name.starts_with("system.") || name.starts_with("user.")))
+            giving.note(::fremovexattr(file, name.c_str()));
+    }
 }
 
 struct Ownership {
@@ -149,10 +176,12 @@ Status giveMetadata(int file, const FileMetadata& metadata)
 {
     Giving giving;
     const Ownership given = giveOwner(file, metadata, giving);
-    for (const Attribute& attribute : metadata.attributes) {
-        if (attribute.first != accessList || (given.owner && given.group))
-            giving.note(giveAttribute(file, attribute));
-    }
+    std::vector<Attribute> wanted = metadata.attributes;
+    if (!given.owner || !given.group)
+        std::erase_if(wanted, [](const Attribute& one) { return one.first == accessList; });
+    removeForeignAttributes(file, wanted, giving);
+    for (const Attribute& attribute : wanted)
+        giving.note(giveAttribute(file, attribute));
     giving.note(::fchmod(file, modeFor(metadata.permissions, given)));
     const timespec times[] = {timeOf(metadata.accessed), timeOf(metadata.modified)};
     giving.note(::futimens(file, times));

@@ -51,10 +51,14 @@ public:
     Result<FileMetadata> metadata() const override { return readMetadata(file_.get()); }
     Result<std::uint64_t> sharedBytes() const override { return linux_os::sharedBytes(file_.get()); }
 
-    // The kernel gives a lease for reading only while nobody has the file open for writing. Only the owner may ask.
-    // Who opens it for writing meanwhile makes the kernel send a signal, which has to be one that ends no process.
+    // The kernel gives a lease for reading only while nobody has the file open for writing. Only the owner may ask, and
+    // a network file system refuses for reasons of its own. Who opens the file for writing meanwhile makes the kernel
+    // send a signal, which has to be one that ends no process.
     bool isBeingWritten() const override
     {
+        struct statx facts {};
+        if (!readOpenFacts(file_.get(), listingMask(), facts) || FactReader(*volumes_).volume(facts).network)
+            return false;
         if (::fcntl(file_.get(), F_SETSIG, SIGURG) != 0)
             return false;
         if (::fcntl(file_.get(), F_SETLEASE, F_RDLCK) != 0)

@@ -157,11 +157,16 @@ Status restoreFromTrash(const fs::path& trashed, const fs::path& place)
         return folder.error();
     if (!place.has_filename())
         return osError(EINVAL);
-    if (const auto there = identityAt(from->files.get(), from->name); !there)
-        return there.error();
-    if (const Status moved = renameToFree({from->files.get(), from->name}, {folder->get(), place.filename().native()});
-        !moved)
+    const Result<FileIdentity> seen = identityAt(from->files.get(), from->name);
+    if (!seen)
+        return seen.error();
+    const NameIn there{from->files.get(), from->name};
+    const NameIn here{folder->get(), place.filename().native()};
+    if (const Status moved = renameToFree(there, here); !moved)
         return moved;
+    const Result<FileIdentity> arrived = identityAt(here.folder, here.name);
+    if (arrived && *arrived != *seen && renameToFree(here, there))
+        return notThatFile();
     static_cast<void>(removeNoteOf(*from));
     return {};
 }
