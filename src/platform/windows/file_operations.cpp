@@ -28,7 +28,7 @@ Status removeForGood(const RemovalItem& item)
     if (!file.valid())
         return lastError();
     if (identityOf(file.get()) != item.identity)
-        return Error{ErrorKind::changed, ERROR_FILE_INVALID, "another file took its place"};
+        return anotherFile();
     return removeOpen(file.get());
 }
 

@@ -81,7 +81,11 @@ public:
 
     Status symbolicLink(const fs::path& target, NativeView name) override
     {
-        return isSingleName(name) ? createSymbolicLink(in(name), target, leadsToFolder(target)) : badName();
+        if (!isSingleName(name))
+            return badName();
+        const Status made = createSymbolicLink(in(name), target, leadsToFolder(target));
+        // There are stand-ins for this system that say so and make none.
+        return made && !look(name) ? Status(osError(ERROR_NOT_SUPPORTED)) : made;
     }
 
     Result<fs::path> readLink(NativeView name) const override

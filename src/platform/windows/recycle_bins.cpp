@@ -6,6 +6,7 @@
 
 #include "platform/windows/name_changes.h"
 #include "platform/windows/os_error.h"
+#include "platform/windows/recycling.h"
 #include "platform/windows/system_path.h"
 #include "platform/windows/trash_paths.h"
 
@@ -56,6 +57,9 @@ Status canRecycle(const fs::path& path)
         return volume.error();
     if (::GetDriveTypeW(volume->c_str()) != DRIVE_FIXED)
         return noBin("only fixed drives have a recycle bin");
+    const ComOnThread com;
+    if (FAILED(com.result()) || !shellRecycles())
+        return noBin("the shell of this system moves nothing to the recycle bin");
     SHQUERYRBINFO info{};
     info.cbSize = sizeof info;
     if (const HRESULT result = ::SHQueryRecycleBinW(volume->c_str(), &info); FAILED(result))

@@ -75,7 +75,7 @@ public:
         if ((flags & TSF_DELETE_RECYCLE_IF_POSSIBLE) == 0)
             state_.refused = Error{ErrorKind::notSupported, ERROR_NOT_SUPPORTED, "the recycle bin does not take it"};
         else if (const auto now = identityBehind(item); !now.known() || now != item_.identity)
-            state_.refused = Error{ErrorKind::changed, ERROR_FILE_INVALID, "another file took its place"};
+            state_.refused = anotherFile();
         return state_.refused ? E_ABORT : S_OK;
     }
 
@@ -132,6 +132,11 @@ ComPointer<IFileOperationProgressSink> makeRecycleListener(const RemovalItem& it
                                                            RecycleState& state)
 {
     return ComPointer<IFileOperationProgressSink>(std::make_unique<RecycleListener>(item, tell, state).release());
+}
+
+Error anotherFile()
+{
+    return {ErrorKind::changed, ERROR_FILE_INVALID, "another file took its place"};
 }
 
 RemovalOutcome outcomeOf(HRESULT result)

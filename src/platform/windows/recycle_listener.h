@@ -26,6 +26,9 @@ struct RecycleState {
 [[nodiscard]] ComPointer<IFileOperationProgressSink> makeRecycleListener(const RemovalItem& item,
                                                                          const ToldOutcome& tell, RecycleState& state);
 
+// Says that there is not the file that was expected.
+[[nodiscard]] Error anotherFile();
+
 // Of a result that the shell gives for one item.
 [[nodiscard]] RemovalOutcome outcomeOf(HRESULT result);
 

@@ -26,20 +26,23 @@ ComPointer<IFileOperation> fileOperation(HRESULT& result)
 {
     void* object = nullptr;
     result = ::CoCreateInstance(CLSID_FileOperation, nullptr, CLSCTX_ALL, IID_IFileOperation, &object);
-    return ComPointer<IFileOperation>(SUCCEEDED(result) ? static_cast<IFileOperation*>(object) : nullptr);
+    ComPointer<IFileOperation> operation(SUCCEEDED(result) ? static_cast<IFileOperation*>(object) : nullptr);
+    if (operation)
+        result = operation->SetOperationFlags(flags);
+    return SUCCEEDED(result) ? std::move(operation) : nullptr;
 }
 
+// Leaves `aborted` alone unless the shell says so.
 HRESULT perform(const RemovalItem& item, IFileOperationProgressSink& listener, bool& aborted)
 {
     HRESULT result = S_OK;
     const auto operation = fileOperation(result);
     if (!operation)
         return result;
-    const auto target = shellItem(plainPath(item.path.native()), result);
+    const auto target = shellItem(plainPath(systemPath(item.path)), result);
     if (!target)
         return result;
-    if (FAILED(result = operation->SetOperationFlags(flags)) ||
-        FAILED(result = operation->DeleteItem(target.get(), &listener)))
+    if (FAILED(result = operation->DeleteItem(target.get(), &listener)))
         return result;
     result = operation->PerformOperations();
     BOOL some = FALSE;
@@ -47,10 +50,12 @@ HRESULT perform(const RemovalItem& item, IFileOperationProgressSink& listener, b
     return result;
 }
 
-bool isThere(const RemovalItem& item)
+Status look(const RemovalItem& item)
 {
     const Handle file(openToLook(systemPath(item.path), false));
-    return file.valid() && identityOf(file.get()) == item.identity;
+    if (!file.valid())
+        return lastError();
+    return identityOf(file.get()) == item.identity ? Status() : Status(anotherFile());
 }
 
 // For the item about which the shell itself said nothing that counts.
@@ -58,22 +63,32 @@ RemovalOutcome silentOutcome(const RemovalItem& item, const RecycleState& state,
 {
     if (state.refused)
         return {static_cast<std::int32_t>(resultOf(*state.refused)), state.refused, std::nullopt};
+    // An answer that counts, in the place of one that is a step of the shell's own.
     if (FAILED(result))
-        return outcomeOf(result);
-    return outcomeOf(isThere(item) ? E_FAIL : S_OK);
+        return outcomeOf(result == removal_code::ignoredB ? E_ACCESSDENIED : result);
+    return outcomeOf(look(item) ? E_FAIL : S_OK);
 }
 
 }  // namespace
+
+bool shellRecycles()
+{
+    HRESULT result = S_OK;
+    return fileOperation(result) != nullptr;
+}
 
 BatchOutcome recycle(const RemovalItem& item, const ToldOutcome& tell)
 {
     RecycleState state;
     const auto listener = makeRecycleListener(item, tell, state);
     BatchOutcome batch;
-    const HRESULT result = perform(item, *listener, batch.aborted);
-    // A refusal is the item's own affair and ends this one operation only.
-    batch.aborted = batch.aborted && !state.refused;
-    batch.ok = SUCCEEDED(result) || state.refused.has_value();
+    if (const Status seen = look(item); !seen)
+        state.refused = seen.error();
+    const HRESULT result = state.refused ? E_ABORT : perform(item, *listener, batch.aborted);
+    // What the shell or the listener has said of the item is the item's own affair and not the batch's.
+    const bool itemOnly = state.told || state.refused;
+    batch.aborted = batch.aborted && !itemOnly;
+    batch.ok = SUCCEEDED(result) || itemOnly;
     if (!state.told)
         tell(silentOutcome(item, state, result));
     return batch;
