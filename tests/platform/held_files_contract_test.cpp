@@ -121,7 +121,7 @@ TEST_F(HeldFilesContract, AHeldFileIsTheSameWhateverHappensToItsName)
     EXPECT_NE(identity("file"), before->identity);
     ASSERT_TRUE(folder_->remove(native("moved")).ok());
 
-    EXPECT_FALSE(exists("moved"));
+    EXPECT_EQ(exists("moved"), !testing::openFilesMove());
     EXPECT_EQ(contentsOf(*file), "the old one");
     EXPECT_EQ(read("file"), "another");
 }
@@ -165,8 +165,12 @@ TEST_F(HeldFilesContract, AHeldFileGetsFurtherNamesInAnyFolder)
     ASSERT_TRUE(folder_->rename(native("kept"), native("moved")).ok());
     write("kept", "an impostor");
 
-    ASSERT_TRUE(other->hardLink(*kept, native("link")).ok());
-
+    const Status linked = other->hardLink(*kept, native("link"));
+    if (!testing::openFilesMove()) {
+        EXPECT_EQ(fault(linked), ErrorKind::changed);
+        EXPECT_EQ(fault(other->look(native("link"))), ErrorKind::notFound);
+        GTEST_SKIP() << "this system cannot tell where an open file has moved";
+    }
     EXPECT_EQ(tree_.read("g/link"), "contents");
     EXPECT_EQ(other->look(native("link"))->identity, kept->details()->identity);
     EXPECT_EQ(kept->details()->links, 2u);
@@ -241,6 +245,8 @@ TEST_F(HeldFilesContract, ReplacingOneNameOfAFileByAnotherChangesNothing)
 
 TEST_F(HeldFilesContract, WhatIsHeldCanBeReplacedExchangedAndRemoved)
 {
+    if (!testing::openFilesMove())
+        GTEST_SKIP() << "this system replaces no open file";
     write("item", "contents");
     write("kept", "contents");
     const auto item = open("item");
@@ -345,6 +351,7 @@ TEST_F(HeldFilesContract, WorkGoesOnBelowUnusualNames)
         ASSERT_TRUE(opened.ok()) << name;
         EXPECT_EQ(contentsOf(**opened), name);
         ASSERT_TRUE(folder->hardLink(**opened, native("plain")).ok()) << name;
+        opened->reset();
         ASSERT_TRUE(folder->replace(native("plain"), native(name)).ok()) << name;
         ASSERT_TRUE(folder->remove(native(name)).ok()) << name;
         EXPECT_FALSE(folder->look(native(name)).ok()) << name;

@@ -29,6 +29,11 @@ std::filesystem::path openable(const std::filesystem::path& path)
     return path;
 }
 
+bool openFilesMove()
+{
+    return true;
+}
+
 std::vector<std::string> unusualNames()
 {
     return {"caf\xE9", "line\nbreak", " spaces ", "\xF0\x9F\x93\xB7", "a\\b", "-", "...", std::string(255, 'n')};

@@ -65,6 +65,11 @@ std::filesystem::path openable(const std::filesystem::path& path)
     return windows_os::systemPath(path);
 }
 
+bool openFilesMove()
+{
+    return !isWine();
+}
+
 std::vector<std::string> unusualNames()
 {
     std::vector<std::string> names{"caf\xC3\xA9", " spaces ", "\xF0\x9F\x93\xB7",   "dot.",

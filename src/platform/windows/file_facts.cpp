@@ -134,6 +134,13 @@ HANDLE openToLook(const std::wstring& systemPath, bool followLinks, DWORD access
     return ::CreateFileW(systemPath.c_str(), access, shareAll, nullptr, OPEN_EXISTING, flags, nullptr);
 }
 
+bool leadsTo(const std::wstring& systemPath, HANDLE file)
+{
+    const Handle found(openToLook(systemPath, false));
+    const FileIdentity identity = identityOf(file);
+    return found.valid() && identity.known() && identityOf(found.get()) == identity;
+}
+
 Result<FileDetails> lookUp(const std::wstring& systemPath, bool followLinks)
 {
     const Handle itself(openToLook(systemPath, false));

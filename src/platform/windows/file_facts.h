@@ -22,6 +22,9 @@ namespace kelvane::windows_os {
 [[nodiscard]] Result<FileDetails> detailsOf(HANDLE file);
 [[nodiscard]] FileIdentity identityOf(HANDLE file);
 
+// Whether the name itself, links not followed, is one of the open file's.
+[[nodiscard]] bool leadsTo(const std::wstring& systemPath, HANDLE file);
+
 // Whether files of the volume that the handle is open on have identities of 128 bits (ReFS).
 [[nodiscard]] bool hasWideIdentities(HANDLE file);
 // Identities of 128 bits as 64, by mixing the halves; those of 64 bits as they are.

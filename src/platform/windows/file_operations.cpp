@@ -44,11 +44,8 @@ public:
                 return {batch.ok, true};
             if (!sink.before(i))
                 continue;
-            const ToldOutcome tell = [&](const RemovalOutcome& outcome) { sink.after(i, outcome); };
-            if (items[i].removal == Removal::forGood)
-                tell(outcomeOf(removeForGood(items[i])));
-            else
-                toTrash(items[i], tell, com, batch);
+            sink.after(i, items[i].removal == Removal::forGood ? outcomeOf(removeForGood(items[i]))
+                                                               : toTrash(items[i], com, batch));
         }
         return batch;
     }
@@ -75,16 +72,16 @@ private:
         return status ? RemovalOutcome{} : failure(status.error());
     }
 
-    static void toTrash(const RemovalItem& item, const ToldOutcome& tell, const ComOnThread& com, BatchOutcome& batch)
+    static RemovalOutcome toTrash(const RemovalItem& item, const ComOnThread& com, BatchOutcome& batch)
     {
         if (FAILED(com.result())) {
             batch.ok = false;
-            tell(windows_os::outcomeOf(com.result()));
-            return;
+            return windows_os::outcomeOf(com.result());
         }
-        const BatchOutcome one = recycle(item, tell);
-        batch.ok = batch.ok && one.ok;
-        batch.aborted = one.aborted;
+        const Recycled recycled = recycle(item);
+        batch.ok = batch.ok && recycled.operation.ok;
+        batch.aborted = recycled.operation.aborted;
+        return recycled.item;
     }
 };
 

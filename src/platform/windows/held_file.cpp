@@ -6,6 +6,7 @@
 #include "platform/windows/file_metadata.h"
 #include "platform/windows/file_reader.h"
 #include "platform/windows/os_error.h"
+#include "platform/windows/system_path.h"
 
 namespace kelvane::windows_os {
 namespace {
@@ -77,6 +78,21 @@ bool WindowsHeldFile::isBeingWritten() const
 Status WindowsHeldFile::shareBlocks(HeldFile& /*source*/)
 {
     return osError(ERROR_NOT_SUPPORTED);
+}
+
+FileIdentity WindowsHeldFile::identity() const
+{
+    return identityOf(file_.get());
+}
+
+Result<std::wstring> WindowsHeldFile::currentName() const
+{
+    if (leadsTo(name_, file_.get()))
+        return name_;
+    auto now = pathOfHandle(file_.get());
+    if (!now || !leadsTo(*now, file_.get()))
+        return Error{ErrorKind::changed, ERROR_FILE_INVALID, "the file has no name any more"};
+    return std::move(*now);
 }
 
 Result<std::unique_ptr<NewFile>> createFile(const std::wstring& name)

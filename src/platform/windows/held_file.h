@@ -1,6 +1,9 @@
 // One regular file held open, and one that is being made.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "platform/held_files.h"
 #include "platform/windows/handle.h"
 
@@ -9,7 +12,7 @@ namespace kelvane::windows_os {
 // The handle reads and shares everything.
 class WindowsHeldFile final : public HeldFile {
 public:
-    explicit WindowsHeldFile(Handle file) : file_(std::move(file)) {}
+    WindowsHeldFile(std::wstring name, Handle file) : name_(std::move(name)), file_(std::move(file)) {}
 
     Result<FileDetails> details() const override;
     Result<std::size_t> readAt(std::uint64_t offset, std::span<std::byte> buffer) override;
@@ -20,9 +23,12 @@ public:
     // No call of this system compares the bytes itself.
     Status shareBlocks(HeldFile& source) override;
 
-    [[nodiscard]] HANDLE handle() const { return file_.get(); }
+    [[nodiscard]] FileIdentity identity() const;
+    // A name that leads to the file now, in the system's form: the one that it was opened by as long as that is so.
+    [[nodiscard]] Result<std::wstring> currentName() const;
 
 private:
+    std::wstring name_;
     Handle file_;
 };
 

@@ -27,12 +27,6 @@ Error badName()
     return osError(ERROR_INVALID_NAME);
 }
 
-Result<FileIdentity> identityAt(const std::wstring& name)
-{
-    const Handle file(openToLook(name, false));
-    return file.valid() ? Result<FileIdentity>(identityOf(file.get())) : lastError();
-}
-
 // The handle keeps the folder from being renamed or removed, and with it those that it lies in; so its path, in which
 // links were followed once, stays good for all that is done by it.
 class WindowsHeldFolder final : public HeldFolder {
@@ -55,10 +49,11 @@ public:
     {
         if (!isSingleName(name))
             return badName();
-        auto file = openRegularHandle(in(name), ReadPattern::sequential, Links::asThemselves);
+        std::wstring path = in(name);
+        auto file = openRegularHandle(path, ReadPattern::sequential, Links::asThemselves);
         if (!file)
             return file.error();
-        return std::unique_ptr<HeldFile>(std::make_unique<WindowsHeldFile>(std::move(*file)));
+        return std::unique_ptr<HeldFile>(std::make_unique<WindowsHeldFile>(std::move(path), std::move(*file)));
     }
 
     Result<std::unique_ptr<NewFile>> create(NativeView name) override
@@ -71,12 +66,12 @@ public:
         const auto held = dynamic_cast<WindowsHeldFile*>(&file);
         if (held == nullptr || !isSingleName(name))
             return badName();
-        const auto source = pathOfHandle(held->handle());
+        const auto source = held->currentName();
         if (!source)
-            return lastError();
+            return source.error();
         if (::CreateHardLinkW(in(name).c_str(), source->c_str(), nullptr) == 0)
             return lastError();
-        return checked(identityOf(held->handle()), name);
+        return checked(*held, name);
     }
 
     Status symbolicLink(const fs::path& target, NativeView name) override
@@ -134,10 +129,10 @@ private:
     }
 
     // The link was made by the path that the file had a moment ago: it may have become another file's name.
-    Status checked(FileIdentity expected, NativeView name)
+    Status checked(const WindowsHeldFile& file, NativeView name)
     {
-        const auto made = identityAt(in(name));
-        if (made && *made == expected)
+        const auto made = look(name);
+        if (made && made->identity == file.identity())
             return {};
         const Error error = made ? Error{ErrorKind::changed, 0, "another file took its place"} : made.error();
         const Status removed = remove(name);
@@ -165,7 +160,7 @@ public:
             return info.error();
         if (info->kind != FileKind::folder)
             return Error{ErrorKind::wrongType, ERROR_DIRECTORY, "not a folder"};
-        if (auto now = pathOfHandle(handle.get()))
+        if (auto now = pathOfHandle(handle.get()); now && leadsTo(*now, handle.get()))
             place = std::move(*now);
         return std::unique_ptr<HeldFolder>(
             std::make_unique<WindowsHeldFolder>(folder, std::move(place), std::move(handle)));

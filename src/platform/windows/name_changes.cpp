@@ -126,15 +126,6 @@ DWORD replaceOpenWritable(HANDLE file, const std::wstring& to)
     return renameByHandle(file, to, replacing | alsoOpenOnes);
 }
 
-bool areSameFile(HANDLE file, const std::wstring& other)
-{
-    const Handle target(openToLook(other, false));
-    if (!target.valid())
-        return false;
-    const FileIdentity identity = identityOf(file);
-    return identity.known() && identity == identityOf(target.get());
-}
-
 DWORD removeByDisposition(HANDLE file)
 {
     const WritableMeanwhile writable(file);
@@ -156,7 +147,7 @@ Status replaceFile(const std::wstring& from, const std::wstring& to)
         const Handle file = openItself(from, toRename | FILE_READ_ATTRIBUTES);
         if (!file.valid())
             return lastError();
-        if (areSameFile(file.get(), to))
+        if (leadsTo(to, file.get()))
             return {};
         code = renameByHandle(file.get(), to, replacing | alsoOpenOnes | alsoReadOnlyTarget);
         if (isUnknown(code))

@@ -44,10 +44,7 @@ bool isDecisive(HRESULT result)
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 class RecycleListener final : public IFileOperationProgressSink {
 public:
-    RecycleListener(const RemovalItem& item, const ToldOutcome& tell, RecycleState& state)
-        : item_(item), tell_(tell), state_(state)
-    {
-    }
+    RecycleListener(const RemovalItem& item, RecycleState& state) : item_(item), state_(state) {}
     virtual ~RecycleListener() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID wanted, void** object) override
@@ -81,13 +78,11 @@ public:
 
     HRESULT STDMETHODCALLTYPE PostDeleteItem(DWORD, IShellItem*, HRESULT result, IShellItem* created) override
     {
-        if (state_.refused)
+        if (!isDecisive(result))
             return S_OK;
-        RemovalOutcome outcome = outcomeOf(result);
-        if (!outcome.error)
-            outcome.trashed = pathOf(created);
-        state_.told = state_.told || isDecisive(result);
-        tell_(outcome);
+        state_.told = outcomeOf(result);
+        if (!state_.told->error)
+            state_.told->trashed = pathOf(created);
         return S_OK;
     }
 
@@ -121,17 +116,15 @@ public:
 private:
     std::atomic<ULONG> references_ = 1;
     const RemovalItem& item_;
-    const ToldOutcome& tell_;
     RecycleState& state_;
 };
 #pragma GCC diagnostic pop
 
 }  // namespace
 
-ComPointer<IFileOperationProgressSink> makeRecycleListener(const RemovalItem& item, const ToldOutcome& tell,
-                                                           RecycleState& state)
+ComPointer<IFileOperationProgressSink> makeRecycleListener(const RemovalItem& item, RecycleState& state)
 {
-    return ComPointer<IFileOperationProgressSink>(std::make_unique<RecycleListener>(item, tell, state).release());
+    return ComPointer<IFileOperationProgressSink>(std::make_unique<RecycleListener>(item, state).release());
 }
 
 Error anotherFile()

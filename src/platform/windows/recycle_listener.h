@@ -1,7 +1,6 @@
 // What the shell tells while it moves one item into the recycle bin.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <windows.h>
 
@@ -12,19 +11,16 @@
 
 namespace kelvane::windows_os {
 
-using ToldOutcome = std::function<void(const RemovalOutcome&)>;
-
 // What has come of one item so far.
 struct RecycleState {
-    std::optional<Error> refused;  // by the listener, before the shell began
-    bool told = false;             // the shell has said what became of the item, or the listener has
+    std::optional<Error> refused;        // by the listener, before the shell began
+    std::optional<RemovalOutcome> told;  // the shell's last answer that was no step of its own
 };
 
 // Refuses, which ends the operation, when the bin of the volume would not take the item (the shell would delete it for
-// good instead), and when the shell is about to take another file than the one with the item's identity. Tells of each
-// answer of the shell. All references outlive the operation.
-[[nodiscard]] ComPointer<IFileOperationProgressSink> makeRecycleListener(const RemovalItem& item,
-                                                                         const ToldOutcome& tell, RecycleState& state);
+// good instead), and when the shell is about to take another file than the one with the item's identity. All
+// references outlive the operation.
+[[nodiscard]] ComPointer<IFileOperationProgressSink> makeRecycleListener(const RemovalItem& item, RecycleState& state);
 
 // Says that there is not the file that was expected.
 [[nodiscard]] Error anotherFile();

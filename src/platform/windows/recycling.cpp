@@ -58,11 +58,12 @@ Status look(const RemovalItem& item)
     return identityOf(file.get()) == item.identity ? Status() : Status(anotherFile());
 }
 
-// For the item about which the shell itself said nothing that counts.
-RemovalOutcome silentOutcome(const RemovalItem& item, const RecycleState& state, HRESULT result)
+RemovalOutcome outcomeFor(const RemovalItem& item, const RecycleState& state, HRESULT result)
 {
     if (state.refused)
         return {static_cast<std::int32_t>(resultOf(*state.refused)), state.refused, std::nullopt};
+    if (state.told)
+        return *state.told;
     // An answer that counts, in the place of one that is a step of the shell's own.
     if (FAILED(result))
         return outcomeOf(result == removal_code::ignoredB ? E_ACCESSDENIED : result);
@@ -77,21 +78,19 @@ bool shellRecycles()
     return fileOperation(result) != nullptr;
 }
 
-BatchOutcome recycle(const RemovalItem& item, const ToldOutcome& tell)
+Recycled recycle(const RemovalItem& item)
 {
     RecycleState state;
-    const auto listener = makeRecycleListener(item, tell, state);
-    BatchOutcome batch;
     if (const Status seen = look(item); !seen)
         state.refused = seen.error();
-    const HRESULT result = state.refused ? E_ABORT : perform(item, *listener, batch.aborted);
-    // What the shell or the listener has said of the item is the item's own affair and not the batch's.
+    const auto listener = makeRecycleListener(item, state);
+    BatchOutcome operation;
+    const HRESULT result = state.refused ? E_ABORT : perform(item, *listener, operation.aborted);
+    // What the shell or the listener has said of the item is the item's own affair.
     const bool itemOnly = state.told || state.refused;
-    batch.aborted = batch.aborted && !itemOnly;
-    batch.ok = SUCCEEDED(result) || itemOnly;
-    if (!state.told)
-        tell(silentOutcome(item, state, result));
-    return batch;
+    operation.aborted = operation.aborted && !itemOnly;
+    operation.ok = SUCCEEDED(result) || itemOnly;
+    return {outcomeFor(item, state, result), operation};
 }
 
 }  // namespace kelvane::windows_os
