@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -184,16 +185,22 @@ private:
     Volumes volumes_;
 };
 
+FileHandle openForPath(const fs::path& path, int flags)
+{
+    const auto anchored = AnchoredPath::make(path);
+    if (!anchored)
+        return {};
+    return FileHandle(
+        uninterrupted([&] { return ::openat(anchored->folder(), anchored->rest(), O_PATH | O_CLOEXEC | flags); }));
+}
+
 // Whatever is there of a path, without links. A path that is too long for the kernel to tell is looked at from higher
 // up: trashes lie near the top.
 fs::path withoutLinks(fs::path path)
 {
     fs::path rest;
     for (; path.has_relative_path(); path = path.parent_path()) {
-        const auto anchored = AnchoredPath::make(path);
-        const FileHandle file(
-            anchored ? uninterrupted([&] { return ::openat(anchored->folder(), anchored->rest(), O_PATH | O_CLOEXEC); })
-                     : -1);
+        const FileHandle file = openForPath(path, 0);
         const Result<fs::path> real = file.valid() ? realPathOf(file.get()) : Result<fs::path>(osError(ENOENT));
         if (real)
             return rest.empty() ? *real : *real / rest;
@@ -202,16 +209,21 @@ fs::path withoutLinks(fs::path path)
     return path / rest;
 }
 
-// Both where the name itself lies and where it leads, should it be a link.
+bool isLink(const fs::path& path)
+{
+    const FileHandle file = openForPath(path, O_NOFOLLOW);
+    struct stat facts {};
+    return file.valid() && ::fstat(file.get(), &facts) == 0 && S_ISLNK(facts.st_mode);
+}
+
+// Both where it leads and, should it be a link, where that lies itself.
 bool LinuxFileOperations::isInTrash(const fs::path& path)
 {
-    const fs::path home = withoutLinks(homeTrash());
-    for (const fs::path& real : {withoutLinks(path.parent_path()) / path.filename(), withoutLinks(path)}) {
-        const bool belowHome = real.native().starts_with(home.native() + "/") || real == home;
-        if (belowHome || liesInTrash(real))
-            return true;
-    }
-    return false;
+    const std::string home = withoutLinks(homeTrash()).native();
+    const auto lies = [&](const fs::path& real) {
+        return real == home || real.native().starts_with(home + '/') || liesInTrash(real);
+    };
+    return lies(withoutLinks(path)) || (isLink(path) && lies(withoutLinks(path.parent_path()) / path.filename()));
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "platform/linux/trash_places.h"
 
+#include <algorithm>
 #include <fcntl.h>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -192,11 +192,12 @@ bool isNumber(std::string_view text)
     return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
 }
 
-// A folder that has both halves of a trash is one, whoever's home or program's data it lies in.
-bool isTrashByContent(const fs::path& folder)
+// By its place in somebody's home, or because it has both halves of a trash, whichever program's data it lies in.
+bool isTrash(const fs::path& folder)
 {
     std::error_code error;
-    return fs::is_directory(folder / "info", error) && fs::is_directory(folder / "files", error);
+    return folder.native().ends_with("/.local/share/Trash") ||
+           (fs::is_directory(folder / "info", error) && fs::is_directory(folder / "files", error));
 }
 
 }  // namespace
@@ -220,15 +221,16 @@ Status wouldOpenTrash(int folder)
 // Wherever it lies: what looks like the top of a volume from here need not have been one for who trashed it.
 bool liesInTrash(const fs::path& path)
 {
-    fs::path above;
     std::string_view before;
-    for (auto part = path.begin(); part != path.end(); before = part->native(), ++part) {
-        const std::string_view name = part->native();
-        above /= *part;
+    for (std::string_view rest = path.native(); !rest.empty();) {
+        const std::string_view name = rest.substr(0, rest.find('/'));
+        const std::size_t end = path.native().size() - rest.size() + name.size();
         if ((name.starts_with(".Trash-") && isNumber(name.substr(7))) || (before == ".Trash" && isNumber(name)))
             return true;
-        if (name == "Trash" && (above.native().ends_with("/.local/share/Trash") || isTrashByContent(above)))
+        if (name == "Trash" && isTrash(path.native().substr(0, end)))
             return true;
+        before = name;
+        rest.remove_prefix(std::min(name.size() + 1, rest.size()));
     }
     return false;
 }
