@@ -50,6 +50,9 @@ TEST(CleanupLog, OfLinksIsAsItIsDocumented)
     RunWorld world({{"/a", "/b", "/c\n*"}, {"/d/\xC3\xA4", "/d/e", "/d/f", "/d/g", "/d/h"}});
     world.clock.milliseconds = 0xABCDEF;
     world.options.writeLog = true;
+    world.context.facts.metadataLoss = [](const ShellItem& item, const ShellItem&) {
+        return item.path() == testing::native("/b") ? metadata_loss::owner : std::uint8_t{0};
+    };
     PassOutcome total;
     total.cancel = CancelState::linkRunSettled;
     ItemOutcome declined;
@@ -62,15 +65,17 @@ TEST(CleanupLog, OfLinksIsAsItIsDocumented)
                                             failed(CleanupFault::system, 13, "Permission\ndenied"),
                                             {}},
                                            total);
-    EXPECT_EQ(posixText(world.log()),
-              std::string(logHead) +
-                  "Duplicates clean-up summary\r\nAction: Link\r\nMarked items: 6\r\nTheir size: 600 bytes\r\n"
-                  "All are items of the file system: True\r\nCan be brought back from the trash: False\r\n"
-                  "Comes free: 600 bytes\r\n\r\nFILES HANDLED ----\r\n\r\n"
-                  "/a\r\n\t[H] /b\r\n\t[S] /c\xEF\xBF\xBD*\r\n"
-                  "/d/\xC3\xA4\r\n\t[C] /d/e\r\n\t[!] /d/g\r\n\tERROR: xd Permission\xEF\xBF\xBD"
-                  "denied\r\n"
-                  "!ESC!\r\n\r\nItems with errors or skipped: 2\r\n");
+    EXPECT_EQ(
+        posixText(world.log()),
+        std::string(logHead) +
+            "Duplicates clean-up summary\r\nAction: Link\r\nMarked items: 6\r\nTheir size: 600 bytes\r\n"
+            "All are items of the file system: True\r\nCan be brought back from the trash: False\r\n"
+            "Comes free: 600 bytes\r\n"
+            "Owner, rights, times or attributes that the link will not keep: 1 file\r\n\r\nFILES HANDLED ----\r\n\r\n"
+            "/a\r\n\t[H] /b\r\n\t[S] /c\xEF\xBF\xBD*\r\n"
+            "/d/\xC3\xA4\r\n\t[C] /d/e\r\n\t[!] /d/g\r\n\tERROR: xd Permission\xEF\xBF\xBD"
+            "denied\r\n"
+            "!ESC!\r\n\r\nItems with errors or skipped: 2\r\n");
     EXPECT_EQ(report.log, world.tree.path("temporary/kv_cleanupLog00abcdef.log"));
     EXPECT_EQ(world.memory.lastLog, report.log);
     EXPECT_THAT(world.questions.statuses, ElementsAre("creating links"));
