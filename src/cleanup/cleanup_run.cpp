@@ -13,10 +13,10 @@
 namespace kelvane {
 namespace {
 
-// Keeps every outcome, and tells the log and whoever watches.
+// Keeps every outcome, and tells the log, where one is kept, and whoever watches.
 class Recorder final : public PassObserver {
 public:
-    Recorder(std::vector<ItemOutcome>& items, const CleanupPlan& plan, const ResultsModel& model, CleanupLog& log,
+    Recorder(std::vector<ItemOutcome>& items, const CleanupPlan& plan, const ResultsModel& model, CleanupLog* log,
              PassObserver* watcher)
         : items_(items), plan_(plan), model_(model), log_(log), watcher_(watcher)
     {
@@ -26,13 +26,15 @@ public:
     }
     void groupBegins(ItemId original) override
     {
-        log_.group(model_.item(original).file.item());
+        if (log_ != nullptr)
+            log_->group(model_.item(original).file.item());
         if (watcher_ != nullptr)
             watcher_->groupBegins(original);
     }
     void itemEnded(const ItemOutcome& outcome) override
     {
-        log_.item(outcome, model_.item(plan_.commands[outcome.command].item).file.item());
+        if (log_ != nullptr)
+            log_->item(outcome, model_.item(plan_.commands[outcome.command].item).file.item());
         items_[outcome.command] = outcome;
         if (watcher_ != nullptr)
             watcher_->itemEnded(outcome);
@@ -47,7 +49,7 @@ private:
     std::vector<ItemOutcome>& items_;
     const CleanupPlan& plan_;
     const ResultsModel& model_;
-    CleanupLog& log_;
+    CleanupLog* log_;
     PassObserver* watcher_;
 };
 
@@ -71,10 +73,11 @@ public:
             refuse(textOf({CleanupFault::journal, journal.error()}), journal.error());
             return std::move(report_);
         }
-        CleanupLog log(report_.plan.action, context_.criteria, plainTextOf(page));
-        runPass(pass, **journal, log);
+        if (options_.writeLog)
+            log_.emplace(report_.plan.action, context_.criteria, plainTextOf(page));
+        runPass(pass, **journal);
         journal->reset();
-        finish(log);
+        finish();
         return std::move(report_);
     }
 
@@ -140,13 +143,13 @@ private:
         return !report_.plan.commands.empty();
     }
 
-    void runPass(const PassRunner& pass, JournalWriter& journal, CleanupLog& log)
+    void runPass(const PassRunner& pass, JournalWriter& journal)
     {
         report_.ran = true;
         report_.run = journal.number();
         if (report_.plan.action == CleanupAction::link)
             context_.questions.showStatus(text(TextId::creatingLinks));
-        Recorder recorder(report_.items, report_.plan, context_.results, log, context_.watcher);
+        Recorder recorder(report_.items, report_.plan, context_.results, log_ ? &*log_ : nullptr, context_.watcher);
         report_.pass = pass(report_.plan, context_.questions, journal, recorder);
         report_.noticesOff |= report_.pass.noticesOff;
         if (report_.pass.journalError || report_.pass.undecided != 0)
@@ -155,19 +158,23 @@ private:
             report_.pass.journalError = ended.error();
     }
 
-    void finish(CleanupLog& log)
+    void finish()
     {
-        log.end(report_.pass, report_.plan, context_.results);
-        if (options_.writeLog) {
-            WrittenLog written =
-                writeCleanupLog(log.text(), options_.logFile, context_.output, context_.places, context_.ports.clock);
-            context_.memory.lastLog = report_.log = std::move(written.path);
-            report_.logFailure = std::move(written.failure);
-        }
+        if (log_)
+            writeLog();
         report_.removed = report_.pass.cancel == CancelState::requested ? removeVanished() : removeHandled();
         report_.reclaimed = reclaimedBytes(report_.plan.marked, report_.removed);
         report_.message = cleanupMessage(report_.plan.marked, report_.removed, report_.pass.recycled);
         tell();
+    }
+
+    void writeLog()
+    {
+        log_->end(report_.pass, report_.plan, context_.results);
+        WrittenLog written =
+            writeCleanupLog(log_->text(), options_.logFile, context_.output, context_.places, context_.ports.clock);
+        context_.memory.lastLog = report_.log = std::move(written.path);
+        report_.logFailure = std::move(written.failure);
     }
 
     // What stays is not selected any more.
@@ -215,6 +222,7 @@ private:
     CleanupReport report_;
     std::vector<ItemId> marked_;  // in the order of the list
     std::vector<TrashlessVolume> deletedForGood_;
+    std::optional<CleanupLog> log_;
 };
 
 }  // namespace
