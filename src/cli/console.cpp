@@ -14,10 +14,15 @@ namespace kelvane {
 namespace {
 
 constexpr std::array table = {
-    Verb{"scan", TextId::scanSummary, scanVerb},          Verb{"show", TextId::showSummary, showVerb},
-    Verb{"export", TextId::exportSummary, exportVerb},    Verb{"clean", TextId::cleanSummary, cleanVerb},
-    Verb{"compare", TextId::compareSummary, compareVerb}, Verb{"describe", TextId::describeSummary, describeVerb},
-    Verb{"ignore", TextId::ignoreSummary, ignoreVerb},    Verb{"settings", TextId::settingsSummary, settingsVerb},
+    Verb{"scan", TextId::scanSummary, scanVerb},
+    Verb{"show", TextId::showSummary, showVerb},
+    Verb{"export", TextId::exportSummary, exportVerb},
+    Verb{"clean", TextId::cleanSummary, cleanVerb},
+    Verb{"undo", TextId::undoSummary, undoVerb},
+    Verb{"compare", TextId::compareSummary, compareVerb},
+    Verb{"describe", TextId::describeSummary, describeVerb},
+    Verb{"ignore", TextId::ignoreSummary, ignoreVerb},
+    Verb{"settings", TextId::settingsSummary, settingsVerb},
 };
 
 void printHelp(std::ostream& stream)
@@ -35,6 +40,7 @@ void printHelp(std::ostream& stream)
               "  kelvane-cli scan --save copies.ikvs ~/Pictures\n"
               "  kelvane-cli show copies.ikvs --sort=-size\n"
               "  kelvane-cli clean copies.ikvs --keep oldest --dry-run\n"
+              "  kelvane-cli undo --list\n"
               "  kelvane-cli compare a.txt b.txt\n"
               "  kelvane-cli describe a.txt\n"
               "  kelvane-cli settings list\n"

@@ -22,6 +22,7 @@ struct Verb {
 [[nodiscard]] ExitCode showVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode exportVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode cleanVerb(const Arguments& arguments, Platform& platform, const Console& console);
+[[nodiscard]] ExitCode undoVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Console& console);
 [[nodiscard]] ExitCode ignoreVerb(const Arguments& arguments, Platform& platform, const Console& console);
