@@ -33,6 +33,7 @@ public:
         auto made = item_.folder->create(entry_.undoTemporary);
         if (!made) {
             outcome_.failure = systemFailure(made.error());
+            outcome_.decided = made.error().kind == ErrorKind::exists || isFree(entry_.undoTemporary);
             return std::move(outcome_);
         }
         outcome_.failure = fill(**made);
@@ -111,9 +112,12 @@ private:
             return systemFailure({ErrorKind::cancelled, 0, {}});
         exchangeTried_ = true;
         const Status exchanged = item_.folder->exchange(entry_.undoTemporary, item_.name);
-        if (exchanged)
+        if (exchanged || isCopy(item_.name))
             return removeAside();
-        return exchanged.error().kind == ErrorKind::notSupported ? replaceLink() : systemFailure(exchanged.error());
+        if (exchanged.error().kind != ErrorKind::notSupported)
+            return systemFailure(exchanged.error());
+        exchangeTried_ = false;
+        return replaceLink();
     }
 
     // What came aside is looked at: between the check and the exchange anything may have taken the place.
@@ -122,7 +126,7 @@ private:
         auto obstacle = notThatLink(*item_.folder, entry_.undoTemporary, entry_);
         if (!obstacle) {
             const Status removed = item_.folder->remove(entry_.undoTemporary);
-            if (removed || removed.error().kind == ErrorKind::notFound)
+            if (removed || isFree(entry_.undoTemporary))
                 return {};
             obstacle = systemFailure(removed.error());
         }
@@ -135,19 +139,29 @@ private:
     {
         if (auto obstacle = notThatLink(*item_.folder, item_.name, entry_))
             return obstacle;
-        return failureOf(item_.folder->replace(entry_.undoTemporary, item_.name));
+        const Status replaced = item_.folder->replace(entry_.undoTemporary, item_.name);
+        return isCopy(item_.name) ? Failure{} : failureOf(replaced);
+    }
+
+    // A failure may be told of what has happened nevertheless, so the names themselves are asked.
+    bool isFree(NativeView name) const
+    {
+        const auto there = item_.folder->look(name);
+        return !there && there.error().kind == ErrorKind::notFound;
+    }
+
+    bool isCopy(NativeView name) const
+    {
+        const auto there = item_.folder->look(name);
+        return there && copyIs_.known() && there->identity == copyIs_;
     }
 
     // After an exchange that failed on the way the name may hold the old file, which is for settling.
     void dropCopy()
     {
-        const auto there = item_.folder->look(entry_.undoTemporary);
-        if (!there)
-            outcome_.decided = there.error().kind == ErrorKind::notFound;
-        else if (exchangeTried_ && !(copyIs_.known() && there->identity == copyIs_))
-            outcome_.decided = false;
-        else
-            outcome_.decided = item_.folder->remove(entry_.undoTemporary).ok();
+        const bool ours = !exchangeTried_ || isCopy(entry_.undoTemporary);
+        outcome_.decided = ours && item_.folder->remove(entry_.undoTemporary).ok();
+        outcome_.decided = outcome_.decided || isFree(entry_.undoTemporary);
     }
 
     const JournalEntry& entry_;

@@ -20,6 +20,13 @@ Status restore(const JournalEntry& entry, const PassPorts& ports)
     return ports.operations.restore(entry.trashed, place);
 }
 
+bool isBack(const JournalEntry& entry, const PassPorts& ports)
+{
+    const auto folder = ports.held.openFolder(entry.intent.item.parent_path());
+    const auto there = folder ? folder.value()->look(entry.intent.item.filename().native()) : folder.error();
+    return there && there->identity.known() && there->identity == entry.intent.itemWas.identity;
+}
+
 }  // namespace
 
 StepOutcome bringFromTrash(const JournalEntry& entry, const PassPorts& ports)
@@ -32,6 +39,8 @@ StepOutcome bringFromTrash(const JournalEntry& entry, const PassPorts& ports)
     // An error may also come from what follows the move: only what lies in the trash still has surely not moved.
     const auto now = trashObstacle(entry, ports);
     const bool stillThere = !now || now->fault == CleanupFault::placeTaken;
+    if (!stillThere && isBack(entry, ports))
+        return {};
     return {failureOf(restored.error()), {}, stillThere};
 }
 
