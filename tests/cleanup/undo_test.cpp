@@ -185,20 +185,15 @@ private:
     Journals journals_{platform_->files(), platform_->output(), tree.path("state")};
 };
 
-std::string longContents()
-{
-    std::string text;
-    for (int line = 0; text.size() < (3u << 20); ++line)
-        text += std::to_string(line) + '\n';
-    return text;
-}
+// More than is copied at once.
+const std::string longContents((1u << 20) + 3, 'x');
 
 TEST(UndoRun, TakesEveryKindBackAsItWas)
 {
     for (const bool canExchange : {true, false}) {
         World world;
         world.faults.canExchange = canExchange;
-        const std::string contents = longContents();
+        const std::string& contents = longContents;
         world.tree.write("files/kept", contents);
         const std::vector<std::pair<Deed, std::string>> deeds = {
             {hard, "files/" + std::string(200, 'h')},
@@ -339,8 +334,8 @@ void atEveryMoment(Deed deed, const std::function<void(World&, CancelFlag&)>& me
     for (int operation = 1;; ++operation) {
         SCOPED_TRACE(operation);
         World world;
-        world.tree.write("files/k", longContents());
-        world.tree.write("files/i", longContents());
+        world.tree.write("files/k", longContents);
+        world.tree.write("files/i", longContents);
         if (!world.carryOut(deed, "files/i", "files/k"))
             return;
         CancelFlag cancel;
@@ -367,7 +362,7 @@ TEST(UndoRun, CancelledAtAnyMomentLeavesTheLinkOrTheFile)
                 EXPECT_TRUE(outcome.restored == 1 || outcome.cancelled);
                 EXPECT_EQ(world.names().size(), 2u) << "no temporary name is left";
                 EXPECT_TRUE(world.ended);
-                EXPECT_EQ(world.tree.read("files/i"), longContents());
+                EXPECT_EQ(world.tree.read("files/i"), longContents);
                 EXPECT_EQ(world.undo().restored, outcome.restored == 1 ? 0u : 1u) << "the next one goes on";
             });
     }
@@ -386,7 +381,7 @@ TEST(UndoRun, WhatTakesThePlaceAtAnyMomentStays)
             },
             [&](World& world, const UndoOutcome&) {
                 EXPECT_EQ(world.tree.read("files/i"), "new");
-                EXPECT_EQ(world.tree.read("files/k"), longContents());
+                EXPECT_EQ(world.tree.read("files/k"), longContents);
                 EXPECT_EQ(world.names().size(), 2u);
             });
     }
