@@ -25,12 +25,12 @@ bool folderIsGone(const std::filesystem::path& item, const FileStamp& was, FileS
     }
 }
 
-ItemPlace::ItemPlace(const JournalEntry& entry, const PassPorts& ports)
+EntryPlace::EntryPlace(const JournalEntry& entry, const PassPorts& ports)
     : entry_(entry), ports_(ports), name_(entry.intent.item.filename().native())
 {
 }
 
-Status ItemPlace::open()
+Status EntryPlace::open()
 {
     auto folder = ports_.held.openFolder(entry_.intent.item.parent_path());
     if (!folder)
@@ -39,12 +39,12 @@ Status ItemPlace::open()
     return {};
 }
 
-std::filesystem::path ItemPlace::pathOf(const NativeString& name) const
+std::filesystem::path EntryPlace::pathOf(const NativeString& name) const
 {
     return name.empty() ? std::filesystem::path() : entry_.intent.item.parent_path() / name;
 }
 
-Result<Found> ItemPlace::at(const NativeString& name) const
+Result<Found> EntryPlace::at(const NativeString& name) const
 {
     if (name.empty())
         return Found::nothing;
@@ -61,7 +61,7 @@ Result<Found> ItemPlace::at(const NativeString& name) const
                                                                                             : Found::other;
 }
 
-bool ItemPlace::leadsToKept(const NativeString& name) const
+bool EntryPlace::leadsToKept(const NativeString& name) const
 {
     const auto target = folder_->readLink(name);
     if (target && *target == entry_.intent.kept)
@@ -70,25 +70,25 @@ bool ItemPlace::leadsToKept(const NativeString& name) const
     return leadsTo && entry_.intent.keptWas.identity.known() && isThatFile(*leadsTo, entry_.intent.keptWas);
 }
 
-bool ItemPlace::isSymbolic(const NativeString& name) const
+bool EntryPlace::isSymbolic(const NativeString& name) const
 {
     const auto now = folder_->look(name);
     return now && now->kind == FileKind::link;
 }
 
-Result<std::unique_ptr<HeldFile>> ItemPlace::openKept() const
+Result<std::unique_ptr<HeldFile>> EntryPlace::openKept() const
 {
     const std::filesystem::path& kept = entry_.intent.kept;
     const auto folder = ports_.held.openFolder(kept.parent_path());
     return folder ? folder.value()->open(kept.filename().native()) : folder.error();
 }
 
-Result<std::unique_ptr<HeldFile>> ItemPlace::contentOf(const NativeString& link)
+Result<std::unique_ptr<HeldFile>> EntryPlace::contentOf(const NativeString& link)
 {
     return isSymbolic(link) ? openKept() : folder_->open(link);
 }
 
-bool ItemPlace::sameContent(const NativeString& a, const NativeString& b)
+bool EntryPlace::sameContent(const NativeString& a, const NativeString& b)
 {
     const auto fileA = contentOf(a);
     const auto fileB = contentOf(b);
@@ -98,7 +98,7 @@ bool ItemPlace::sameContent(const NativeString& a, const NativeString& b)
     return same && *same;
 }
 
-bool ItemPlace::hasAnotherName(const NativeString& name) const
+bool EntryPlace::hasAnotherName(const NativeString& name) const
 {
     const auto now = folder_->look(name);
     if (!now)
@@ -111,18 +111,18 @@ bool ItemPlace::hasAnotherName(const NativeString& name) const
     return keptNow && now->identity.known() && keptNow->identity == now->identity && pathOf(name) != entry_.intent.kept;
 }
 
-Status ItemPlace::drop(const NativeString& name)
+Status EntryPlace::drop(const NativeString& name)
 {
     const Status removed = folder_->remove(name);
     return removed || removed.error().kind == ErrorKind::notFound ? Status() : removed;
 }
 
-Verdict ItemPlace::undecided(CleanupFault fault, const Error& error, const NativeString& left) const
+Verdict EntryPlace::undecided(CleanupFault fault, const Error& error, const NativeString& left) const
 {
     return {std::nullopt, LinkKind::none, Unsettled{entry_.intent.item, pathOf(left), {fault, error}}};
 }
 
-Verdict ItemPlace::decidedBut(EntryState state, CleanupFault fault, const NativeString& left) const
+Verdict EntryPlace::decidedBut(EntryState state, CleanupFault fault, const NativeString& left) const
 {
     return {state, LinkKind::none, Unsettled{entry_.intent.item, pathOf(left), {fault, {}}}};
 }

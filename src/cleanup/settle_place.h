@@ -24,9 +24,9 @@ enum class Found : std::uint8_t {
 };
 
 // The folder of an item, held. One thread; entry and ports outlive it.
-class ItemPlace {
+class EntryPlace {
 public:
-    ItemPlace(const JournalEntry& entry, const PassPorts& ports);
+    EntryPlace(const JournalEntry& entry, const PassPorts& ports);
 
     [[nodiscard]] Status open();
     [[nodiscard]] HeldFolder& folder() { return *folder_; }

@@ -157,7 +157,7 @@ private:
 
     const JournalEntry& entry_;
     const PassPorts& ports_;
-    ItemPlace place_;
+    EntryPlace place_;
     Found item_ = Found::nothing;
     std::array<Spare, 2> spares_;
 };

@@ -127,7 +127,7 @@ private:
 
     const JournalEntry& entry_;
     const PassPorts& ports_;
-    ItemPlace place_;
+    EntryPlace place_;
     const NativeString& spare_;
 };
 
