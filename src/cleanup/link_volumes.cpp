@@ -20,8 +20,16 @@ std::uint64_t driveNumber(const ShellItem& item, const PathRules& paths)
     return path[0] >= 'A' && path[0] <= 'Z' ? static_cast<std::uint64_t>(path[0] - 'A') + 1 : 0;
 }
 
+// Between two places at which one volume is mounted no link is possible, which says nothing of links within either.
+bool isBetweenMounts(const Error& error)
+{
+    return error.systemCode == static_cast<int>(std::errc::cross_device_link);
+}
+
 bool speaksOfVolume(const Error& error)
 {
+    if (isBetweenMounts(error))
+        return false;
     return error.kind == ErrorKind::notSupported ||
            (error.kind == ErrorKind::io && error.systemCode == static_cast<int>(std::errc::read_only_file_system));
 }

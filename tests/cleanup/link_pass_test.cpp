@@ -319,6 +319,9 @@ TEST(LinkVolumes, RememberFailuresByDriveLetterOrVolume)
     EXPECT_EQ(volumeKey(*fileAt("\\\\?\\c:\\y"), *rules), 3u);
     volumes.failed(*fileAt("\\\\server\\share\\a", {9, 1}), denied);
     EXPECT_FALSE(volumes.refuses(*fileAt("\\\\server\\share\\b", {9, 2}))) << "a folder without rights";
+    const Error crossing{ErrorKind::notSupported, static_cast<int>(std::errc::cross_device_link), {}};
+    volumes.failed(*fileAt("\\\\server\\share\\a", {9, 1}), crossing);
+    EXPECT_FALSE(volumes.refuses(*fileAt("\\\\server\\share\\b", {9, 2}))) << "a second mount of one volume";
     volumes.failed(*fileAt("\\\\server\\share\\a", {9, 1}), unable);
     EXPECT_TRUE(volumes.refuses(*fileAt("\\\\server\\share\\b", {9, 2})));
     volumes.failed(*fileAt("\\\\other\\share\\a"), unable);
