@@ -109,7 +109,7 @@ private:
         BatchItem& item = batch_[turns_[removal]];
         if (run_.isStopped())
             return false;
-        item.failure = guards_.recheck(item.pair, command(item.command));
+        item.failure = guards_.recheck(item.pair);
         return !item.failure;
     }
 

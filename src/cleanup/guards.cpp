@@ -1,5 +1,6 @@
 #include "cleanup/guards.h"
 
+#include "cleanup/content_check.h"
 #include "cleanup/folder_nesting.h"
 #include "cleanup/held_folders.h"
 #include "cleanup/item_links.h"
@@ -56,7 +57,7 @@ public:
         return pair;
     }
 
-    Failure recheck(const HeldPair& pair, const CleanupCommand& command)
+    Failure recheck(const HeldPair& pair)
     {
         const auto item = pair.folder->look(pair.name);
         if (!item)
@@ -70,8 +71,6 @@ public:
             return because(CleanupFault::keptChanged);
         if (areOneFile(item->identity, kept->identity) && item->links < 2)
             return because(CleanupFault::sameFile);
-        if (isLinking(command) && pair.item && pair.item->isBeingWritten())
-            return because(CleanupFault::beingWritten);
         return std::nullopt;
     }
 
@@ -215,7 +214,7 @@ private:
             return because(CleanupFault::different);
         if (!inFull || areOneFile(pair.itemNow.identity, pair.keptNow.identity))
             return std::nullopt;
-        const auto same = sameContents(*pair.item, *pair.kept, cancel_);
+        const auto same = contents_.areEqual(*pair.item, *pair.kept, pair.itemNow.size, cancel_);
         if (!same)
             return CleanupFailure{CleanupFault::system, same.error()};
         return *same ? std::nullopt : Failure(because(CleanupFault::different));
@@ -228,6 +227,7 @@ private:
     MarkedFiles marked_;
     HeldFolders folders_;
     KeptFiles keptFiles_;
+    ContentCheck contents_;
 };
 
 Guards::Guards(const PassPorts& ports, const PassOptions& options, const ResultsModel& model, const CleanupPlan& plan,
@@ -243,9 +243,9 @@ std::variant<HeldPair, CleanupFailure> Guards::hold(const CleanupCommand& comman
     return impl_->hold(command, kept);
 }
 
-std::optional<CleanupFailure> Guards::recheck(const HeldPair& pair, const CleanupCommand& command)
+std::optional<CleanupFailure> Guards::recheck(const HeldPair& pair)
 {
-    return impl_->recheck(pair, command);
+    return impl_->recheck(pair);
 }
 
 void Guards::keep(ItemId item)

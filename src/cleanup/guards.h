@@ -37,8 +37,9 @@ public:
     // the plan's unless another original took its place. `cancelled` as an error of fault `system`.
     [[nodiscard]] std::variant<HeldPair, CleanupFailure> hold(const CleanupCommand& command, ItemId kept);
 
-    // Right before the action: the handles and the names still say the same.
-    [[nodiscard]] std::optional<CleanupFailure> recheck(const HeldPair& pair, const CleanupCommand& command);
+    // Right before the action: the names still lead to the held files, and these are as they were. Whether somebody
+    // writes to an item is looked at here no more, since that shows for certain once the item has left its name.
+    [[nodiscard]] std::optional<CleanupFailure> recheck(const HeldPair& pair);
 
     // The item stays where it is after all, and may be relied on as a kept one.
     void keep(ItemId item);
@@ -51,7 +52,7 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-// Byte by byte, through the handles: true when equal.
+// Byte by byte, through the handles: true when equal. `cancelled` between two chunks.
 [[nodiscard]] Result<bool> sameContents(HeldFile& a, HeldFile& b, const CancelFlag& cancel);
 
 }  // namespace kelvane

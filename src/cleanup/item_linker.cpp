@@ -81,7 +81,7 @@ Status ItemLinker::makeSymbolic(const HeldPair& pair, const NativeString& tempor
 LinkAttempt ItemLinker::place(const HeldPair& pair, const NativeString& temporary, LinkKind kind)
 {
     LinkAttempt attempt;
-    attempt.placement = placeLink(pair, temporary, ports_.files);
+    attempt.placement = placeLink(pair, temporary, kind, ports_.files);
     attempt.kind = attempt.placement.state == Placed::done ? kind : LinkKind::none;
     return attempt;
 }

@@ -38,10 +38,26 @@ std::variant<HeldKept, CleanupFailure> KeptFiles::look(const ShellItem& kept)
         return lookFailure(now.error(), CleanupFault::keptChanged);
     if (!isAsSeen(*now, kept.info()))
         return CleanupFailure{CleanupFault::keptChanged, {}};
-    if (ports_.operations.isInTrash(held.path))
+    if (isInTrash(kept, held))
         return CleanupFailure{CleanupFault::keptInTrash, {}};
     held.now = *now;
     return held;
+}
+
+bool KeptFiles::isInTrash(const ShellItem& kept, const HeldKept& held)
+{
+    if (!held.file || isSeenThroughLink(kept))
+        return ports_.operations.isInTrash(held.path);
+    const auto [known, isNew] = trashFolders_.try_emplace(held.path.parent_path().native());
+    if (isNew)
+        known->second = ports_.operations.isInTrash(held.path);
+    return known->second;
+}
+
+void KeptFiles::release()
+{
+    last_.reset();
+    trashFolders_.clear();
 }
 
 // A held folder opens regular files only, so the links at the end of a path that a scan followed are taken one by one.

@@ -26,7 +26,7 @@ public:
 
     // Open, as the scan saw it, and outside any trash.
     [[nodiscard]] std::variant<HeldKept, CleanupFailure> hold(ItemId kept);
-    void release() { last_.reset(); }
+    void release();
 
 private:
     struct Known {
@@ -36,11 +36,13 @@ private:
 
     [[nodiscard]] std::variant<HeldKept, CleanupFailure> look(const ShellItem& kept);
     [[nodiscard]] Result<std::shared_ptr<HeldFile>> openThroughLinks(ItemPlace place);
+    [[nodiscard]] bool isInTrash(const ShellItem& kept, const HeldKept& held);
 
     const PassPorts& ports_;
     const ResultsModel& model_;
     HeldFolders& folders_;
     std::optional<Known> last_;
+    std::unordered_map<NativeString, bool> trashFolders_;  // whether files that lie directly in them are in a trash
 };
 
 }  // namespace kelvane

@@ -156,7 +156,7 @@ private:
 
     bool link(BatchItem& item, std::uint8_t ways)
     {
-        item.failure = guards_.recheck(item.pair, command(item));
+        item.failure = guards_.recheck(item.pair);
         if (item.failure)
             return fail(item);
         LinkAttempt attempt = linker_.link(item.pair, item.temporary, ways, shellItem(item), shellItem(item.kept));

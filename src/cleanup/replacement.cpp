@@ -14,9 +14,10 @@ public:
     {
     }
 
-    Placement run()
+    Placement run(LinkKind kind)
     {
-        const auto link = folder_.look(temporary_);
+        // Another name of the kept file is known; a symbolic link is a file of its own.
+        const Result<FileDetails> link = kind == LinkKind::hard ? pair_.keptNow : folder_.look(temporary_);
         if (!link)
             return {Placed::undecided, CleanupFailure{CleanupFault::system, link.error()}};
         link_ = *link;
@@ -146,9 +147,9 @@ bool isLinkToKept(const HeldPair& pair, const NativeString& name, const FileInfo
 
 }  // namespace
 
-Placement placeLink(const HeldPair& pair, const NativeString& temporary, FileSystem& files)
+Placement placeLink(const HeldPair& pair, const NativeString& temporary, LinkKind kind, FileSystem& files)
 {
-    return Replacement(pair, temporary, files).run();
+    return Replacement(pair, temporary, files).run(kind);
 }
 
 Placement abandonLink(const HeldPair& pair, const NativeString& temporary, CleanupFailure failure)

@@ -18,10 +18,11 @@ struct Placement {
     std::optional<CleanupFailure> failure;  // unless done
 };
 
-// The link that was made under `temporary` takes the item's name, the item leaves by `temporary` or asideName() of it,
-// what left is looked at and removed last. At every instant the item's name has the old file or the finished link;
-// whatever fails or proves to have changed meanwhile is put back.
-[[nodiscard]] Placement placeLink(const HeldPair& pair, const NativeString& temporary, FileSystem& files);
+// The hard or symbolic link that was made under `temporary` takes the item's name, the item leaves by `temporary` or
+// asideName() of it, what left is looked at and removed last. At every instant the item's name has the old file or the
+// finished link; whatever fails or proves to have changed meanwhile is put back.
+[[nodiscard]] Placement placeLink(const HeldPair& pair, const NativeString& temporary, LinkKind kind,
+                                  FileSystem& files);
 
 // After the link could not be made: a link that lies under the name all the same is removed.
 [[nodiscard]] Placement abandonLink(const HeldPair& pair, const NativeString& temporary, CleanupFailure failure);

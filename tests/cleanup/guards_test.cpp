@@ -25,7 +25,7 @@ std::string verdict(PassWorld& world, const std::function<void()>& meanwhile = {
         return std::string(nameOf(failure->fault));
     if (meanwhile)
         meanwhile();
-    const auto failure = guards.recheck(std::get<HeldPair>(answer), command);
+    const auto failure = guards.recheck(std::get<HeldPair>(answer));
     return std::string(failure ? nameOf(failure->fault) : held);
 }
 
