@@ -101,6 +101,20 @@ TEST_F(WindowsHeldFilesTest, AReplacementThatFailsLeavesBothAsTheyWere)
     EXPECT_TRUE(isReadOnly("old"));
 }
 
+TEST_F(WindowsHeldFilesTest, AFileWhoseNamesAreBoundGetsNoneThatCouldNotBeRemoved)
+{
+    write("file", "x");
+    const auto held = folder_->open(L"file");
+    ASSERT_TRUE(held.ok());
+    {
+        const Handle player(::CreateFileW(at("file").c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                          OPEN_EXISTING, 0, nullptr));
+        EXPECT_EQ(folder_->hardLink(**held, L"link").error().systemCode, ERROR_SHARING_VIOLATION);
+        EXPECT_EQ(folder_->look(L"link").error().kind, ErrorKind::notFound);
+    }
+    EXPECT_TRUE(folder_->hardLink(**held, L"link").ok());
+}
+
 TEST_F(WindowsHeldFilesTest, WritersAreNoticedAlsoOfReadOnlyFiles)
 {
     write("file", "x");

@@ -19,8 +19,8 @@ void hide(const std::filesystem::path& path);
 // The path in a form in which a file is opened whatever its name and length.
 [[nodiscard]] std::filesystem::path openable(const std::filesystem::path& path);
 
-// Whether open files can be replaced, are gone at once when they are removed, and are found under the name that they
-// were given meanwhile. Wine can none of that.
+// Whether open files are gone at once when they are removed, and are found under the name that they were given
+// meanwhile. Wine can neither.
 [[nodiscard]] bool openFilesMove();
 
 // Names that the file system takes and careless programs stumble over.

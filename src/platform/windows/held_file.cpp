@@ -13,10 +13,12 @@ namespace {
 
 constexpr DWORD mostAtOnce = 64 * 1024 * 1024;
 
-// Whether somebody has the file open in a way that goes against this access while nobody else may write.
-bool isInTheWay(HANDLE file, DWORD access)
+constexpr DWORD nobodyWrites = FILE_SHARE_READ | FILE_SHARE_DELETE;
+
+// Whether somebody has the file open in a way that goes against this access, or against what others may do meanwhile.
+bool isInTheWay(HANDLE file, DWORD access, DWORD others)
 {
-    const Handle again(::ReOpenFile(file, access, FILE_SHARE_READ | FILE_SHARE_DELETE, 0));
+    const Handle again(::ReOpenFile(file, access, others, 0));
     return !again.valid() && ::GetLastError() == ERROR_SHARING_VIOLATION;
 }
 
@@ -72,7 +74,8 @@ Result<std::uint64_t> WindowsHeldFile::sharedBytes() const
 // failures (no right to write) say nothing about use.
 bool WindowsHeldFile::isBeingWritten() const
 {
-    return isInTheWay(file_.get(), FILE_READ_DATA) || isInTheWay(file_.get(), FILE_WRITE_DATA);
+    return isInTheWay(file_.get(), FILE_READ_DATA, nobodyWrites) ||
+           isInTheWay(file_.get(), FILE_WRITE_DATA, nobodyWrites);
 }
 
 Status WindowsHeldFile::shareBlocks(HeldFile& /*source*/)
@@ -80,9 +83,9 @@ Status WindowsHeldFile::shareBlocks(HeldFile& /*source*/)
     return osError(ERROR_NOT_SUPPORTED);
 }
 
-FileIdentity WindowsHeldFile::identity() const
+bool WindowsHeldFile::keepsItsNames() const
 {
-    return identityOf(file_.get());
+    return isInTheWay(file_.get(), DELETE, shareAll);
 }
 
 Result<std::wstring> WindowsHeldFile::currentName() const

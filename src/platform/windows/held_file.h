@@ -5,14 +5,19 @@
 #include <string>
 
 #include "platform/held_files.h"
-#include "platform/windows/handle.h"
+#include "platform/windows/open_files.h"
 
 namespace kelvane::windows_os {
 
 // The handle reads and shares everything.
 class WindowsHeldFile final : public HeldFile {
 public:
-    WindowsHeldFile(std::wstring name, Handle file) : name_(std::move(name)), file_(std::move(file)) {}
+    WindowsHeldFile(std::wstring name, Handle file, std::shared_ptr<OpenFiles> all)
+        : name_(std::move(name)), file_(std::move(file)), all_(std::move(all))
+    {
+        all_->add(file_);
+    }
+    ~WindowsHeldFile() override { all_->remove(file_); }
 
     Result<FileDetails> details() const override;
     Result<std::size_t> readAt(std::uint64_t offset, std::span<std::byte> buffer) override;
@@ -23,13 +28,16 @@ public:
     // No call of this system compares the bytes itself.
     Status shareBlocks(HeldFile& source) override;
 
-    [[nodiscard]] FileIdentity identity() const;
+    // Whether another program has it open so that none of its names may be changed or removed.
+    [[nodiscard]] bool keepsItsNames() const;
+    [[nodiscard]] FileIdentity identity() const { return file_.identity(); }
     // A name that leads to the file now, in the system's form: the one that it was opened by as long as that is so.
     [[nodiscard]] Result<std::wstring> currentName() const;
 
 private:
     std::wstring name_;
-    Handle file_;
+    OpenFile file_;
+    std::shared_ptr<OpenFiles> all_;
 };
 
 // As HeldFolder::create. The file takes its access rights from its folder, as every new file here does.

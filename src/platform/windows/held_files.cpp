@@ -31,8 +31,8 @@ Error badName()
 // links were followed once, stays good for all that is done by it.
 class WindowsHeldFolder final : public HeldFolder {
 public:
-    WindowsHeldFolder(fs::path asked, std::wstring place, Handle folder)
-        : asked_(std::move(asked)), place_(std::move(place)), folder_(std::move(folder))
+    WindowsHeldFolder(fs::path asked, std::wstring place, Handle folder, std::shared_ptr<OpenFiles> open)
+        : asked_(std::move(asked)), place_(std::move(place)), folder_(std::move(folder)), open_(std::move(open))
     {
         if (!place_.ends_with(L'\\'))
             place_ += L'\\';
@@ -53,7 +53,7 @@ public:
         auto file = openRegularHandle(path, ReadPattern::sequential, Links::asThemselves);
         if (!file)
             return file.error();
-        return std::unique_ptr<HeldFile>(std::make_unique<WindowsHeldFile>(std::move(path), std::move(*file)));
+        return std::unique_ptr<HeldFile>(std::make_unique<WindowsHeldFile>(std::move(path), std::move(*file), open_));
     }
 
     Result<std::unique_ptr<NewFile>> create(NativeView name) override
@@ -66,6 +66,9 @@ public:
         const auto held = dynamic_cast<WindowsHeldFile*>(&file);
         if (held == nullptr || !isSingleName(name))
             return badName();
+        // A new name could be neither moved nor removed again as long as that program runs.
+        if (held->keepsItsNames())
+            return osError(ERROR_SHARING_VIOLATION);
         const auto source = held->currentName();
         if (!source)
             return source.error();
@@ -92,7 +95,14 @@ public:
 
     Status replace(NativeView from, NativeView to) override
     {
-        return isSingleName(from) && isSingleName(to) ? replaceFile(in(from), in(to)) : badName();
+        if (!isSingleName(from) || !isSingleName(to))
+            return badName();
+        const Status replaced = replaceOpenFile(in(from), in(to));
+        if (replaced || replaced.error().kind != ErrorKind::notSupported)
+            return replaced;
+        const auto old = look(to);
+        const LetGo meanwhile(*open_, old ? old->identity : FileIdentity{}, folder_.get());
+        return replaceClosedFile(in(from), in(to));
     }
 
     Status rename(NativeView from, NativeView to) override
@@ -142,6 +152,7 @@ private:
     fs::path asked_;
     std::wstring place_;  // in the system's form, with "\" at its end
     Handle folder_;
+    std::shared_ptr<OpenFiles> open_;
 };
 
 class WindowsHeldFiles final : public HeldFiles {
@@ -163,10 +174,13 @@ public:
         if (auto now = pathOfHandle(handle.get()); now && leadsTo(*now, handle.get()))
             place = std::move(*now);
         return std::unique_ptr<HeldFolder>(
-            std::make_unique<WindowsHeldFolder>(folder, std::move(place), std::move(handle)));
+            std::make_unique<WindowsHeldFolder>(folder, std::move(place), std::move(handle), open_));
     }
 
     bool isTooManyLinks(const Error& error) const override { return error.systemCode == ERROR_TOO_MANY_LINKS; }
+
+private:
+    std::shared_ptr<OpenFiles> open_ = std::make_shared<OpenFiles>();
 };
 
 }  // namespace

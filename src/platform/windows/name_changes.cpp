@@ -100,22 +100,6 @@ DWORD replaceByPath(const std::wstring& from, const std::wstring& to)
     return codeOf(::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
 }
 
-// This call refuses read-only targets, and open ones, so that the handle that makes it writable has to be closed; what
-// failed puts the attribute back.
-DWORD replaceWritable(const std::wstring& from, const std::wstring& to)
-{
-    const DWORD attributes = ::GetFileAttributesW(to.c_str());
-    const bool isReadOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    if (!isReadOnly)
-        return replaceByPath(from, to);
-    if (::SetFileAttributesW(to.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0)
-        return ::GetLastError();
-    const DWORD code = replaceByPath(from, to);
-    if (code != ERROR_SUCCESS)
-        ::SetFileAttributesW(to.c_str(), attributes);
-    return code;
-}
-
 // An older system that knows this rename but not the bit for read-only targets.
 DWORD replaceOpenWritable(HANDLE file, const std::wstring& to)
 {
@@ -140,20 +124,32 @@ Status renameFile(const std::wstring& from, const std::wstring& to)
     return statusOf(codeOf(::MoveFileExW(from.c_str(), to.c_str(), 0)));
 }
 
-Status replaceFile(const std::wstring& from, const std::wstring& to)
+Status replaceOpenFile(const std::wstring& from, const std::wstring& to)
 {
-    DWORD code = ERROR_SUCCESS;
-    {
-        const Handle file = openItself(from, toRename | FILE_READ_ATTRIBUTES);
-        if (!file.valid())
-            return lastError();
-        if (leadsTo(to, file.get()))
-            return {};
-        code = renameByHandle(file.get(), to, replacing | alsoOpenOnes | alsoReadOnlyTarget);
-        if (isUnknown(code))
-            code = replaceOpenWritable(file.get(), to);
-    }
-    return statusOf(isUnknown(code) ? replaceWritable(from, to) : code);
+    const Handle file = openItself(from, toRename | FILE_READ_ATTRIBUTES);
+    if (!file.valid())
+        return lastError();
+    if (leadsTo(to, file.get()))
+        return {};
+    DWORD code = renameByHandle(file.get(), to, replacing | alsoOpenOnes | alsoReadOnlyTarget);
+    if (isUnknown(code))
+        code = replaceOpenWritable(file.get(), to);
+    return statusOf(isUnknown(code) ? DWORD{ERROR_NOT_SUPPORTED} : code);
+}
+
+// This call refuses read-only targets, and open ones, so that the attribute goes by the name; what failed puts it back.
+Status replaceClosedFile(const std::wstring& from, const std::wstring& to)
+{
+    const DWORD attributes = ::GetFileAttributesW(to.c_str());
+    const bool isReadOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (!isReadOnly)
+        return statusOf(replaceByPath(from, to));
+    if (::SetFileAttributesW(to.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) == 0)
+        return lastError();
+    const DWORD code = replaceByPath(from, to);
+    if (code != ERROR_SUCCESS)
+        ::SetFileAttributesW(to.c_str(), attributes);
+    return statusOf(code);
 }
 
 Handle openToRemove(const std::wstring& name)

@@ -12,8 +12,11 @@ namespace kelvane::windows_os {
 // As HeldFolder::rename.
 [[nodiscard]] Status renameFile(const std::wstring& from, const std::wstring& to);
 
-// As HeldFolder::replace. A file system that knows no other rename refuses it while somebody has `to` open.
-[[nodiscard]] Status replaceFile(const std::wstring& from, const std::wstring& to);
+// As HeldFolder::replace, and those who have `to` open keep their file; `notSupported` on systems and file systems that
+// know no such rename.
+[[nodiscard]] Status replaceOpenFile(const std::wstring& from, const std::wstring& to);
+// The same where nobody has `to` open; accessDenied otherwise.
+[[nodiscard]] Status replaceClosedFile(const std::wstring& from, const std::wstring& to);
 
 // Opens what has this name itself, so that it can be looked at and then removed by removeOpen().
 [[nodiscard]] Handle openToRemove(const std::wstring& name);
