@@ -3,6 +3,15 @@
 #include "cleanup/guards.h"
 
 namespace kelvane {
+namespace {
+
+// A file that is not there holds nothing; one that cannot be looked at may.
+Result<bool> unlessMissing(const Error& error)
+{
+    return error.kind == ErrorKind::notFound || error.kind == ErrorKind::wrongType ? Result<bool>(false) : error;
+}
+
+}  // namespace
 
 bool isThatFile(const FileInfo& now, const FileStamp& was)
 {
@@ -55,9 +64,9 @@ Result<Found> EntryPlace::at(const NativeString& name) const
     if (isThatFile(*now, intent.itemWas))
         return Found::old;
     if (now->kind == FileKind::link)
-        return leadsToKept(name) ? Found::link : Found::other;
+        return leadsToKept(name) ? Found::symbolicLink : Found::other;
     const bool oneVolume = intent.itemWas.identity.volume == intent.keptWas.identity.volume;
-    return oneVolume && intent.keptWas.identity.known() && isThatFile(*now, intent.keptWas) ? Found::link
+    return oneVolume && intent.keptWas.identity.known() && isThatFile(*now, intent.keptWas) ? Found::hardLink
                                                                                             : Found::other;
 }
 
@@ -70,12 +79,6 @@ bool EntryPlace::leadsToKept(const NativeString& name) const
     return leadsTo && entry_.intent.keptWas.identity.known() && isThatFile(*leadsTo, entry_.intent.keptWas);
 }
 
-bool EntryPlace::isSymbolic(const NativeString& name) const
-{
-    const auto now = folder_->look(name);
-    return now && now->kind == FileKind::link;
-}
-
 Result<std::unique_ptr<HeldFile>> EntryPlace::openKept() const
 {
     const std::filesystem::path& kept = entry_.intent.kept;
@@ -83,32 +86,38 @@ Result<std::unique_ptr<HeldFile>> EntryPlace::openKept() const
     return folder ? folder.value()->open(kept.filename().native()) : folder.error();
 }
 
-Result<std::unique_ptr<HeldFile>> EntryPlace::contentOf(const NativeString& link)
+Result<std::unique_ptr<HeldFile>> EntryPlace::contentOf(const NativeString& name)
 {
-    return isSymbolic(link) ? openKept() : folder_->open(link);
+    auto own = folder_->open(name);
+    return own || own.error().kind != ErrorKind::wrongType ? std::move(own) : openKept();
 }
 
-bool EntryPlace::sameContent(const NativeString& a, const NativeString& b)
+Result<bool> EntryPlace::sameContent(const NativeString& a, const NativeString& b)
 {
     const auto fileA = contentOf(a);
     const auto fileB = contentOf(b);
-    if (!fileA || !fileB || (*fileA)->isBeingWritten() || (*fileB)->isBeingWritten())
+    if (!fileA || !fileB)
+        return unlessMissing(fileA ? fileB.error() : fileA.error());
+    if ((*fileA)->isBeingWritten() || (*fileB)->isBeingWritten())
         return false;
-    const auto same = sameContents(**fileA, **fileB, CancelFlag());
-    return same && *same;
+    return sameContents(**fileA, **fileB, CancelFlag());
 }
 
-bool EntryPlace::hasAnotherName(const NativeString& name) const
+Result<bool> EntryPlace::hasAnotherName(const NativeString& name) const
 {
     const auto now = folder_->look(name);
     if (!now)
-        return false;
+        return now.error();
     if (now->links > 1)
         return true;
     // Some systems do not count names.
     const auto kept = openKept();
-    const auto keptNow = kept ? (*kept)->details() : kept.error();
-    return keptNow && now->identity.known() && keptNow->identity == now->identity && pathOf(name) != entry_.intent.kept;
+    if (!kept)
+        return unlessMissing(kept.error());
+    const auto keptNow = (*kept)->details();
+    if (!keptNow)
+        return keptNow.error();
+    return now->identity.known() && keptNow->identity == now->identity && pathOf(name) != entry_.intent.kept;
 }
 
 Status EntryPlace::drop(const NativeString& name)

@@ -18,10 +18,16 @@ namespace kelvane {
 
 enum class Found : std::uint8_t {
     nothing,
-    old,   // the item as it was before
-    link,  // a link in its place: a name of the kept file, or a symbolic link to it
+    old,           // the item as it was before
+    hardLink,      // a name of the kept file
+    symbolicLink,  // leads to the kept file
     other,
 };
+
+[[nodiscard]] inline bool isLink(Found found)
+{
+    return found == Found::hardLink || found == Found::symbolicLink;
+}
 
 // The folder of an item, held. One thread; entry and ports outlive it.
 class EntryPlace {
@@ -34,15 +40,14 @@ public:
     [[nodiscard]] std::filesystem::path pathOf(const NativeString& name) const;
 
     [[nodiscard]] Result<Found> at(const NativeString& name) const;
-    [[nodiscard]] bool isSymbolic(const NativeString& name) const;
 
-    // The bytes that a link under this name shows: its own or those of the kept file.
-    [[nodiscard]] Result<std::unique_ptr<HeldFile>> contentOf(const NativeString& link);
+    // The file whose bytes are shown under this name: its own, or the kept one behind a symbolic link.
+    [[nodiscard]] Result<std::unique_ptr<HeldFile>> contentOf(const NativeString& name);
     [[nodiscard]] Result<std::unique_ptr<HeldFile>> openKept() const;
-    // Byte by byte; false also where one of them cannot be read or is being written.
-    [[nodiscard]] bool sameContent(const NativeString& a, const NativeString& b);
+    // Byte by byte; false also where one of them is no file or is being written.
+    [[nodiscard]] Result<bool> sameContent(const NativeString& a, const NativeString& b);
     // Whether the file has another name somewhere than this one.
-    [[nodiscard]] bool hasAnotherName(const NativeString& name) const;
+    [[nodiscard]] Result<bool> hasAnotherName(const NativeString& name) const;
 
     // Takes a name away of which somebody made sure that it is not the only one of its content.
     [[nodiscard]] Status drop(const NativeString& name);

@@ -24,16 +24,15 @@ public:
         switch (item_) {
         case Found::old:
             return cleared(EntryState::notDone);
-        case Found::link:
+        case Found::hardLink:
+        case Found::symbolicLink:
             return old() != nullptr ? complete(*old()) : cleared(EntryState::done);
         case Found::nothing:
             return old() != nullptr ? putIntoFreePlace(*old()) : nothingThere();
         case Found::other:
             break;
         }
-        if (old() != nullptr)
-            return place_.undecided(CleanupFault::placeTaken, {}, old()->name);
-        return cleared(EntryState::notDone);
+        return old() != nullptr ? leave(*old()) : cleared(EntryState::notDone);
     }
 
 private:
@@ -78,7 +77,8 @@ private:
     // The old file goes when the link shows the same bytes; else it comes back.
     Verdict complete(Spare& old)
     {
-        if (!place_.sameContent(place_.name(), old.name))
+        const auto same = place_.sameContent(place_.name(), old.name);
+        if (!same || !*same)
             return takeBack(old);
         const Status flushed = place_.folder().flush();
         const Status dropped = flushed ? place_.drop(old.name) : flushed;
@@ -90,11 +90,14 @@ private:
 
     Verdict takeBack(Spare& old)
     {
-        const bool mayBeReplaced = place_.isSymbolic(place_.name()) || place_.hasAnotherName(place_.name());
+        const auto mayBeReplaced =
+            item_ == Found::symbolicLink ? Result<bool>(true) : place_.hasAnotherName(place_.name());
         if (!mayBeReplaced)
+            return place_.undecided(CleanupFault::system, mayBeReplaced.error(), old.name);
+        if (!*mayBeReplaced)
             return place_.undecided(CleanupFault::keptChanged, {}, old.name);
         const Status exchanged = place_.folder().exchange(old.name, place_.name());
-        old.found = exchanged ? Found::link : Found::nothing;
+        old.found = exchanged ? item_ : Found::nothing;
         const Status back = !exchanged && exchanged.error().kind == ErrorKind::notSupported
                                 ? place_.folder().replace(old.name, place_.name())
                                 : exchanged;
@@ -116,6 +119,14 @@ private:
         return cleared(EntryState::notDone);
     }
 
+    // Somebody else's file has the place.
+    Verdict leave(Spare& old)
+    {
+        old.found = Found::nothing;  // for clearing, which is to leave it alone
+        (void)cleared(EntryState::notDone);
+        return place_.undecided(CleanupFault::placeTaken, {}, old.name);
+    }
+
     // Somebody else has taken the item away; the kept file should have what was in it.
     Verdict nothingThere()
     {
@@ -130,29 +141,31 @@ private:
     {
         Verdict verdict{state, LinkKind::none, std::nullopt};
         if (state == EntryState::done)
-            verdict.link = place_.isSymbolic(place_.name()) ? LinkKind::symbolic : LinkKind::hard;
+            verdict.link = item_ == Found::symbolicLink ? LinkKind::symbolic : LinkKind::hard;
         for (const Spare& spare : spares_) {
             if (spare.found == Found::nothing)
                 continue;
-            if (!maySpare(spare)) {
-                verdict.told = place_.decidedBut(state, CleanupFault::changed, spare.name).told;
-                continue;
-            }
-            if (const Status dropped = place_.drop(spare.name); !dropped)
+            const auto spareable = maySpare(spare);
+            const Status dropped = !spareable ? spareable.error() : *spareable ? place_.drop(spare.name) : Status();
+            if (!dropped)
                 return place_.undecided(CleanupFault::system, dropped.error(), spare.name);
+            if (!*spareable)
+                verdict.told = place_.decidedBut(state, CleanupFault::changed, spare.name).told;
         }
         return verdict;
     }
 
     // Whether what it leads to is there under another name, or its content is.
-    bool maySpare(const Spare& spare)
+    Result<bool> maySpare(const Spare& spare)
     {
-        if (spare.found == Found::link && place_.isSymbolic(spare.name))
+        if (spare.found == Found::symbolicLink)
             return true;
         if (spare.found == Found::other)
             return false;
-        return place_.hasAnotherName(spare.name) ||
-               (item_ != Found::nothing && place_.sameContent(place_.name(), spare.name));
+        const auto named = place_.hasAnotherName(spare.name);
+        if (!named || *named || item_ == Found::nothing)
+            return named;
+        return place_.sameContent(place_.name(), spare.name);
     }
 
     const JournalEntry& entry_;

@@ -36,6 +36,11 @@ bool holdsNothingElse(HeldFile& copy, HeldFile& whole)
     return true;
 }
 
+bool isTrue(const Result<bool>& answer)
+{
+    return answer && *answer;
+}
+
 class Splitting {
 public:
     Splitting(const JournalEntry& entry, const PassPorts& ports)
@@ -56,7 +61,7 @@ public:
         if (*item == Found::nothing)
             return intoFreePlace(*spare);
         if (isTheLink(*spare))
-            return dropLink();
+            return dropLink(*spare);
         return *spare == Found::nothing ? Verdict{EntryState::undone, LinkKind::none, std::nullopt}
                                         : verified(CleanupFault::placeTaken);
     }
@@ -70,7 +75,7 @@ private:
     }
 
     // A clone is the item's own file still.
-    bool isTheLink(Found found) const { return found == (entry_.link == LinkKind::clone ? Found::old : Found::link); }
+    bool isTheLink(Found found) const { return entry_.link == LinkKind::clone ? found == Found::old : isLink(found); }
 
     Verdict backToLink(Found spare)
     {
@@ -83,10 +88,10 @@ private:
     }
 
     // The copy has its place, and the link came aside.
-    Verdict dropLink()
+    Verdict dropLink(Found spare)
     {
-        const bool spareable = place_.isSymbolic(spare_) || place_.hasAnotherName(spare_) ||
-                               place_.sameContent(place_.name(), spare_) || isPartOf(place_.openKept());
+        const bool spareable = spare == Found::symbolicLink || isTrue(place_.hasAnotherName(spare_)) ||
+                               isTrue(place_.sameContent(place_.name(), spare_)) || isPartOf(place_.openKept());
         return spareable ? dropped(EntryState::undone) : place_.undecided(CleanupFault::changed, {}, spare_);
     }
 
