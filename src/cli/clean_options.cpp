@@ -7,6 +7,8 @@
 #include "cli/arguments.h"
 #include "cli/choices.h"
 #include "cli/folder_names.h"
+#include "cli/problems.h"
+#include "cli/settings_in_force.h"
 #include "cli/view_options.h"
 
 namespace kelvane {
@@ -139,6 +141,51 @@ Status readAction(const RawClean& raw, CleanupRequest& action)
     return {};
 }
 
+// By its first bytes: the byte-order mark, and what every log begins with.
+bool isCleanupLog(const std::filesystem::path& path, FileSystem& files)
+{
+    constexpr std::array beginning = {std::byte{0xEF}, std::byte{0xBB}, std::byte{0xBF},
+                                      std::byte{'*'},  std::byte{'*'},  std::byte{'*'}};
+    const auto reader = files.openForReading(path, ReadPattern::sequential, Links::followed);
+    std::array<std::byte, beginning.size()> start{};
+    if (!reader)
+        return false;
+    const auto read = (*reader)->read(start);
+    return read && *read == start.size() && start == beginning;
+}
+
+// Asked before anything is done: afterwards nobody could choose another place.
+Status readLog(const RawClean& raw, FileSystem& files, std::filesystem::path& log)
+{
+    if (raw.log.empty())
+        return {};
+    log = namedFile(raw.log);
+    const auto folder = files.details(log.parent_path(), Links::followed);
+    if (!folder)
+        return invalid(raw.log + ": " + errorText(folder.error()));
+    const auto there = files.details(log, Links::followed);
+    if (!there && there.error().kind == ErrorKind::notFound)
+        return {};
+    if (!there)
+        return invalid(raw.log + ": " + errorText(there.error()));
+    if (there->kind != FileKind::regular || !isCleanupLog(log, files))
+        return invalid(filledText(TextId::notACleanupLog, {raw.log}));
+    return {};
+}
+
+Status readRunning(const RawClean& raw, CleanRequest& request)
+{
+    const auto progress = chooseProgress(raw.progress);
+    if (!progress)
+        return progress.error();
+    request.progress = *progress;
+    request.compareInFull = !raw.noCompare;
+    request.dryRun = raw.dryRun;
+    request.yes = raw.yes;
+    request.verbose = raw.verbose;
+    return {};
+}
+
 Status readFormat(const RawClean& raw, OutputFormat& format)
 {
     const std::string typed = raw.format.empty() ? (raw.json ? "json" : "text") : raw.format;
@@ -167,8 +214,13 @@ void addCleanOptions(CLI::App& app, RawClean& raw)
     add.flag("--delete", raw.toTrash, TextId::helpDelete);
     add.flag("--delete-permanently", raw.permanently, TextId::helpDeletePermanently);
     add.word("--link", raw.link, "KIND", TextId::helpLink);
+    add.flag("--no-compare", raw.noCompare, TextId::helpNoCompare);
     add.flag("--dry-run", raw.dryRun, TextId::helpDryRun);
+    add.flag("--yes", raw.yes, TextId::helpYes);
     add.group(TextId::groupOutput);
+    add.word("--log", raw.log, "FILE", TextId::helpLog);
+    add.flag("--verbose", raw.verbose, TextId::helpCleanVerbose);
+    add.word("--progress", raw.progress, "WORD", TextId::helpProgress);
     add.word("--format", raw.format, "WORD", TextId::describeFormatHelp);
     add.flag("--json", raw.json, TextId::helpJson);
     add.group(TextId::groupRun);
@@ -180,8 +232,9 @@ Result<CleanRequest> makeCleanRequest(const CLI::App& app, const RawClean& raw, 
 {
     CleanRequest request;
     const FolderNames names(scan, platform);
-    for (const Status& read : {readFormat(raw, request.format), readAction(raw, request.action),
-                               readMarks(app, raw, names, request.marks)}) {
+    for (const Status& read :
+         {readFormat(raw, request.format), readAction(raw, request.action), readMarks(app, raw, names, request.marks),
+          readRunning(raw, request), readLog(raw, platform.files(), request.log)}) {
         if (!read)
             return read.error();
     }

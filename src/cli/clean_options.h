@@ -1,6 +1,7 @@
 // What a clean-up is asked to do: which copies to keep, and what becomes of the others.
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,9 @@ namespace kelvane {
 // The words as they were typed.
 struct RawClean {
     std::vector<std::string> files, keep, keepUnder, prefer, protect;
-    std::string link, sort, format, settings;
-    bool toTrash = false, permanently = false, dryRun = false, json = false;
+    std::string link, log, sort, format, settings, progress = "auto";
+    bool toTrash = false, permanently = false, noCompare = false, yes = false, dryRun = false;
+    bool json = false, verbose = false;
 };
 
 struct CleanRequest {
@@ -29,6 +31,12 @@ struct CleanRequest {
     CleanupRequest action;
     std::vector<SortKey> sort;
     OutputFormat format = OutputFormat::text;
+    ProgressMode progress = ProgressMode::automatic;
+    std::filesystem::path log;  // empty: where the settings say so, if they do
+    bool compareInFull = true;
+    bool dryRun = false;
+    bool yes = false;
+    bool verbose = false;
 };
 
 // Declares the options; `raw` must outlive the parsing.

@@ -1,51 +1,23 @@
 #include "cli/clean_report.h"
 
 #include <algorithm>
+#include <array>
 #include <ostream>
-#include <utility>
 
 #include "base/filled_text.h"
 #include "base/size_text.h"
+#include "cli/clean_lines.h"
 #include "cli/printable.h"
-#include "cli/value_json.h"
 #include "platform/native_text.h"
 
 namespace kelvane {
 namespace {
-
-std::string pathOf(const ResultsModel& results, ItemId id)
-{
-    return bytesFromNative(results.item(id).file.item().fullName());
-}
-
-TextId lineOf(const CleanupCommand& command)
-{
-    if (command.action == CleanupAction::recycle)
-        return TextId::planTrash;
-    if (command.action == CleanupAction::deletePermanently)
-        return TextId::planDelete;
-    switch (command.link) {
-    case LinkKind::hard:
-        return TextId::planHardLink;
-    case LinkKind::symbolic:
-        return TextId::planSymbolicLink;
-    case LinkKind::clone:
-        return TextId::planClone;
-    default:
-        return TextId::planLink;
-    }
-}
 
 TextId sumsOf(CleanupAction action)
 {
     if (action == CleanupAction::link)
         return TextId::planSumsLink;
     return action == CleanupAction::recycle ? TextId::planSumsTrash : TextId::planSums;
-}
-
-std::string countedFiles(std::uint64_t count)
-{
-    return countedText(count, TextId::oneFile, TextId::manyFiles);
 }
 
 // The commands of a group follow one another.
@@ -57,42 +29,107 @@ std::uint64_t groupsOf(const CleanupPlan& plan)
     return groups;
 }
 
-Json commandJson(const DryRun& run, const CleanupCommand& command)
+Json waysJson(std::uint8_t ways)
 {
-    Json kept;
-    addPath(kept, pathOf(run.results, command.kept));
-    Json line;
-    addPath(line, pathOf(run.results, command.item));
+    Json words = Json::array();
+    for (const auto& [bit, kind] : {std::pair{link_way::clone, LinkKind::clone},
+                                    {link_way::hard, LinkKind::hard},
+                                    {link_way::symbolic, LinkKind::symbolic}}) {
+        if ((ways & bit) != 0)
+            words.push_back(nameOf(kind));
+    }
+    return words;
+}
+
+struct Loss {
+    std::uint8_t bit;
+    std::string_view word;  // for programs
+    TextId text;
+};
+constexpr std::array losses = {
+    Loss{metadata_loss::owner, "owner", TextId::lossOwner},
+    Loss{metadata_loss::permissions, "permissions", TextId::lossPermissions},
+    Loss{metadata_loss::times, "times", TextId::lossTimes},
+    Loss{metadata_loss::attributes, "attributes", TextId::lossAttributes},
+};
+
+Json lossesJson(std::uint8_t lost)
+{
+    Json words = Json::array();
+    for (const Loss& loss : losses) {
+        if ((lost & loss.bit) != 0)
+            words.push_back(loss.word);
+    }
+    return words;
+}
+
+Json commandJson(const PlanReport& report, const CleanupCommand& command)
+{
+    Json line = pathJson(pathOf(report.results, command.item));
     line.update({{"action", nameOf(command.action)},
                  {"link", nameOf(command.link)},
+                 {"ways", waysJson(command.ways)},
                  {"group", command.group},
                  {"approximate", command.approximate},
+                 {"joinedByHand", command.joinedByHand},
                  {"sameFile", command.sameFile},
                  {"size", command.bytes},
                  {"frees", command.frees},
-                 {"kept", std::move(kept)}});
+                 {"loses", lossesJson(command.loses)},
+                 {"kept", pathJson(pathOf(report.results, command.kept))}});
     return line;
 }
 
-Json skipJson(const DryRun& run, CleanupSkip skip)
+Json sumsJson(const PlanReport& report)
 {
-    Json line;
-    addPath(line, pathOf(run.results, skip.item));
-    line["why"] = nameOf(skip.why);
-    return line;
+    return {{"files", report.preview.marked.items},
+            {"bytes", report.preview.marked.bytes},
+            {"groups", report.preview.groups},
+            {"groupsLost", report.preview.groupsLost},
+            {"protected", report.preview.protectedItems},
+            {"commands", report.plan.commands.size()},
+            {"skipped", report.plan.skipped.size()},
+            {"frees", report.plan.frees},
+            {"canBeUndone", report.plan.canBeUndone()}};
 }
 
-Json sumsJson(const DryRun& run)
+Json volumeJson(const TrashlessVolume& volume)
 {
-    return {{"files", run.preview.marked.items},
-            {"bytes", run.preview.marked.bytes},
-            {"groups", run.preview.groups},
-            {"groupsLost", run.preview.groupsLost},
-            {"protected", run.preview.protectedItems},
-            {"commands", run.plan.commands.size()},
-            {"skipped", run.plan.skipped.size()},
-            {"frees", run.plan.frees},
-            {"canBeUndone", run.plan.canBeUndone()}};
+    Json entry = pathJson(bytesFromNative(volume.place.native()));
+    entry.update({{"why", volume.reason}, {"files", volume.items}, {"bytes", volume.bytes}});
+    return entry;
+}
+
+template <class Wanted>
+std::uint64_t countCommands(const CleanupPlan& plan, Wanted wanted)
+{
+    return static_cast<std::uint64_t>(std::count_if(plan.commands.begin(), plan.commands.end(), wanted));
+}
+
+void writeComparisons(const CleanupPlan& plan, bool compareInFull, std::ostream& out)
+{
+    if (!compareInFull) {
+        out << filledText(TextId::nothingCompared) << '\n';
+        return;
+    }
+    const auto approximate = countCommands(plan, [](const auto& command) { return command.approximate; });
+    if (approximate > 0)
+        out << countedText(approximate, TextId::oneToCompare, TextId::manyToCompare) << '\n';
+    const auto byHand = countCommands(plan, [](const auto& command) { return command.joinedByHand; });
+    if (byHand > 0)
+        out << countedText(byHand, TextId::oneJoinedByHand, TextId::manyJoinedByHand) << '\n';
+}
+
+void writeLosses(const CleanupPlan& plan, std::ostream& out)
+{
+    std::string words;
+    for (const Loss& loss : losses) {
+        const auto count = countCommands(plan, [&](const auto& command) { return (command.loses & loss.bit) != 0; });
+        if (count > 0)
+            words += (words.empty() ? "" : ", ") + filledText(loss.text, {std::to_string(count)});
+    }
+    if (!words.empty())
+        out << filledText(TextId::linksWouldLose, {words}) << '\n';
 }
 
 template <class Visit>
@@ -105,63 +142,46 @@ void forEachLostGroup(const ResultsModel& results, Visit visit)
     });
 }
 
-template <class List, class Line>
-void writeList(const char* name, const List& list, std::ostream& out, Line line)
-{
-    out << ",\n\"" << name << "\": [";
-    bool first = true;
-    for (const auto& entry : list)
-        out << (std::exchange(first, false) ? "\n" : ",\n") << dump(line(entry), Layout::oneLine);
-    out << (first ? "]" : "\n]");
-}
-
 }  // namespace
 
-void writePlanText(const DryRun& run, std::ostream& out)
+void writePlanText(const PlanReport& report, std::ostream& out)
 {
-    for (const CleanupCommand& command : run.plan.commands) {
-        const std::string line =
-            filledText(lineOf(command), {pathOf(run.results, command.item), pathOf(run.results, command.kept),
-                                         sizeText({command.frees})});
-        out << printable(line) << (command.approximate ? filledText(TextId::groupApproximate) : "") << '\n';
-    }
-    for (const CleanupSkip& skip : run.plan.skipped)
-        out << printable(
-                   filledText(TextId::planSkipped, {pathOf(run.results, skip.item), filledText(textOf(skip.why))}))
+    for (const CleanupCommand& command : report.plan.commands)
+        out << commandLine(report.results, command) << (command.approximate ? filledText(TextId::groupApproximate) : "")
             << '\n';
+    for (const CleanupSkip& skip : report.plan.skipped)
+        out << aloneLine(report.results, skip.item, filledText(textOf(skip.why))) << '\n';
 }
 
-void writePlanSums(const DryRun& run, std::ostream& out)
+void writePlanSums(const PlanReport& report, std::ostream& out)
 {
-    const MarkingPreview& preview = run.preview;
-    if (!run.plan.commands.empty())
-        out << '\n';
+    const MarkingPreview& preview = report.preview;
+    const CleanupPlan& plan = report.plan;
     if (preview.marked.items == 0)
         out << filledText(TextId::rulesMarkNothing) << '\n';
-    if (!run.plan.commands.empty())
-        out << filledText(sumsOf(run.plan.action),
-                          {countedFiles(run.plan.commands.size()),
-                           countedText(groupsOf(run.plan), TextId::oneGroup, TextId::manyGroups),
-                           sizeText({run.plan.frees})})
+    if (!plan.commands.empty())
+        out << filledText(sumsOf(plan.action),
+                          {countedFiles(plan.commands.size()),
+                           countedText(groupsOf(plan), TextId::oneGroup, TextId::manyGroups), sizeText({plan.frees})})
             << '\n';
-    if (!run.plan.skipped.empty())
-        out << filledText(TextId::planLeftAlone, {countedFiles(run.plan.skipped.size())}) << '\n';
+    if (!plan.skipped.empty())
+        out << filledText(TextId::planLeftAlone, {countedFiles(plan.skipped.size())}) << '\n';
     if (preview.protectedItems > 0)
         out << countedText(preview.protectedItems, TextId::oneProtectedStays, TextId::manyProtectedStay) << '\n';
-    const auto approximate =
-        static_cast<std::uint64_t>(std::count_if(run.plan.commands.begin(), run.plan.commands.end(),
-                                                 [](const CleanupCommand& command) { return command.approximate; }));
-    if (approximate > 0)
-        out << countedText(approximate, TextId::oneToCompare, TextId::manyToCompare) << '\n';
-    out << filledText(TextId::wasDryRun) << '\n';
+    writeLosses(plan, out);
+    if (!plan.commands.empty())
+        writeComparisons(plan, report.compareInFull, out);
 }
 
-void writePlanJson(const DryRun& run, std::ostream& out)
+void writePlanJson(const PlanReport& report, std::ostream& out)
 {
-    out << "{\"dryRun\": true,\n\"action\": " << dump(nameOf(run.plan.action), Layout::oneLine)
-        << ",\n\"sums\": " << dump(sumsJson(run), Layout::oneLine);
-    writeList("commands", run.plan.commands, out, [&](const auto& command) { return commandJson(run, command); });
-    writeList("skipped", run.plan.skipped, out, [&](const auto& skip) { return skipJson(run, skip); });
+    out << "{\"dryRun\": true,\n\"action\": " << dump(nameOf(report.plan.action), Layout::oneLine)
+        << ",\n\"sums\": " << dump(sumsJson(report), Layout::oneLine);
+    writeJsonList("commands", report.plan.commands, out,
+                  [&](const auto& command) { return commandJson(report, command); });
+    writeJsonList("skipped", report.plan.skipped, out,
+                  [&](const auto& skip) { return skipJson(report.results, skip); });
+    writeJsonList("withoutTrash", report.withoutTrash, out, volumeJson);
     out << "}\n";
 }
 

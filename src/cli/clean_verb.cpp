@@ -1,12 +1,18 @@
 #include <CLI/CLI.hpp>
-#include <map>
 
+#include "app/cleanup_bookkeeping.h"
+#include "app/engine_settings.h"
 #include "base/filled_text.h"
 #include "base/words.h"
+#include "cleanup/disk_facts.h"
 #include "cleanup/plan_check.h"
+#include "cleanup/trashless.h"
 #include "cli/arguments.h"
 #include "cli/clean_options.h"
 #include "cli/clean_report.h"
+#include "cli/clean_run.h"
+#include "cli/cleanup_prompts.h"
+#include "cli/settings_in_force.h"
 #include "cli/verbs.h"
 
 namespace kelvane {
@@ -14,42 +20,10 @@ namespace {
 
 constexpr std::string_view examples =
     "  kelvane-cli clean copies.ikvs --keep oldest --dry-run\n"
-    "  kelvane-cli clean copies.ikvs --prefer ~/Pictures --keep newest --keep biggest --dry-run\n"
-    "  kelvane-cli clean copies.ikvs --keep first --sort path --protect ~/Archive --dry-run\n"
-    "  kelvane-cli clean copies.ikvs --keep-under ~/Music --link hard --dry-run --json\n";
-
-// What the plan asks of the disk.
-class DiskFacts {
-public:
-    explicit DiskFacts(FileSystem& files) : files_(files) {}
-
-    bool onNetwork(const ShellItem& item)
-    {
-        const FileIdentity identity = item.info().identity;
-        if (!identity.known())
-            return asksForNetwork(item);
-        const auto [known, isNew] = networks_.try_emplace(identity.volume, false);
-        if (isNew)
-            known->second = asksForNetwork(item);
-        return known->second;
-    }
-
-    std::uint32_t linkCount(const ShellItem& item)
-    {
-        const auto details = files_.details(item.path(), Links::asThemselves);
-        return details ? details->links : 0;
-    }
-
-private:
-    bool asksForNetwork(const ShellItem& item)
-    {
-        const auto volume = files_.volumeFacts(item.path());
-        return volume && volume->network;
-    }
-
-    FileSystem& files_;
-    std::map<std::uint64_t, bool> networks_;  // by volume
-};
+    "  kelvane-cli clean copies.ikvs --keep oldest\n"
+    "  kelvane-cli clean copies.ikvs --prefer ~/Pictures --keep newest --keep biggest --log clean.log\n"
+    "  kelvane-cli clean copies.ikvs --keep first --sort path --protect ~/Archive --link auto\n"
+    "  kelvane-cli clean copies.ikvs --keep-under ~/Music --link hard --yes --json\n";
 
 // The first line as a complaint, the others as they are; then the groups.
 ExitCode refuseLostGroups(const SavedScan& scan, OutputFormat format, const Console& console)
@@ -65,54 +39,80 @@ ExitCode refuseLostGroups(const SavedScan& scan, OutputFormat format, const Cons
     return ExitCode::usage;
 }
 
-ExitCode print(const DryRun& run, OutputFormat format, const Console& console)
+ExitCode print(const PlanReport& report, OutputFormat format, const Console& console)
 {
+    tellTrashless(report.withoutTrash, console);
     if (format == OutputFormat::json) {
-        writePlanJson(run, console.out);
+        writePlanJson(report, console.out);
         return ExitCode::done;
     }
-    writePlanText(run, console.out);
+    writePlanText(report, console.out);
     console.out.flush();
-    writePlanSums(run, console.err);
+    console.err << (report.plan.commands.empty() ? "" : "\n");
+    writePlanSums(report, console.err);
+    console.err << filledText(TextId::wasDryRun) << '\n';
     return ExitCode::done;
 }
 
-ExitCode plan(const CleanRequest& request, SavedScan& scan, Platform& platform, const Console& console)
+ExitCode dryRun(const MarkedScan& marked, const CleanRequest& request, Platform& platform, const Console& console)
 {
-    if (!request.sort.empty() &&
-        !sortResults(scan.results, request.sort, GroupedOrder::yes, scan.properties.source, console.cancel))
-        return stopCancelled(console);
-    const auto preview = applyMarks(scan.results, request.marks, {scan.properties.source, platform.paths()});
-    if (!preview)
-        return refuse(console, preview.error().detail);
-    if (preview->groupsLost > 0)
-        return refuseLostGroups(scan, request.format, console);
-    DiskFacts disk(platform.files());
-    const CleanupFacts facts{*scan.definition, platform.paths(),
-                             [&](const ShellItem& item) { return disk.onNetwork(item); },
-                             [&](const ShellItem& item) { return disk.linkCount(item); }};
-    auto planned = planCleanup(scan.results, request.action, facts);
-    if (!planned)
-        return refuse(console, planned.error().detail);
-    const auto changed = leaveChangedAlone(*planned, scan.results, facts, platform.files(), console.cancel);
+    const ResultsModel& results = marked.scan.results;
+    DiskFacts disk(platform.files(), platform.heldFiles());
+    const CleanupFacts facts = disk.facts(*marked.scan.definition, platform.paths());
+    auto plan = planCleanup(results, request.action, facts);
+    if (!plan)
+        return refuse(console, plan.error().detail);
+    const auto changed = leaveChangedAlone(*plan, results, facts, platform.files(), console.cancel);
     if (!changed || console.cancel.cancelled())
         return stopCancelled(console);
-    const ExitCode printed = print({scan.results, *preview, *planned}, request.format, console);
-    return std::max(printed, *changed > 0 ? ExitCode::incomplete : ExitCode::done);
+    const auto volumes = volumesWithoutTrash(*plan, results, platform.fileOperations(), platform.files());
+    leaveTrashlessAlone(*plan, volumes, results, facts);
+    const ExitCode printed =
+        print({results, marked.preview, *plan, volumes, request.compareInFull}, request.format, console);
+    return std::max(printed, *changed > 0 || !volumes.empty() ? ExitCode::incomplete : ExitCode::done);
+}
+
+// Nothing is marked, and the reason told, where the verb is over with `code`.
+std::optional<MarkingPreview> mark(SavedScan& scan, const CleanRequest& request, Platform& platform,
+                                   const Console& console, ExitCode& code)
+{
+    if (!request.sort.empty() &&
+        !sortResults(scan.results, request.sort, GroupedOrder::yes, scan.properties.source, console.cancel)) {
+        code = stopCancelled(console);
+        return std::nullopt;
+    }
+    const auto preview = applyMarks(scan.results, request.marks, {scan.properties.source, platform.paths()});
+    if (preview && preview->groupsLost == 0)
+        return *preview;
+    code = preview ? refuseLostGroups(scan, request.format, console) : refuse(console, preview.error().detail);
+    return std::nullopt;
 }
 
 ExitCode clean(const CLI::App& app, const RawClean& raw, Platform& platform, const Console& console)
 {
+    const auto settings = settingsInForce(raw.settings, NamedSettings::mustExist, platform, console);
+    if (!settings)
+        return refuse(console, settings.error().detail);
+    EngineOptions options;
+    applyEngineNumbers((*settings)->settings(), options);
     ExitCode code = ExitCode::done;
-    const auto scan = openSavedScan(raw.files.front(), raw.settings, platform, console, code);
+    const auto scan = openSavedScan(raw.files.front(), options, platform, console, code);
     if (!scan)
         return code;
     if (!scan->definition)
         return refuse(console, filledText(TextId::noDefinition, {scan->name}));
-    const auto request = makeCleanRequest(app, raw, *scan, platform);
+    auto request = makeCleanRequest(app, raw, *scan, platform);
     if (!request)
         return refuse(console, request.error().detail);
-    code = plan(*request, *scan, platform, console);
+    const CleanupOptions wanted = cleanupOptionsFrom((*settings)->settings());
+    request->action.noHardLinks = wanted.noHardLinks;
+    request->action.noSymbolicLinks = wanted.noSymbolicLinks;
+    const auto preview = mark(*scan, *request, platform, console, code);
+    if (!preview)
+        return code;
+    const MarkedScan marked{*scan, options, *preview};
+    code = request->dryRun ? dryRun(marked, *request, platform, console)
+                           : carryOut(marked, *request, **settings, platform, console);
     return std::max(code, tellMissing(*scan, console));
 }
 
@@ -128,8 +128,6 @@ ExitCode cleanVerb(const Arguments& arguments, Platform& platform, const Console
         return *over;
     if (const auto message = notOneFile("clean", raw.files))
         return refuse(console, *message);
-    if (!raw.dryRun)
-        return refuse(console, filledText(TextId::cleanNotYet));
     return clean(app, raw, platform, console);
 }
 

@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -20,6 +21,9 @@ struct Console {
     const CancelFlag& cancel;
     std::optional<unsigned> errorColumns;            // the width of the terminal behind `err`; nothing for a file
     std::function<std::error_code()> outputFailure;  // why `out` failed, where the stream knows; may be empty
+    // Shows a question on `err` and waits for a line; nothing when none comes, or the person presses Ctrl-C. Empty
+    // where nobody can be asked.
+    std::function<std::optional<std::string>(std::string_view question)> ask = nullptr;
 };
 
 using Arguments = std::vector<std::string>;  // paths in the form of PathRules

@@ -16,8 +16,14 @@ ExitCode runProgram(const Arguments& arguments)
     const auto watch = platform->interrupts().watch(cancel);
     chooseLanguage(*platform);
     OutputStream out(stdout);
-    const Console console{out, std::cerr, cancel, platform->terminal().columns(StandardStream::errors),
-                          [&out] { return out.failure(); }};
+    Console console{out, std::cerr, cancel, platform->terminal().columns(StandardStream::errors),
+                    [&out] { return out.failure(); }};
+    if (console.errorColumns && platform->terminal().isInteractive()) {
+        console.ask = [&](std::string_view question) {
+            std::cerr << question << std::flush;
+            return platform->terminal().readLine(cancel);
+        };
+    }
     return runConsole(arguments, *platform, console);
 }
 

@@ -134,7 +134,7 @@ Status readRunning(const RawOptions& raw, ScanRequest& request)
 
 Status readOutput(const RawOptions& raw, ScanRequest& request)
 {
-    const auto progress = choose<ProgressMode>(TextId::unknownProgressMode, raw.progress, progressModes);
+    const auto progress = chooseProgress(raw.progress);
     if (!progress)
         return progress.error();
     const auto format = chooseFormat(raw.format, raw.json);
@@ -170,6 +170,11 @@ Result<ScanRequest> makeRequest(const RawOptions& raw, const std::vector<std::st
             return read.error();
     }
     return request;
+}
+
+Result<ProgressMode> chooseProgress(std::string_view word)
+{
+    return choose<ProgressMode>(TextId::unknownProgressMode, word, progressModes);
 }
 
 std::string_view categoryWord(Category category)

@@ -50,6 +50,8 @@ void addOptions(CLI::App& app, RawOptions& raw);
 // The choices of --format, for verbs that print data without scanning: `json` is the --json shorthand.
 [[nodiscard]] Result<OutputFormat> chooseFormat(std::string_view format, bool json);
 
+[[nodiscard]] Result<ProgressMode> chooseProgress(std::string_view word);
+
 // The word by which --category names a category; empty for one that has none.
 [[nodiscard]] std::string_view categoryWord(Category category);
 

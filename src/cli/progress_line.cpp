@@ -11,6 +11,7 @@
 namespace kelvane {
 namespace {
 
+constexpr unsigned usualColumns = 80;
 constexpr std::uint64_t soonestEstimateMs = 2'000;  // a rate over less time says little about the rest
 
 std::string phaseText(ScanPhase phase)
@@ -26,19 +27,19 @@ std::string phaseText(ScanPhase phase)
     return {};
 }
 
-std::string itemsText(const ScanProgress& progress)
+std::string itemsText(const ProgressFigures& figures)
 {
-    if (progress.totalItems == 0)
-        return countedText(progress.items, TextId::oneFile, TextId::manyFiles);
-    return filledText(TextId::progressItems, {std::to_string(progress.items), std::to_string(progress.totalItems)});
+    if (figures.totalItems == 0)
+        return countedText(figures.items, TextId::oneFile, TextId::manyFiles);
+    return filledText(TextId::progressItems, {std::to_string(figures.items), std::to_string(figures.totalItems)});
 }
 
 // How many milliseconds the rest takes at the pace so far: by bytes where bytes are what the phase works on.
-std::optional<std::uint64_t> timeLeft(const ScanProgress& progress, std::uint64_t elapsed)
+std::optional<std::uint64_t> timeLeft(const ProgressFigures& figures, std::uint64_t elapsed)
 {
-    const bool byBytes = progress.totalBytes > 0;
-    const std::uint64_t done = byBytes ? progress.bytes : progress.items;
-    const std::uint64_t total = byBytes ? progress.totalBytes : progress.totalItems;
+    const bool byBytes = figures.totalBytes > 0;
+    const std::uint64_t done = byBytes ? figures.bytes : figures.items;
+    const std::uint64_t total = byBytes ? figures.totalBytes : figures.totalItems;
     if (elapsed < soonestEstimateMs || done == 0 || done > total)
         return std::nullopt;
     const double pace = static_cast<double>(elapsed) / static_cast<double>(done);
@@ -66,32 +67,39 @@ std::size_t wholeCharacters(const std::string& line, std::size_t most)
 
 }  // namespace
 
+ProgressFigures figuresOf(const ScanProgress& progress)
+{
+    return {phaseText(progress.phase), progress.items, progress.totalItems, progress.bytes, progress.totalBytes};
+}
+
 ProgressLine::ProgressLine(std::ostream& err, const Clock& clock, unsigned columns)
-    : err_(err), clock_(clock), width_(columns > 1 ? columns - 1 : 1), phaseBegan_(clock.ticks())
+    : err_(err), clock_(clock), width_(columns > 1 ? columns - 1 : 1), partBegan_(clock.ticks())
 {
 }
 
-void ProgressLine::show(const ScanProgress& progress)
+void ProgressLine::show(const ProgressFigures& figures)
 {
-    if (progress.phase != phase_) {
-        phase_ = progress.phase;
-        phaseBegan_ = clock_.ticks();
+    if (figures.title != part_) {
+        if (!part_.empty())
+            partBegan_ = clock_.ticks();
+        part_ = figures.title;
     }
-    draw(compose(progress));
+    draw(compose(figures));
 }
 
 // Whole parts are left out from the right until the line fits.
-std::string ProgressLine::compose(const ScanProgress& progress) const
+std::string ProgressLine::compose(const ProgressFigures& figures) const
 {
-    const std::uint64_t elapsed = clock_.ticks() - phaseBegan_;
-    std::array<std::string, 4> parts = {itemsText(progress)};
-    if (progress.bytes > 0)
-        parts[1] = filledText(TextId::progressRead, {sizeText({progress.bytes})});
-    if (progress.bytes > 0 && elapsed >= 1000)
-        parts[2] = filledText(TextId::progressPace, {sizeText({progress.bytes * 1000 / elapsed})});
-    if (const auto left = timeLeft(progress, elapsed))
+    const std::uint64_t elapsed = clock_.ticks() - partBegan_;
+    std::array<std::string, 4> parts = {itemsText(figures)};
+    if (figures.bytes > 0)
+        parts[1] = figures.bytesAreRead ? filledText(TextId::progressRead, {sizeText({figures.bytes})})
+                                        : sizeText({figures.bytes});
+    if (figures.bytesAreRead && figures.bytes > 0 && elapsed >= 1000)
+        parts[2] = filledText(TextId::progressPace, {sizeText({figures.bytes * 1000 / elapsed})});
+    if (const auto left = timeLeft(figures, elapsed))
         parts[3] = filledText(TextId::progressLeft, {minutesText(*left)});
-    std::string line = phaseText(progress.phase);
+    std::string line = figures.title;
     for (const auto& part : parts) {
         if (!part.empty() && line.size() + 2 + part.size() <= width_)
             line += ", " + part;
@@ -114,6 +122,13 @@ void ProgressLine::erase()
     if (drawn_ == 0)
         return;
     draw({});
+}
+
+std::optional<ProgressLine> wantedProgressLine(ProgressMode mode, const Console& console, const Clock& clock)
+{
+    if (mode == ProgressMode::never || (mode == ProgressMode::automatic && !console.errorColumns))
+        return std::nullopt;
+    return std::optional<ProgressLine>(std::in_place, console.err, clock, console.errorColumns.value_or(usualColumns));
 }
 
 }  // namespace kelvane

@@ -60,7 +60,13 @@ std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::st
         code = refuse(console, options.error().detail);
         return nullptr;
     }
-    auto scan = std::make_unique<SavedScan>(typed, platform, *options);
+    return openSavedScan(typed, *options, platform, console, code, allMissing);
+}
+
+std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const EngineOptions& options, Platform& platform,
+                                         const Console& console, ExitCode& code, AllMissing allMissing)
+{
+    auto scan = std::make_unique<SavedScan>(typed, platform, options);
     auto loaded =
         loadResults(namedFile(typed), platform.shell(), scan->properties.catalogue, console.cancel, allMissing);
     if (!loaded) {
@@ -68,7 +74,7 @@ std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::st
             console.cancel.cancelled() ? stopCancelled(console) : refuse(console, failureText(typed, loaded.error()));
         return nullptr;
     }
-    take(*scan, *loaded, platform, *options);
+    take(*scan, *loaded, platform, options);
     // A list that was saved while it was sorted across groups.
     if (!scan->results.isGrouped() &&
         !sortResults(scan->results, {}, GroupedOrder::yes, scan->properties.source, console.cancel)) {

@@ -34,6 +34,10 @@ struct SavedScan {
 [[nodiscard]] std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const std::string& settings,
                                                        Platform& platform, const Console& console, ExitCode& code,
                                                        AllMissing allMissing = AllMissing::fails);
+// The same by options that were made of the settings already.
+[[nodiscard]] std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const EngineOptions& options,
+                                                       Platform& platform, const Console& console, ExitCode& code,
+                                                       AllMissing allMissing = AllMissing::fails);
 
 // Tells of the files that are not there any more; the exit code says so too.
 [[nodiscard]] ExitCode tellMissing(const SavedScan& scan, const Console& console);

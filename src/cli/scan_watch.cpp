@@ -1,25 +1,16 @@
 #include "cli/scan_watch.h"
 
 namespace kelvane {
-namespace {
-
-constexpr unsigned usualColumns = 80;
-
-}  // namespace
 
 ScanWatch::ScanWatch(const Console& console, const Clock& clock, const ScanRequest& request)
-    : keepSkipped_(request.verbose)
+    : keepSkipped_(request.verbose), line_(wantedProgressLine(request.progress, console, clock))
 {
-    const bool wanted = request.progress == ProgressMode::always ||
-                        (request.progress == ProgressMode::automatic && console.errorColumns.has_value());
-    if (wanted)
-        line_.emplace(console.err, clock, console.errorColumns.value_or(usualColumns));
 }
 
 void ScanWatch::progress(const ScanProgress& progress)
 {
     if (line_)
-        line_->show(progress);
+        line_->show(figuresOf(progress));
 }
 
 void ScanWatch::ended()

@@ -1,6 +1,7 @@
 // Runs the console program in this process, with streams in memory.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -23,6 +24,8 @@ struct ConsoleRun {
 struct Surroundings {
     std::optional<unsigned> errorColumns;  // a terminal behind the error stream
     bool cancelled = false;                // Ctrl-C was pressed already
+    // What a person answers to each question; without one nobody can be asked.
+    std::function<std::optional<std::string>(std::string_view question, CancelFlag& cancel)> answer = nullptr;
 };
 
 // The real platform, but for its settings, lest those of whoever runs the tests take part: the registry is in memory,
@@ -77,7 +80,14 @@ inline ConsoleRun runCli(const Arguments& arguments, const Surroundings& around,
     CancelFlag cancel;
     if (around.cancelled)
         cancel.cancel();
-    const ExitCode code = runConsole(arguments, platform, {out, err, cancel, around.errorColumns, {}});
+    Console console{out, err, cancel, around.errorColumns, {}};
+    if (around.answer) {
+        console.ask = [&](std::string_view question) {
+            err << question;
+            return around.answer(question, cancel);
+        };
+    }
+    const ExitCode code = runConsole(arguments, platform, console);
     return {code, out.str(), err.str()};
 }
 

@@ -29,7 +29,7 @@ class Progress : public ::testing::Test {
 protected:
     std::string after(ProgressLine& line, const ScanProgress& progress)
     {
-        line.show(progress);
+        line.show(figuresOf(progress));
         return screen(err_.str());
     }
     testing::FakeClock clock_;
@@ -47,11 +47,11 @@ TEST_F(Progress, SaysWhatIsKnownAndNoMore)
 TEST_F(Progress, RateAndTimeLeftCountFromTheBeginningOfThePhase)
 {
     ProgressLine line(err_, clock_, 120);
-    line.show({ScanPhase::sorting, 0, 100});
+    line.show(figuresOf({ScanPhase::sorting, 0, 100}));
     clock_.milliseconds = 3'000;
     EXPECT_EQ(after(line, {ScanPhase::sorting, 4, 100}), "phase 2: sorting files, 4 of 100 files, at most 1:12 left");
     clock_.milliseconds = 60'000;
-    line.show({ScanPhase::comparing, 0, 400, 0, 400 << 20});
+    line.show(figuresOf({ScanPhase::comparing, 0, 400, 0, 400 << 20}));
     clock_.milliseconds = 64'000;
     EXPECT_EQ(after(line, {ScanPhase::comparing, 10, 400, 40 << 20, 400 << 20}),
               "phase 3: discovering duplicates, 10 of 400 files, 40.0 MB read, 10.0 MB/s, at most 0:36 left");
@@ -62,7 +62,7 @@ TEST_F(Progress, AShorterLineLeavesNothingOfALongerOne)
     ProgressLine line(err_, clock_, 120);
     line.erase();
     EXPECT_EQ(err_.str(), "") << "nothing drawn, nothing to erase";
-    line.show({ScanPhase::comparing, 1'000'000, 2'000'000});
+    line.show(figuresOf({ScanPhase::comparing, 1'000'000, 2'000'000}));
     EXPECT_EQ(after(line, {ScanPhase::gathering, 1}), "phase 1: gathering files, 1 file");
     line.erase();
     EXPECT_EQ(screen(err_.str()), "");
