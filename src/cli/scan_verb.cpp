@@ -11,6 +11,7 @@
 #include "cli/scan_save.h"
 #include "cli/scan_watch.h"
 #include "cli/settings_in_force.h"
+#include "cli/settled_runs.h"
 #include "cli/verbs.h"
 
 namespace kelvane {
@@ -110,6 +111,7 @@ ExitCode scan(const ScanRequest& request, const SaveTarget& target, const Ignore
     const auto criteria = requestedCriteria(request, properties.catalogue);
     if (!criteria)
         return refuse(console, criteria.error().detail);
+    settleRuns(platform, console);
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     ResultsModel results;
     ScanWatch watch(console, platform.clock(), request);

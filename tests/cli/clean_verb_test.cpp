@@ -1,4 +1,4 @@
-#include "saved_scan_world.h"
+#include "clean_world.h"
 
 namespace kelvane {
 namespace {
@@ -9,38 +9,16 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using testing::runCli;
 
-class CleanVerb : public testing::SavedScanWorld {
-    const std::filesystem::file_time_type now_ = std::filesystem::file_time_type::clock::now();
-
+class CleanVerb : public testing::CleanWorld {
 protected:
-    CleanVerb()
+    testing::ConsoleRun clean(Arguments more)
     {
-        for (const char* name : {"in/a/1", "in/b/1", "in/c/1"})
-            tree_.write(name, "same");
-        for (const char* name : {"in/b/2", "in/c/2"})
-            tree_.write(name, "longer");
-        setTime("in/a/1", 1);
-        setTime("in/b/1", 3);
-        setTime("in/c/1", 3);
-        setTime("in/b/2", 2);
-        setTime("in/c/2", 1);
-        (void)save("one.ikvs");
-    }
-
-    void setTime(const char* name, int hour) const
-    {
-        std::filesystem::last_write_time(tree_.path(name), now_ - std::chrono::hours(100 - hour));
-    }
-
-    testing::ConsoleRun clean(Arguments more) const
-    {
-        Arguments arguments = {"clean", file("one.ikvs"), "--dry-run", "--sort", "path"};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return runCli(arguments);
+        more.emplace_back("--dry-run");
+        return CleanWorld::clean(more);
     }
 
     // The marked files below the root, in the order of the plan.
-    std::string marked(Arguments more) const
+    std::string marked(Arguments more)
     {
         more.emplace_back("--json");
         std::string names;
@@ -98,9 +76,10 @@ TEST_F(CleanVerb, PrintsThePlanAndChangesNothing)
     EXPECT_EQ(document.at("action"), "link");
     EXPECT_EQ(document.at("sums").at("frees"), 14);
     EXPECT_EQ(document.at("commands").at(0).at("link"), "hard");
-    const auto really = runCli({"clean", file("one.ikvs"), "--keep", "oldest"});
-    EXPECT_EQ(really.code, ExitCode::usage);
-    EXPECT_THAT(really.err, HasSubstr("not available yet; nothing was changed"));
+    EXPECT_EQ(document.at("commands").at(0).at("ways"), json({"hard"}));
+    EXPECT_EQ(document.at("commands").at(0).at("loses"), json({"times"})) << "of b/1, which is younger than a/1";
+    EXPECT_THAT(clean({"--keep", "oldest", "--link", "hard", "--no-compare"}).err,
+                AllOf(HasSubstr("would lose of their own: times (3)\n"), HasSubstr("nothing will be compared")));
     EXPECT_EQ(tree_.read("in/c/1") + tree_.read("in/b/2"), "samelonger");
 }
 
