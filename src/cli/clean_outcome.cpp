@@ -148,7 +148,7 @@ void writeOutcomeSums(const CleanOutcome& outcome, std::ostream& out)
     const std::uint64_t done = countOf(report, ItemResult::done);
     if (outcome.preview.marked.items == 0)
         out << filledText(TextId::rulesMarkNothing) << '\n';
-    else
+    else if (done > 0)
         out << filledText(doneText(action), {countedFiles(done), sizeText({report.pass.freed})}) << '\n';
     writeCount(countOf(report, ItemResult::failed), TextId::filesFailed, out);
     writeCount(leftAlone(report), TextId::planLeftAlone, out);

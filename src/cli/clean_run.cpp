@@ -115,6 +115,8 @@ ExitCode carryOut(const MarkedScan& marked, const CleanRequest& request, CRegist
         report = run(marked, request, settings.settings(), platform, console, stopped);
     if (nothingToTell(report))
         return tellRefusal(*report.refused, console);
+    if (stopped && !report.ran)
+        return stopCancelled(console);
     const SettingsCode noted = noteCleanup(settings, *marked.scan.definition, report);
     const ExitCode code = print({marked.scan.results, marked.preview, report, stopped}, request, console);
     return noted == SettingsCode::done ? code : std::max(code, complainNotWritten(settings, noted, console));
