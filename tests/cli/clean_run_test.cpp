@@ -136,7 +136,9 @@ TEST_F(CleanRun, WithoutTheComparisonAFileThatOnlyLooksEqualGoes)
 
 TEST_F(CleanRun, CtrlCBeforeTheFirstFileLeavesAllAlone)
 {
-    EXPECT_EQ(clean({"--keep", "oldest"}, {.cancelled = true}).code, ExitCode::cancelled);
+    testing::Surroundings around;
+    around.cancelled = true;
+    EXPECT_EQ(clean({"--keep", "oldest"}, around).code, ExitCode::cancelled);
     EXPECT_EQ(state(), untouched);
 }
 

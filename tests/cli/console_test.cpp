@@ -40,7 +40,7 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
     const std::string file = tree.write("a", "x").string();
     const BadInput table[] = {
         {{"scna", root},
-         "unknown verb \"scna\" (did you mean scan?); known: scan, show, export, clean, compare, describe"},
+         "unknown verb \"scna\" (did you mean scan?); known: scan, show, export, clean, undo, compare, describe"},
         {{"\x1b[31mred\n"}, "unknown verb \"\\x1b[31mred\\n\""},
         {{"--json"}, "unknown option \"--json\""},
         {{"scan"}, "scan needs a folder"},
@@ -78,8 +78,8 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"show", file}, ": Error reading and/or corrupt contents file: "},
         {{"show", root + "/none"}, "/none: "},
         {{"export", file, "--format", "json"}, "known: csv, tsv"},
-        {{"undo"}, "unknown verb \"undo\""},
-        {{"clean", file, "--keep", "oldest"}, "not available yet"},
+        {{"undo", "x"}, "undo takes one number"},
+        {{"clean", file, "--keep", "oldest"}, ": Error reading and/or corrupt contents file: "},
         {{"show", file, file}, "one argument too many"},
         {{"show", file, "--summary", "--format", "null"}, "--summary and --format null exclude each other"},
         {{"scan", root, "--save", file}, "is no saved scan; --overwrite replaces it"},

@@ -47,7 +47,7 @@ TEST_F(LinuxCleanRun, NamesThatAreNoTextGoLikeAnyOther)
     EXPECT_EQ(std::filesystem::read_symlink(tree_.path("in/e/1\xFE")), tree_.path("in/d/1\xFF\n"));
     EXPECT_THAT(run.out, AllOf(HasSubstr("e/1%FE\""), HasSubstr("d/1%FF%0A\"")));
     const auto text = clean({"--keep", "first", "--link", "symbolic"});
-    EXPECT_THAT(text.out, HasSubstr("d/1\xEF\xBF\xBD")) << "shown, not sent to the terminal";
+    EXPECT_THAT(text.out, HasSubstr("d/1\xEF\xBF\xBD")) << "shown, not sent to the terminal" << text.err;
 }
 
 TEST_F(LinuxCleanRun, TellsWhatLinksWouldLoseAndWhichVolumesHaveNoTrash)
