@@ -186,7 +186,8 @@ private:
     [[nodiscard]] static bool isGone(const BatchItem& item)
     {
         const auto now = item.pair.folder->look(item.pair.name);
-        return !now && now.error().kind == ErrorKind::notFound;
+        // `changed` is a file that goes as soon as nobody holds it any more.
+        return !now && (now.error().kind == ErrorKind::notFound || now.error().kind == ErrorKind::changed);
     }
 
     // Of a step of the shell's own nothing is told; whether the item went is to be seen.

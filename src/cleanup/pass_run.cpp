@@ -1,5 +1,7 @@
 #include "cleanup/pass_run.h"
 
+#include <algorithm>
+
 #include "base/text_table.h"
 
 namespace kelvane {
@@ -40,7 +42,8 @@ bool PassRun::mustStop()
 PassBatch PassRun::gather(std::span<const std::size_t> commands, const Prepare& prepare)
 {
     PassBatch batch;
-    while (batch.size() < commands.size() && batch.size() < options_.batch) {
+    const std::size_t most = std::clamp<std::size_t>(options_.batch, 1, commands.size());
+    while (batch.size() < most) {
         if (mustStop())
             return {};
         BatchItem item = prepare(commands[batch.size()]);

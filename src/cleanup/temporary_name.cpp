@@ -38,7 +38,8 @@ enum class NameState { free, taken, refused };
 Result<NameState> stateOf(const HeldFolder& folder, const NativeString& name)
 {
     const auto found = folder.look(name);
-    if (found)
+    // `changed` is a file that goes as soon as nobody holds it any more.
+    if (found || found.error().kind == ErrorKind::changed)
         return NameState::taken;
     if (found.error().kind == ErrorKind::notFound)
         return NameState::free;

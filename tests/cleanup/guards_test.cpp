@@ -47,29 +47,30 @@ struct Change {
     const char* name;
     std::function<void(const PassWorld&)> make;
     const char* fault;
+    bool takesHeldName = false;  // not every system gives the name of an open file away
 };
 
 const Change changes[] = {
     {"nothing", [](const PassWorld&) {}, "held"},
     {"item grew", [](const PassWorld& world) { world.tree.write("item", "same and more"); }, "changed"},
     {"item touched", [](const PassWorld& world) { touch(world.tree.path("item")); }, "changed"},
-    {"item replaced", [](const PassWorld& world) { swapForCopy(world.tree.path("item")); }, "changed"},
+    {"item replaced", [](const PassWorld& world) { swapForCopy(world.tree.path("item")); }, "changed", true},
     {"item gone", [](const PassWorld& world) { world.tree.remove("item"); }, "changed"},
     {"item became a folder",
      [](const PassWorld& world) {
          world.tree.remove("item");
          world.tree.folder("item");
      },
-     "changed"},
+     "changed", true},
     {"item became the kept file",
      [](const PassWorld& world) {
          world.tree.remove("item");
          world.tree.hardLink("item", "kept");
      },
-     "changed"},
+     "changed", true},
     {"kept grew", [](const PassWorld& world) { world.tree.write("kept", "same and more"); }, "keptChanged"},
     {"kept touched", [](const PassWorld& world) { touch(world.tree.path("kept")); }, "keptChanged"},
-    {"kept replaced", [](const PassWorld& world) { swapForCopy(world.tree.path("kept")); }, "keptChanged"},
+    {"kept replaced", [](const PassWorld& world) { swapForCopy(world.tree.path("kept")); }, "keptChanged", true},
     {"kept gone", [](const PassWorld& world) { world.tree.remove("kept"); }, "keptChanged"},
     {"kept renamed", [](const PassWorld& world) { fs::rename(world.tree.path("kept"), world.tree.path("other")); },
      "keptChanged"},
@@ -89,6 +90,8 @@ TEST(Guards, NoticeEveryChangeBeforeAndAfterTheyHoldOn)
             auto before = listed();
             change.make(*before);
             EXPECT_EQ(verdict(*before), change.fault) << change.name << ", before";
+            if (change.takesHeldName && !testing::pathsArePosix)
+                continue;
             auto between = listed();
             EXPECT_EQ(verdict(*between, [&] { change.make(*between); }), change.fault) << change.name << ", between";
         }
