@@ -91,6 +91,11 @@ public:
     }
 
 private:
+    struct Turn {
+        std::size_t at = 0;
+        std::optional<CleanupFailure> obstacle;
+    };
+
     bool stopped()
     {
         outcome_.cancelled = outcome_.cancelled || cancel_.cancelled();
@@ -106,54 +111,57 @@ private:
 
     void takeBack(std::span<const std::size_t> batch)
     {
-        intended_.clear();
+        turns_.clear();
         restored_.clear();
         for (const std::size_t at : batch) {
             if (stopped())
                 break;
-            intend(at);
+            turns_.push_back({at, intend(at)});
         }
-        if (intended_.empty() || outcome_.journalError || !journalled(writer_.flush()))
+        if (outcome_.journalError || (wrote_ && !journalled(writer_.flush())))
             return;
-        for (const std::size_t at : intended_)
-            act(at);
+        for (const Turn& turn : turns_)
+            act(turn);
         finishRestored();
     }
 
-    void intend(std::size_t at)
+    // Why there is nothing to do for it; nothing once the journal has it.
+    std::optional<CleanupFailure> intend(std::size_t at)
     {
         JournalEntry& entry = entries_[at];
-        if (const auto obstacle = undoObstacle(entry, ports_))
-            return tell(at, {obstacle, {}, true});
+        if (auto obstacle = undoObstacle(entry, ports_))
+            return obstacle;
         NativeString temporary;
         if (entry.intent.action == CleanupAction::link) {
             auto name = freeName(entry.intent.item, ports_);
             if (!name)
-                return tell(at, {CleanupFailure{CleanupFault::system, name.error()}, {}, true});
+                return CleanupFailure{CleanupFault::system, name.error()};
             temporary = std::move(*name);
         }
-        if (!journalled(writer_.intendUndo(EntryNumber(at), temporary)))
-            return;
+        if (const Status written = writer_.intendUndo(EntryNumber(at), temporary); !journalled(written))
+            return CleanupFailure{CleanupFault::journal, written.error()};
         entry.undoTemporary = std::move(temporary);
         entry.state = EntryState::undoIntended;
-        intended_.push_back(at);
         wrote_ = true;
+        return {};
     }
 
-    void act(std::size_t at)
+    void act(const Turn& turn)
     {
         if (outcome_.journalError)
             return;
+        if (turn.obstacle)
+            return tell(turn.at, {turn.obstacle, {}, true});
         if (stopped())
-            return finish(at, EntryState::done);
-        const JournalEntry& entry = entries_[at];
+            return finish(turn.at, EntryState::done);
+        const JournalEntry& entry = entries_[turn.at];
         const StepOutcome step = entry.intent.action == CleanupAction::link ? splitLink(entry, ports_, cancel_)
                                                                             : bringFromTrash(entry, ports_);
         if (!step.failure)
-            restored_.push_back(at);
+            restored_.push_back(turn.at);
         else if (step.decided)
-            finish(at, EntryState::done);
-        tell(at, step);
+            finish(turn.at, EntryState::done);
+        tell(turn.at, step);
     }
 
     // Only when the device has the names, lest the journal know of files that a loss of power took back.
@@ -209,7 +217,7 @@ private:
     const std::function<void(const UndoneItem&)>& told_;
     const CancelFlag& cancel_;
     bool wrote_ = false;
-    std::vector<std::size_t> intended_;
+    std::vector<Turn> turns_;
     std::vector<std::size_t> restored_;
     UndoOutcome outcome_;
 };

@@ -354,7 +354,7 @@ void atEveryMoment(Deed deed, const std::function<void(World&, CancelFlag&)>& me
 
 TEST(UndoRun, CancelledAtAnyMomentLeavesTheLinkOrTheFile)
 {
-    for (const Deed deed : {hard, symbolic, cloned}) {
+    for (const Deed deed : {hard, symbolic}) {
         atEveryMoment(
             deed, [](World&, CancelFlag& cancel) { cancel.cancel(); },
             [&](World& world, const UndoOutcome& outcome) {
