@@ -83,14 +83,13 @@ CleanupReport run(const MarkedScan& marked, const CleanRequest& request, const S
         writePlanSums({scan.results, marked.preview, plan, {}, request.compareInFull}, console.err);
     };
     ConsoleCleanupQuestions questions(
-        console, request.yes,
-        {[&] { watch.erase(); }, [&](const CleanupPlan& plan) { watch.begin(plan); }, tellPlan});
+        console, request.yes, {[&] { watch.erase(); }, [&](const CleanupPlan& plan) { watch.begin(plan); }, tellPlan});
     DiskFacts disk(platform.files(), platform.heldFiles());
     Journals journals(platform.files(), platform.output(), journalFolder(platform.places().stateFolder()));
     CleanupMemory memory;
     CleanupReport report =
-        runCleanup({scan.results, *scan.definition, disk.facts(*scan.definition, platform.paths()),
-                    passPorts(platform), platform.output(), platform.places(), journals, memory, questions, &watch,
+        runCleanup({scan.results, *scan.definition, disk.facts(*scan.definition, platform.paths()), passPorts(platform),
+                    platform.output(), platform.places(), journals, memory, questions, &watch,
                     criteriaText(*scan.definition, marked.options, platform.paths(), platform.shell())},
                    request.action, optionsFor(request, settings), console.cancel);
     watch.erase();

@@ -12,14 +12,74 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using testing::WithVariable;
 
+// The real operations, but for a trash that may be missing, and with a hand on the work.
+class HandledOperations final : public FileOperations {
+public:
+    explicit HandledOperations(FileOperations& real) : real_(real) {}
+    bool hasTrash = true;
+    std::function<void()> afterItem = [] {};
+
+    BatchOutcome remove(std::span<const RemovalItem> items, RemovalSink& sink, const CancelFlag& cancel) override
+    {
+        Sink told(sink, afterItem);
+        return real_.remove(items, told, cancel);
+    }
+    Status canTrash(const std::filesystem::path& path) override
+    {
+        return hasTrash ? real_.canTrash(path) : Error{ErrorKind::notSupported, 0, "read-only"};
+    }
+    bool isInTrash(const std::filesystem::path& path) override { return real_.isInTrash(path); }
+    Status restore(const std::filesystem::path& trashed, const std::filesystem::path& place) override
+    {
+        return real_.restore(trashed, place);
+    }
+    Status forget(const std::filesystem::path& trashed) override { return real_.forget(trashed); }
+
+private:
+    struct Sink final : RemovalSink {
+        Sink(RemovalSink& real, const std::function<void()>& afterItem) : real_(real), afterItem_(afterItem) {}
+        bool before(std::size_t item) override { return real_.before(item); }
+        Status placing(std::size_t item, const std::filesystem::path& trashed) override
+        {
+            return real_.placing(item, trashed);
+        }
+        void after(std::size_t item, const RemovalOutcome& outcome) override
+        {
+            real_.after(item, outcome);
+            afterItem_();
+        }
+        RemovalSink& real_;
+        const std::function<void()>& afterItem_;
+    };
+    FileOperations& real_;
+};
+
+class HandledPlatform final : public testing::QuietPlatform {
+public:
+    HandledOperations operations{QuietPlatform::fileOperations()};
+    FileOperations& fileOperations() override { return operations; }
+};
+
 class LinuxCleanRun : public testing::CleanWorld {
 protected:
+    LinuxCleanRun()
+    {
+        tree_.folder("data");
+        handled_.ownPlaces = platform_.ownPlaces;
+    }
+    testing::ConsoleRun cleanHandled(const Arguments& more, const testing::Surroundings& around = {})
+    {
+        Arguments arguments = {"clean", file("one.ikvs"), "--keep", "oldest", "--sort", "path"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return testing::runCli(arguments, around, handled_);
+    }
+
+    HandledPlatform handled_;
     const WithVariable trash_{"XDG_DATA_HOME", file("data").c_str()};
 };
 
 TEST_F(LinuxCleanRun, MovesToTheTrashAndUndoBringsBack)
 {
-    tree_.folder("data");
     const auto run = clean({"--keep", "oldest", "--json"});
     EXPECT_EQ(run.code, ExitCode::done) << run.err;
     const json document = json::parse(run.out);
@@ -37,7 +97,6 @@ TEST_F(LinuxCleanRun, MovesToTheTrashAndUndoBringsBack)
 
 TEST_F(LinuxCleanRun, NamesThatAreNoTextGoLikeAnyOther)
 {
-    tree_.folder("data");
     tree_.write("in/d/1\xFF\n", "odd");
     tree_.write("in/e/1\xFE", "odd");
     (void)save("one.ikvs");
@@ -50,12 +109,45 @@ TEST_F(LinuxCleanRun, NamesThatAreNoTextGoLikeAnyOther)
     EXPECT_THAT(run.out, AllOf(HasSubstr("e/1%FE\""), HasSubstr("d/1%FF%0A\"")));
 }
 
-TEST_F(LinuxCleanRun, TellsWhatLinksWouldLoseAndWhichVolumesHaveNoTrash)
+TEST_F(LinuxCleanRun, TellsWhatLinksWouldLose)
 {
     ASSERT_EQ(::chmod(file("in/b/1").c_str(), 0600), 0);
     const json plan = json::parse(clean({"--keep", "oldest", "--link", "hard", "--dry-run", "--json"}).out);
     EXPECT_EQ(plan.at("commands").at(0).at("loses"), json({"permissions", "times"}));
-    EXPECT_EQ(plan.at("withoutTrash").size(), 0u);
+}
+
+TEST_F(LinuxCleanRun, FilesOfAVolumeWithoutATrashStayUnlessTheirDeletionIsAskedForByName)
+{
+    handled_.operations.hasTrash = false;
+    const json plan = json::parse(cleanHandled({"--dry-run", "--json"}).out);
+    EXPECT_EQ(plan.at("withoutTrash").at(0).at("files"), 3);
+    EXPECT_EQ(plan.at("skipped").at(0).at("why"), "noTrash");
+    const auto run = cleanHandled({"--yes"});
+    EXPECT_EQ(run.code, ExitCode::incomplete);
+    EXPECT_THAT(run.err, AllOf(HasSubstr("no trash here (read-only), so 3 files"), HasSubstr("3 files left alone\n")));
+    EXPECT_EQ(tree_.read("in/b/1") + tree_.read("in/c/1") + tree_.read("in/b/2"), "samesamelonger");
+    EXPECT_EQ(cleanHandled({"--delete-permanently", "--yes"}).code, ExitCode::done);
+    EXPECT_FALSE(std::filesystem::exists(tree_.path("in/b/1")));
+}
+
+TEST_F(LinuxCleanRun, CtrlCEndsTheWorkAfterTheFileInHand)
+{
+    testing::Surroundings around;
+    around.answer = [this](std::string_view, CancelFlag& cancel) {
+        handled_.operations.afterItem = [&cancel] { cancel.cancel(); };
+        return std::string("y");
+    };
+    const auto run = cleanHandled({"--json"}, around);
+    EXPECT_EQ(run.code, ExitCode::cancelled);
+    const json document = json::parse(run.out);
+    EXPECT_EQ(document.at("cancelled"), true);
+    EXPECT_EQ(document.at("sums").at("done"), 1);
+    EXPECT_EQ(document.at("sums").at("notReached"), 2);
+    EXPECT_EQ(document.at("items").at(2).at("result"), "notReached");
+    EXPECT_FALSE(std::filesystem::exists(tree_.path("in/b/1")));
+    EXPECT_EQ(tree_.read("in/c/1") + tree_.read("in/b/2"), "samelonger");
+    EXPECT_EQ(testing::runCli({"undo", "1"}, {}, platform_).code, ExitCode::done);
+    EXPECT_EQ(tree_.read("in/b/1"), "same");
 }
 
 TEST_F(LinuxCleanRun, SettingsAskForALogAndCountWhatWent)
