@@ -4,8 +4,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <regex>
+#include <set>
+#include <stop_token>
+#include <thread>
 
 #include "platform/file_operations_contract.h"
 #include "platform/linux/adapters.h"
@@ -151,6 +155,44 @@ TEST_F(LinuxTrash, WhatWasExchangedAtTheLastMomentComesBack)
     EXPECT_EQ(textOf(tree_.path("elsewhere")), "the one that was looked at");
     EXPECT_TRUE(namesIn(home("files")).empty());
     EXPECT_TRUE(namesIn(home("info")).empty());
+}
+
+// Another program exchanges two files without a pause. Whatever the moment: only the file that was meant goes, and the
+// other one is never lost.
+TEST_F(LinuxTrash, NothingIsLostWhileNamesAreExchangedAllTheTime)
+{
+    const auto file = tree_.write("file", "meant");
+    const auto other = tree_.write("other", "not meant");
+    const FileIdentity meant = identityOf(file);
+    std::jthread exchanging([&](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            static_cast<void>(::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE));
+    });
+    int went = 0;
+    int stayed = 0;
+    for (int round = 0; round < 2000 && (round < 300 || went == 0 || stayed == 0); ++round) {
+        const RemovalItem item{file, meant, Removal::toTrash};
+        sink_.outcomes.clear();
+        static_cast<void>(operations_->remove(std::span(&item, 1), sink_, cancel_));
+        const RemovalOutcome& outcome = sink_.outcomes.at(0);
+        if (!outcome.error) {
+            ++went;
+            EXPECT_EQ(textOf(outcome.trashed.value()), "meant");
+            EXPECT_EQ(textOf(other), "not meant");
+            ASSERT_TRUE(operations_->restore(*outcome.trashed, file).ok());
+        } else {
+            ++stayed;
+            ASSERT_EQ(outcome.error->kind, ErrorKind::changed) << outcome.error->detail;
+        }
+    }
+    exchanging.request_stop();
+    exchanging.join();
+
+    EXPECT_GT(went, 0);
+    EXPECT_GT(stayed, 0);
+    EXPECT_EQ(namesIn(tree_.path()), (std::vector<std::string>{"data home", "file", "other"}));
+    EXPECT_EQ((std::set{textOf(file), textOf(other)}), (std::set<std::string>{"meant", "not meant"}));
+    EXPECT_TRUE(namesIn(home("files")).empty() && namesIn(home("info")).empty());
 }
 
 TEST_F(LinuxTrash, AFailedMoveLeavesNoNote)

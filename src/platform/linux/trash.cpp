@@ -62,11 +62,15 @@ Result<std::string> reserveName(const TrashPlace& place, const std::string& want
     return osError(EEXIST);
 }
 
-// Relative to the top of the volume where the trash is the volume's.
+// Relative to the top of the volume where the trash is the volume's. Where a path is too long for the kernel to tell it
+// without links it may seem to lie elsewhere, and is written as it was given: a note must not lead upwards.
 fs::path placeInNote(const TrashItem& item, const TrashPlace& place)
 {
     const fs::path whole = item.folderPath / item.name;
-    return place.top.empty() ? whole : whole.lexically_relative(place.top);
+    if (place.top.empty())
+        return whole;
+    fs::path below = whole.lexically_relative(place.top);
+    return below.empty() || *below.begin() == ".." ? whole : below;
 }
 
 // Names were exchanged between the last look and the move: what came is somebody else's, and goes back.
@@ -157,16 +161,13 @@ Status restoreFromTrash(const fs::path& trashed, const fs::path& place)
         return folder.error();
     if (!place.has_filename())
         return osError(EINVAL);
-    const Result<FileIdentity> seen = identityAt(from->files.get(), from->name);
-    if (!seen)
-        return seen.error();
+    // Looked at first, since between volumes the kernel does not say that there is nothing. Not looked at afterwards:
+    // the place is open to others again, and what they put there is not to be moved.
     const NameIn there{from->files.get(), from->name};
-    const NameIn here{folder->get(), place.filename().native()};
-    if (const Status moved = renameToFree(there, here); !moved)
+    if (const Result<FileIdentity> seen = identityAt(there.folder, there.name); !seen)
+        return seen.error();
+    if (const Status moved = renameToFree(there, {folder->get(), place.filename().native()}); !moved)
         return moved;
-    const Result<FileIdentity> arrived = identityAt(here.folder, here.name);
-    if (arrived && *arrived != *seen && renameToFree(here, there))
-        return notThatFile();
     static_cast<void>(removeNoteOf(*from));
     return {};
 }
