@@ -236,11 +236,5 @@ TEST_F(LinuxHeldFiles, RenamingByStepsTakesNothingAwayEither)
     EXPECT_FALSE(std::filesystem::exists(tree_.path("folder/within")));
 }
 
-TEST_F(LinuxHeldFiles, ErrorsOfFullFilesAreKnown)
-{
-    EXPECT_TRUE(held_->isTooManyLinks({ErrorKind::io, EMLINK, {}}));
-    EXPECT_FALSE(held_->isTooManyLinks({ErrorKind::io, ENOSPC, {}}));
-}
-
 }  // namespace
 }  // namespace kelvane
