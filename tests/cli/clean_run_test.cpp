@@ -130,7 +130,9 @@ TEST_F(CleanRun, WithoutTheComparisonAFileThatOnlyLooksEqualGoes)
     const auto then = std::filesystem::last_write_time(tree_.path("in/c/1"));
     tree_.write("in/c/1", "SAME");
     std::filesystem::last_write_time(tree_.path("in/c/1"), then);
-    EXPECT_EQ(clean({"--keep", "oldest", "--link", "hard", "--no-compare"}).code, ExitCode::done);
+    const auto run = clean({"--keep", "oldest", "--link", "hard", "--no-compare", "--progress", "always"});
+    EXPECT_EQ(run.code, ExitCode::done);
+    EXPECT_THAT(run.err, HasSubstr("putting links in place, 1 of 3 files"));
     EXPECT_EQ(state(), "a1 b1=a1 c1=a1 b2 c2=b2 ");
 }
 
@@ -153,6 +155,15 @@ TEST_F(CleanRun, LogsWhereItIsToldAndReplacesNothingButLogs)
         EXPECT_THAT(run.err, HasSubstr("Log: "));
         EXPECT_THAT(tree_.read("log"), AllOf(HasSubstr("\xEF\xBB\xBF***"), HasSubstr("FILES HANDLED ----"))) << kind;
     }
+}
+
+TEST_F(CleanRun, DoesNothingWithoutAJournal)
+{
+    tree_.write("own/state", "a file where the folder of journals would be");
+    const auto run = clean({"--keep", "oldest", "--link", "hard"});
+    EXPECT_EQ(run.code, ExitCode::incomplete);
+    EXPECT_THAT(run.err, HasSubstr("the journal of clean-ups cannot be written"));
+    EXPECT_EQ(state(), untouched);
 }
 
 TEST_F(CleanRun, ListsThatLeaveNothingToDoSayWhy)

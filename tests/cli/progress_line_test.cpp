@@ -42,6 +42,8 @@ TEST_F(Progress, SaysWhatIsKnownAndNoMore)
     EXPECT_EQ(after(line, {ScanPhase::gathering, 12}), "phase 1: gathering files, 12 files");
     EXPECT_EQ(after(line, {ScanPhase::comparing, 5, 200, 2048, 8192}),
               "phase 3: discovering duplicates, 5 of 200 files, 2048 bytes read");
+    line.show({"linking", 5, 200, 2048, 8192, false});
+    EXPECT_EQ(screen(err_.str()), "linking, 5 of 200 files, 2048 bytes") << "handled, not read";
 }
 
 TEST_F(Progress, RateAndTimeLeftCountFromTheBeginningOfThePhase)
