@@ -1,7 +1,8 @@
-// A console program's view of a running clean-up.
+// A console program's view of a running clean-up, and of one that is taken back.
 #pragma once
 
 #include <optional>
+#include <utility>
 
 #include "cleanup/cleanup_pass.h"
 #include "cli/progress_line.h"
@@ -16,6 +17,7 @@ public:
 
     // What the work will be.
     void begin(const CleanupPlan& plan);
+    void begin(ProgressFigures figures) { figures_ = std::move(figures); }
     void groupBegins(ItemId /*original*/) override {}
     void itemEnded(const ItemOutcome& /*outcome*/) override {}
     void progress(std::uint64_t items, std::uint64_t bytes) override;

@@ -58,6 +58,15 @@ Status readFormat(const RawUndo& raw, UndoRequest& request)
     return {};
 }
 
+Status readProgress(const RawUndo& raw, UndoRequest& request)
+{
+    const auto chosen = chooseProgress(raw.progress);
+    if (!chosen)
+        return chosen.error();
+    request.progress = *chosen;
+    return {};
+}
+
 // A list says nothing of single items, and tells of every run.
 Status readList(const RawUndo& raw, UndoRequest& request)
 {
@@ -82,6 +91,10 @@ void addUndoOptions(CLI::App& app, RawUndo& raw)
         ->type_name("PATH")
         ->allow_extra_args(false);
     app.add_flag("--dry-run", raw.dryRun, filledText(TextId::helpUndoDryRun));
+    app.add_option("--progress", raw.progress, filledText(TextId::helpProgress))
+        ->check(notEmpty)
+        ->type_name("WORD")
+        ->take_last();
     app.add_option("--format", raw.format, filledText(TextId::describeFormatHelp))
         ->check(notEmpty)
         ->type_name("WORD")
@@ -92,7 +105,8 @@ void addUndoOptions(CLI::App& app, RawUndo& raw)
 Result<UndoRequest> makeUndoRequest(const RawUndo& raw)
 {
     UndoRequest request;
-    for (const Status& read : {readRun(raw, request), readFormat(raw, request), readList(raw, request)}) {
+    for (const Status& read :
+         {readRun(raw, request), readFormat(raw, request), readList(raw, request), readProgress(raw, request)}) {
         if (!read)
             return read.error();
     }

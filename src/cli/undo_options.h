@@ -32,6 +32,7 @@ struct UndoRequest {
     bool list = false;
     bool dryRun = false;
     OutputFormat format = OutputFormat::text;
+    ProgressMode progress = ProgressMode::automatic;
 };
 
 // Declares the options; `raw` must outlive the parsing.

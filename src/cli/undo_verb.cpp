@@ -3,6 +3,7 @@
 
 #include "base/filled_text.h"
 #include "cli/arguments.h"
+#include "cli/clean_watch.h"
 #include "cli/problems.h"
 #include "cli/settled_runs.h"
 #include "cli/undo_options.h"
@@ -128,12 +129,38 @@ private:
         if (!opened)
             return notOpened(opened.error());
         const auto filter = [&](const JournalEntry& entry) { return isChosen(entry); };
-        const auto told = [&](const UndoneItem& item) { report_.items.push_back(item); };
+        CleanWatch watch(console_, platform_.clock(), request_.progress);
+        watch.begin(workIn(opened->run));
+        std::uint64_t bytes = 0;
+        const auto told = [&](const UndoneItem& item) {
+            bytes += sizeOf(opened->run.entries[static_cast<std::size_t>(item.entry)]);
+            report_.items.push_back(item);
+            watch.progress(report_.items.size(), bytes);
+        };
         report_.outcome = undoRun(*opened, passPorts(platform_), filter, told, console_.cancel);
+        watch.erase();
         if (!report_.outcome.journalError)
             return ExitCode::done;
         complain(console_, filledText(TextId::undoJournalFailed, {errorText(*report_.outcome.journalError)}));
         return ExitCode::incomplete;
+    }
+
+    // What comes out of the trash is moved, which takes the same for any size.
+    static std::uint64_t sizeOf(const JournalEntry& entry)
+    {
+        return entry.intent.action == CleanupAction::link ? entry.intent.itemWas.size.bytes : 0;
+    }
+
+    ProgressFigures workIn(const JournalRun& run)
+    {
+        ProgressFigures figures{filledText(TextId::takingBack), 0, 0, 0, 0, false};
+        for (const JournalEntry& entry : run.entries) {
+            if (entry.state != EntryState::done || !isChosen(entry))
+                continue;
+            figures.totalItems += 1;
+            figures.totalBytes += sizeOf(entry);
+        }
+        return figures;
     }
 
     ExitCode conclude(ExitCode code)
