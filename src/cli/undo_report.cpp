@@ -96,7 +96,8 @@ void writeUndoSums(const UndoReport& report, std::ostream& out)
 
 void writeUndoJson(const UndoReport& report, std::ostream& out)
 {
-    out << "{\"run\": " << plain(report.run) << ",\n\"dryRun\": " << (report.dryRun ? "true" : "false")
+    const Json run = plain(report.run) != 0 ? Json(plain(report.run)) : Json(nullptr);
+    out << "{\"run\": " << dump(run, Layout::oneLine) << ",\n\"dryRun\": " << (report.dryRun ? "true" : "false")
         << ",\n\"restored\": " << report.outcome.restored << ",\n\"failed\": " << report.outcome.failed
         << ",\n\"bytes\": " << report.outcome.bytes << ",\n\"items\": ";
     writeList(report.items, out, itemJson);

@@ -10,7 +10,7 @@
 namespace kelvane {
 
 struct UndoReport {
-    RunNumber run{};
+    RunNumber run{};      // 0: there was none to take back
     bool dryRun = false;  // `outcome` and `items` then say what would be
     UndoOutcome outcome;
     std::vector<UndoneItem> items;

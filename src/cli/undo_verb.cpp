@@ -61,10 +61,12 @@ public:
         const auto number = request_.run ? request_.run : latest(code);
         if (code != ExitCode::done)
             return code;
-        if (!number)
-            return nothing();
-        report_.run = *number;
+        report_.run = number.value_or(RunNumber{});
         report_.dryRun = request_.dryRun;
+        if (!number) {
+            print();
+            return nothing();
+        }
         code = request_.dryRun ? foresee() : takeBack();
         return code == ExitCode::usage ? code : conclude(code);
     }

@@ -73,6 +73,7 @@ private:
 TEST_F(UndoVerb, TakesTheLatestRunBackOfWhichAnythingIsLeft)
 {
     EXPECT_EQ(undo({}).code, ExitCode::incomplete);
+    EXPECT_TRUE(json::parse(undo({"--json"}).out).at("run").is_null());
     (void)run(CleanupAction::link, {"a", "b"});
     (void)run(CleanupAction::link, {"c"});
     (void)run(CleanupAction::deletePermanently, {"d"});
