@@ -51,9 +51,11 @@ private:
     // this instant would be lost, so the look comes right before.
     [[nodiscard]] Status overwrite()
     {
-        if (const Status linked = folder_.hardLink(*pair_.item, aside_); !linked)
+        const Status linked = folder_.hardLink(*pair_.item, aside_);
+        // Whatever the answer is the name may be there now, unless it is somebody else's.
+        overwrites_ = linked || linked.error().kind != ErrorKind::exists;
+        if (!linked)
             return linked;
-        overwrites_ = true;
         const auto now = folder_.look(pair_.name);
         if (!now)
             return now.error();

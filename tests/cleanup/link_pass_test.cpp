@@ -86,32 +86,42 @@ TEST(LinkPass, MakesSymbolicLinks)
     EXPECT_EQ(world.journal.told(), "intend b; flush; done b symbolic");
 }
 
+struct FaultRow {
+    bool exchanges;
+    testing::Fault fault;
+};
+
+class FailingLinkPass : public ::testing::TestWithParam<FaultRow> {};
+
 // Without an exchange of names, too, and whatever step fails, the item stays or is a finished link.
-TEST(LinkPass, ReplacesWithoutExchangeAndPutsBackWhatFails)
+TEST_P(FailingLinkPass, PutsBackWhatFails)
 {
     testing::FaultPlan plan;
-    for (const bool exchanges : {true, false})
-        for (int at = 1;; ++at) {
-            LinkWorld world;
-            testing::FaultyHeldFiles faulty(*world.held, plan);
-            world.held = &faulty;
-            plan.canExchange = exchanges;
-            plan.fail(testing::Fault::once, at);
-            world.linkAll();
-            if (!plan.failed()) {
-                EXPECT_GT(at, 8);
-                EXPECT_EQ(world.told, "[a] b:done hard>a ");
-                EXPECT_EQ(world.left(), "a,b,trash");
-                break;
-            }
-            EXPECT_EQ(world.tree.read("b"), "same");
-            EXPECT_EQ(world.areOneFile("a", "b"), world.outcome.succeeded == 1) << plan.struck();
-            if (world.outcome.undecided == 0) {
-                EXPECT_EQ(world.left(), "a,b,trash") << plan.struck() << " " << at;
-            }
-            EXPECT_EQ(world.questions.asked.size(), world.outcome.errors) << plan.struck();
+    plan.canExchange = GetParam().exchanges;
+    for (int at = 1;; ++at) {
+        LinkWorld world;
+        testing::FaultyHeldFiles faulty(*world.held, plan);
+        world.held = &faulty;
+        plan.fail(GetParam().fault, at);
+        world.linkAll();
+        if (!plan.failed()) {
+            EXPECT_GT(at, 8);
+            EXPECT_EQ(world.told, "[a] b:done hard>a ");
+            EXPECT_EQ(world.left(), "a,b,trash");
+            break;
         }
+        EXPECT_EQ(world.tree.read("b"), "same");
+        EXPECT_EQ(world.areOneFile("a", "b"), world.outcome.succeeded == 1) << plan.struck();
+        EXPECT_EQ(world.outcome.undecided, 0u) << plan.struck();
+        EXPECT_EQ(world.left(), "a,b,trash") << plan.struck() << " " << at;
+        EXPECT_EQ(world.questions.asked.size(), world.outcome.errors) << plan.struck();
+    }
 }
+
+INSTANTIATE_TEST_SUITE_P(Faults, FailingLinkPass,
+                         ::testing::Values(FaultRow{true, testing::Fault::once}, FaultRow{false, testing::Fault::once},
+                                           FaultRow{true, testing::Fault::afterwards},
+                                           FaultRow{false, testing::Fault::afterwards}));
 
 TEST(LinkPass, StartsANewOriginalWhereAFileHasAllItsNames)
 {
