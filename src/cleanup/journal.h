@@ -83,7 +83,8 @@ public:
     // `notSupported` when there is too much to write down (names and attributes of above 16 MiB); nothing else is lost.
     [[nodiscard]] virtual Result<EntryNumber> intend(const JournalIntent& intent) = 0;
     [[nodiscard]] virtual Status placing(EntryNumber entry, const std::filesystem::path& trashed) = 0;
-    // `state` is done or notDone. The path is where the item is in the trash; empty: where placing() said.
+    // `state` is done or notDone; notDone also after done, when a loss of power took back what had been done. The path
+    // is where the item is in the trash; empty: where placing() said.
     [[nodiscard]] virtual Status finish(EntryNumber entry, EntryState state, LinkKind link = LinkKind::none,
                                         const std::filesystem::path& trashed = {}) = 0;
     [[nodiscard]] virtual Status intendUndo(EntryNumber entry, const NativeString& temporary) = 0;

@@ -149,8 +149,7 @@ private:
         const auto state = fields.choice(EntryState::notDone);
         const auto link = fields.choice(LinkKind::clone);
         NativeString trashed = fields.name();
-        if (entry == nullptr || !fields.sound() || entry->state != EntryState::intended ||
-            !mayBecome(entry->state, state))
+        if (entry == nullptr || !fields.sound() || !mayFinish(entry->state, state))
             return false;
         entry->state = state;
         entry->link = link;
@@ -319,13 +318,18 @@ Result<JournalReading> readJournal(ContentReader& reader)
     return reading;
 }
 
+bool mayFinish(EntryState from, EntryState to)
+{
+    return from != EntryState::undoIntended && to != EntryState::undoIntended && mayBecome(from, to);
+}
+
 bool mayBecome(EntryState from, EntryState to)
 {
     switch (to) {
     case EntryState::intended:
         return false;
     case EntryState::notDone:
-        return from == EntryState::intended;
+        return from == EntryState::intended || from == EntryState::done;
     case EntryState::done:
         return from == EntryState::intended || from == EntryState::undoIntended;
     case EntryState::undoIntended:

@@ -19,5 +19,7 @@ struct JournalReading {
 
 // Which states follow on which.
 [[nodiscard]] bool mayBecome(EntryState from, EntryState to);
+// Of these, those that say what came of an intent.
+[[nodiscard]] bool mayFinish(EntryState from, EntryState to);
 
 }  // namespace kelvane

@@ -84,7 +84,8 @@ public:
 
     Status finish(EntryNumber entry, EntryState state, LinkKind link, const std::filesystem::path& trashed) override
     {
-        if (!isIn(entry, EntryState::intended))
+        const auto index = static_cast<std::size_t>(entry);
+        if (index >= states_.size() || !mayFinish(states_[index], state))
             return senseless();
         return become(entry, state, finishBody(entry, state, link, trashed));
     }

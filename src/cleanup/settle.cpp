@@ -10,9 +10,16 @@ namespace {
 Verdict settled(const JournalEntry& entry, const PassPorts& ports)
 {
     const bool isLink = entry.intent.action == CleanupAction::link;
-    if (entry.state == EntryState::intended)
-        return isLink ? settleReplacement(entry, ports) : settleRemoval(entry, ports);
-    return isLink ? settleSplit(entry, ports) : settleReturn(entry, ports);
+    if (entry.state == EntryState::undoIntended)
+        return isLink ? settleSplit(entry, ports) : settleReturn(entry, ports);
+    return isLink ? settleReplacement(entry, ports) : settleRemoval(entry, ports);
+}
+
+bool isOpen(const JournalEntry& entry, const PassPorts& ports)
+{
+    const EntryState state = entry.state;
+    return state == EntryState::intended || state == EntryState::undoIntended ||
+           (state == EntryState::done && isBehind(entry, ports));
 }
 
 class RunSettler {
@@ -29,14 +36,14 @@ public:
         bool anyUndecided = false;
         for (std::uint32_t i = 0; i < opened_.run.entries.size() && !journalFailed_; ++i) {
             const JournalEntry& entry = opened_.run.entries[i];
-            if (entry.state != EntryState::intended && entry.state != EntryState::undoIntended)
+            if (!isOpen(entry, ports_))
                 continue;
             anyUndecided = true;
             settle(static_cast<EntryNumber>(i), entry);
         }
         finishAll();
         if (!journalFailed_)
-            keep(opened_.writer->end());
+            keep(leftOpen_ ? opened_.writer->flush() : opened_.writer->end());
         const bool worthTelling = anyUndecided || journalFailed_ || (run_.damaged && !opened_.run.entries.empty());
         return worthTelling ? std::optional(std::move(run_)) : std::nullopt;
     }
@@ -53,6 +60,7 @@ private:
         Verdict verdict = settled(entry, ports_);
         if (verdict.told)
             run_.unsettled.push_back(*verdict.told);
+        leftOpen_ = leftOpen_ || !verdict.state;
         if (verdict.state)
             decided_.push_back({number, &entry, std::move(verdict)});
     }
@@ -69,8 +77,14 @@ private:
             if (at->second && !journalFailed_)
                 finish(one);
             else if (!at->second)
-                run_.unsettled.push_back({one.entry->intent.item, {}, {CleanupFault::system, at->second.error()}});
+                leaveOpen(one, at->second.error());
         }
+    }
+
+    void leaveOpen(const Decided& one, const Error& error)
+    {
+        leftOpen_ = true;
+        run_.unsettled.push_back({one.entry->intent.item, {}, {CleanupFault::system, error}});
     }
 
     Status flush(const std::filesystem::path& path)
@@ -85,8 +99,10 @@ private:
     {
         const EntryState state = *one.verdict.state;
         const bool wasUndo = one.entry->state == EntryState::undoIntended;
-        keep(wasUndo ? opened_.writer->finishUndo(one.number, state)
-                     : opened_.writer->finish(one.number, state, one.verdict.link, one.entry->trashed));
+        if (wasUndo)
+            keep(opened_.writer->finishUndo(one.number, state));
+        else if (one.entry->state != state)
+            keep(opened_.writer->finish(one.number, state, one.verdict.link, one.entry->trashed));
         const bool completed = wasUndo ? state == EntryState::undone : state == EntryState::done;
         // What is told of is counted there.
         if (!journalFailed_ && !one.verdict.told)
@@ -106,6 +122,7 @@ private:
     SettledRun run_;
     std::vector<Decided> decided_;
     bool journalFailed_ = false;
+    bool leftOpen_ = false;  // something is to be looked at again
 };
 
 }  // namespace

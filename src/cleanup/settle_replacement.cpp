@@ -1,4 +1,5 @@
 // A link that was to take the place of an item.
+#include <algorithm>
 #include <array>
 
 #include "cleanup/settle_place.h"
@@ -33,6 +34,15 @@ public:
             break;
         }
         return old() != nullptr ? leave(*old()) : cleared(EntryState::notDone);
+    }
+
+    // Nothing of what is to be gone after a finished replacement is there.
+    bool isFinished()
+    {
+        if (!place_.open() || !look() || item_ == Found::other)
+            return true;  // nothing tells
+        const auto isOurs = [](const Spare& spare) { return spare.found == Found::old || isLink(spare.found); };
+        return item_ != Found::old && std::none_of(spares_.begin(), spares_.end(), isOurs);
     }
 
 private:
@@ -180,6 +190,13 @@ private:
 Verdict settleReplacement(const JournalEntry& entry, const PassPorts& ports)
 {
     return Replaced(entry, ports).settle();
+}
+
+bool isBehind(const JournalEntry& entry, const PassPorts& ports)
+{
+    if (entry.intent.action != CleanupAction::link)
+        return settleRemoval(entry, ports).state == EntryState::notDone;
+    return entry.link != LinkKind::clone && !Replaced(entry, ports).isFinished();
 }
 
 }  // namespace kelvane

@@ -21,4 +21,8 @@ struct Verdict {
 [[nodiscard]] Verdict settleSplit(const JournalEntry& entry, const PassPorts& ports);
 [[nodiscard]] Verdict settleReturn(const JournalEntry& entry, const PassPorts& ports);
 
+// Whether the disk shows that an entry which is `done` is not, or not wholly: the journal may have reached its device
+// before the names reached theirs, when the power was lost. Such an entry is settled as if it was intended.
+[[nodiscard]] bool isBehind(const JournalEntry& entry, const PassPorts& ports);
+
 }  // namespace kelvane

@@ -363,6 +363,52 @@ TEST_P(SettleTest, RemovalsAreDecidedByWhereTheItemIs)
     EXPECT_TRUE(settle().empty());
 }
 
+// The journal reached its device, and the names did not reach theirs before the power was lost.
+TEST_P(SettleTest, WhatIsDoneByTheJournalOnlyIsSettledToo)
+{
+    struct Behind {
+        CleanupAction action;
+        LinkKind link;
+        std::string item, temporary;
+        EntryState state;
+    };
+    const auto link = CleanupAction::link;
+    const std::vector<Behind> cases{
+        {link, LinkKind::hard, "old", "", EntryState::notDone},
+        {link, LinkKind::hard, "old", "hard", EntryState::notDone},
+        {link, LinkKind::hard, "hard", "old", EntryState::done},
+        {link, LinkKind::hard, "hard", "", EntryState::done},
+        {link, LinkKind::hard, "other", "", EntryState::done},
+        {link, LinkKind::clone, "old", "", EntryState::done},
+        {CleanupAction::recycle, LinkKind::none, "old", "", EntryState::notDone},
+        {CleanupAction::recycle, LinkKind::none, "", "", EntryState::done},
+        {CleanupAction::deletePermanently, LinkKind::none, "old", "", EntryState::notDone},
+    };
+    std::vector<Scene> scenes;
+    {
+        const auto writer = std::move(journals_.begin(link, {}).value());
+        for (const Behind& one : cases) {
+            const std::string folder = std::to_string(scenes.size());
+            const auto entry = writer->intend(prepare(folder, one.action)).value();
+            ASSERT_TRUE(writer->finish(entry, EntryState::done, one.link));
+            arrange(folder, {{"item", one.item}, {"temp", one.temporary}}, "same");
+            scenes.push_back(sceneOf(one.item + "|" + one.temporary, folder));
+        }
+    }
+    const auto told = settle();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told[0].completed, 1U);
+    EXPECT_EQ(told[0].takenBack, 4U);
+    EXPECT_TRUE(told[0].unsettled.empty());
+    const JournalRun run = journals_.read(RunNumber{1}).value();
+    EXPECT_TRUE(run.ended && !run.damaged);
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        EXPECT_EQ(run.entries[i].state, cases[i].state) << i;
+        EXPECT_FALSE(listingOf(tree_.path(scenes[i].folder)).contains("temp")) << i;
+    }
+    expectNothingLost(scenes);
+}
+
 TEST_P(SettleTest, RunsInWorkAreLeftAloneAndOthersEndSilently)
 {
     const auto going = std::move(journals_.begin(CleanupAction::link, {}).value());
@@ -370,7 +416,7 @@ TEST_P(SettleTest, RunsInWorkAreLeftAloneAndOthersEndSilently)
     {
         const auto over = std::move(journals_.begin(CleanupAction::link, {}).value());
         const auto entry = over->intend(prepare("b", CleanupAction::link)).value();
-        ASSERT_TRUE(over->finish(entry, EntryState::done, LinkKind::hard));
+        ASSERT_TRUE(over->finish(entry, EntryState::notDone));
     }
     EXPECT_TRUE(settle().empty());
     EXPECT_THAT(journals_.unfinished().value(), ::testing::ElementsAre(RunNumber{1}));
