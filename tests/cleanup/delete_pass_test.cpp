@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "cleanup/pass_world.h"
+#include "support/real_files.h"
 
 namespace kelvane {
 namespace {
@@ -37,6 +38,8 @@ TEST(DeletePass, TakesItemsAwayBatchByBatchAndTellsTheJournalFirst)
 
 TEST(DeletePass, ReadsTheCodesOfTheShell)
 {
+    if (!testing::openFilesMove())
+        GTEST_SKIP() << "here a removed file keeps its name while it is held";
     DeleteWorld world("bcdefg");
     const Error denied{ErrorKind::accessDenied, 5, "denied"};
     world.trash.answers["b"] = {static_cast<std::int32_t>(0x80070005), denied, {}};
@@ -73,6 +76,8 @@ TEST(DeletePass, LeavesAloneWhatChangesBetweenGuardAndTurn)
 
 TEST(DeletePass, KeepsTheLastNameOfAFile)
 {
+    if (!testing::openFilesMove())
+        GTEST_SKIP() << "here a removed file keeps its name while it is held";
     PassWorld world;
     world.write("a");
     for (const char* name : {"b", "c"}) {
@@ -145,6 +150,8 @@ TEST(DeletePass, DoesNothingThatTheJournalCannotTell)
 
 TEST(DeletePass, ReportsWhatVanishedInAFailureAsUndecided)
 {
+    if (!testing::openFilesMove())
+        GTEST_SKIP() << "here a removed file keeps its name while it is held";
     DeleteWorld world("b");
     world.trash.answers["b"] = {-1, Error{ErrorKind::io, 5, "broken"}, {}};
     world.trash.afterEach = [&](const std::string&) { world.tree.remove("b"); };

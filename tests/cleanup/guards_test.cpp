@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "cleanup/pass_world.h"
+#include "support/real_files.h"
 
 namespace kelvane {
 namespace {
@@ -55,7 +56,7 @@ const Change changes[] = {
     {"item grew", [](const PassWorld& world) { world.tree.write("item", "same and more"); }, "changed"},
     {"item touched", [](const PassWorld& world) { touch(world.tree.path("item")); }, "changed"},
     {"item replaced", [](const PassWorld& world) { swapForCopy(world.tree.path("item")); }, "changed", true},
-    {"item gone", [](const PassWorld& world) { world.tree.remove("item"); }, "changed"},
+    {"item gone", [](const PassWorld& world) { world.tree.remove("item"); }, "changed", true},
     {"item became a folder",
      [](const PassWorld& world) {
          world.tree.remove("item");
@@ -71,7 +72,7 @@ const Change changes[] = {
     {"kept grew", [](const PassWorld& world) { world.tree.write("kept", "same and more"); }, "keptChanged"},
     {"kept touched", [](const PassWorld& world) { touch(world.tree.path("kept")); }, "keptChanged"},
     {"kept replaced", [](const PassWorld& world) { swapForCopy(world.tree.path("kept")); }, "keptChanged", true},
-    {"kept gone", [](const PassWorld& world) { world.tree.remove("kept"); }, "keptChanged"},
+    {"kept gone", [](const PassWorld& world) { world.tree.remove("kept"); }, "keptChanged", true},
     {"kept renamed", [](const PassWorld& world) { fs::rename(world.tree.path("kept"), world.tree.path("other")); },
      "keptChanged"},
 };
@@ -172,6 +173,8 @@ TEST(Guards, KnowTwoNamesOfOneFile)
     EXPECT_EQ(verdict(world), "keptMarked") << "the plan takes them for two files";
     world.plan.commands.front().sameFile = true;
     EXPECT_EQ(verdict(world), held);
+    if (!testing::openFilesMove())
+        GTEST_SKIP() << "here a removed file keeps its name while it is held";
     EXPECT_EQ(verdict(world, [&] { world.tree.remove("kept"); }), "keptChanged");
     world.tree.hardLink("kept", "item");
     EXPECT_EQ(verdict(world,

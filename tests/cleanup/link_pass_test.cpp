@@ -130,7 +130,8 @@ TEST(LinkPass, StartsANewOriginalWhereAFileHasAllItsNames)
     world.write("y", "same", 2);
     world.link("y", "x");
     testing::FaultPlan plan;
-    plan.namesLeft = 2;
+    // Without an exchange of names every link needs a second one for a moment.
+    plan.namesLeft = testing::pathsArePosix ? 2 : 4;
     testing::FaultyHeldFiles faulty(*world.held, plan);
     world.held = &faulty;
     world.afterItem = [&](const std::string& item) {

@@ -12,6 +12,7 @@
 #include "support/fake_cleanup_questions.h"
 #include "support/fake_places.h"
 #include "support/memory_file_system.h"
+#include "support/paths.h"
 #include "support/temp_tree.h"
 
 namespace kelvane::testing {
@@ -30,7 +31,7 @@ struct RunWorld : MarkingWorld {
                 files.addFile(path, std::string(100, 'x'));
                 if (path.starts_with("/usb"))
                     files.setVolume("/usb", usb());
-                const auto now = files.details(path, Links::asThemselves);
+                const auto now = files.details(native(path), Links::asThemselves);
                 const ItemId id = add({path, number, 100, now->modified.ticks, now->identity});
                 if (path != group.front())
                     model.mark(std::span(&id, 1), Mark::ticked, true);
