@@ -38,14 +38,18 @@ FileHandle createNote(int info, const std::string& name)
     return FileHandle(uninterrupted([&] { return ::openat(info, (name + noteEnding).c_str(), flags, 0600); }));
 }
 
-// Who makes the note has the name.
-Result<std::string> reserveName(const TrashPlace& place, const std::string& wanted, const std::string& note)
+// Who makes the note has the name. The name is told before: a note that nobody knows of would stay for ever after a
+// crash.
+Result<std::string> reserveName(const TrashPlace& place, const std::string& wanted, const std::string& note,
+                                const Placing& placing)
 {
     std::size_t longest = NAME_MAX;
     for (unsigned attempt = 0; attempt < mostAttempts; ++attempt) {
         std::string name = trashName(wanted, attempt, longest);
-        if (isTaken(place.files.get(), name))
+        if (isTaken(place.files.get(), name) || isTaken(place.info.get(), name + noteEnding))
             continue;
+        if (const Status told = placing(place.folder / "files" / name); !told)
+            return told.error();
         const FileHandle file = createNote(place.info.get(), name);
         if (!file.valid() && errno == ENAMETOOLONG && longest > shortName)
             longest = shortName;
@@ -83,13 +87,10 @@ TrashMove takeBack(const TrashItem& item, const TrashPlace& place, const std::st
     return {notThatFile(), place.folder / "files" / name};
 }
 
-TrashMove moveReserved(const TrashItem& item, const TrashPlace& place, const std::string& name, const Placing& placing)
+TrashMove moveReserved(const TrashItem& item, const TrashPlace& place, const std::string& name)
 {
     const fs::path trashed = place.folder / "files" / name;
-    Status moved = placing(trashed);
-    if (moved)
-        moved = renameToFree({item.folder, item.name}, {place.files.get(), name});
-    if (!moved) {
+    if (const Status moved = renameToFree({item.folder, item.name}, {place.files.get(), name}); !moved) {
         removeNote(place, name);
         return {moved.error(), std::nullopt};
     }
@@ -146,8 +147,8 @@ Result<FileIdentity> identityAt(int folder, const std::string& name)
 TrashMove moveToTrash(const TrashItem& item, const TrashPlace& place, const Placing& placing)
 {
     const std::string note = trashNote(placeInNote(item, place), std::time(nullptr));
-    const Result<std::string> name = reserveName(place, item.name, note);
-    return name ? moveReserved(item, place, *name, placing) : TrashMove{name.error(), std::nullopt};
+    const Result<std::string> name = reserveName(place, item.name, note, placing);
+    return name ? moveReserved(item, place, *name) : TrashMove{name.error(), std::nullopt};
 }
 
 // What the trash still notes of an item that is back does no harm, so that failing to remove it is no failure.
