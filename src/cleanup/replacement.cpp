@@ -20,6 +20,9 @@ public:
         const Result<FileDetails> link = kind == LinkKind::hard ? pair_.keptNow : folder_.look(temporary_);
         if (!link)
             return {Placed::undecided, CleanupFailure{CleanupFault::system, link.error()}};
+        // Somebody may have taken the name in this instant: what is theirs stays.
+        if (kind == LinkKind::symbolic && link->kind != FileKind::link)
+            return {Placed::undecided, CleanupFailure{CleanupFault::changed, {}}};
         link_ = *link;
         if (const Status moved = moveAside(); !moved) {
             CleanupFailure failure = lookFailure(moved.error(), CleanupFault::changed);
@@ -64,24 +67,23 @@ private:
         return folder_.replace(temporary_, pair_.name);
     }
 
-    // What came aside has to be the held file, untouched, and what stands there now the link.
+    // What came aside has to be the held file, untouched, and what stands there now the link. That is looked at last:
+    // once the old file is gone nothing else has its bytes.
     [[nodiscard]] Failure surprise() const
     {
+        if (pair_.item->isBeingWritten())
+            return CleanupFailure{CleanupFault::beingWritten, {}};
         const auto aside = folder_.look(aside_);
         if (!aside)
             return lookFailure(aside.error(), CleanupFault::changed);
         if (!isAsSeen(*aside, pair_.itemNow))
             return CleanupFailure{CleanupFault::changed, {}};
-        if (pair_.item->isBeingWritten())
-            return CleanupFailure{CleanupFault::beingWritten, {}};
         const auto place = link_.kind == FileKind::link
                                ? files_.details(pair_.folder->path() / pair_.name, Links::followed)
                                : folder_.look(pair_.name);
         if (!place)
             return lookFailure(place.error(), CleanupFault::keptChanged);
-        if (!isAsSeen(*place, pair_.keptNow))
-            return CleanupFailure{CleanupFault::keptChanged, {}};
-        return std::nullopt;
+        return isAsSeen(*place, pair_.keptNow) ? Failure() : CleanupFailure{CleanupFault::keptChanged, {}};
     }
 
     [[nodiscard]] Placement removeAside()
