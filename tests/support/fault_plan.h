@@ -1,6 +1,7 @@
 // Which of many port calls is the one that goes wrong: one counter that any number of wrapped ports share.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -30,12 +31,14 @@ public:
         error_ = std::move(error);
         struck_.clear();
     }
+    // No fault comes any more; what came is still told.
+    void stop() { fault_ = Fault::none; }
     // Called when the fault comes, after the half of a write was written; it need not return.
     void onFault(std::function<void()> action) { action_ = std::move(action); }
 
     [[nodiscard]] int operations() const { return count_; }
     // Whether the operation was reached at all, and its name.
-    [[nodiscard]] bool failed() const { return fault_ != Fault::none && count_ >= at_; }
+    [[nodiscard]] bool failed() const { return !struck_.empty(); }
     [[nodiscard]] const std::string& struck() const { return struck_; }
 
     // Does what `real` does, or fails; `torn` is what a killed process still does of it.
@@ -66,7 +69,12 @@ public:
 
     // What file systems differ in.
     bool canExchange = true;
-    int namesLeft = -1;  // hard links that can be made before a file has as many names as it can; negative: any number
+    bool pretendsToShare = false;  // blocks of equal files count as shared, and nothing is done
+    int namesLeft = -1;           // hard links that can be made at all before an error tells of too many; negative: any
+    std::uint32_t mostNames = 0;  // of a file, before it has as many as it can; 0: any number
+
+    // Whether flushing asks the device, which takes most of the time of a test and tells nothing while it has power.
+    bool reallyFlushes = false;
 
 private:
     [[nodiscard]] bool isDue(std::string_view name)

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "cleanup/guards.h"
+
 namespace kelvane::testing {
 namespace {
 
@@ -33,11 +35,21 @@ public:
     }
     Status shareBlocks(HeldFile& source) override
     {
-        return plan_.run("share blocks", [&] { return real_->shareBlocks(realOf(source)); });
+        return plan_.run("share blocks", [&] {
+            return plan_.pretendsToShare ? equalTo(realOf(source)) : real_->shareBlocks(realOf(source));
+        });
     }
     [[nodiscard]] static HeldFile& realOf(HeldFile& file) { return *static_cast<FaultyFile&>(file).real_; }
 
 private:
+    [[nodiscard]] Status equalTo(HeldFile& source)
+    {
+        const auto same = sameContents(*real_, source, CancelFlag());
+        if (!same)
+            return same.error();
+        return *same ? Status() : Status(Error{ErrorKind::changed, 0, "differs"});
+    }
+
     FaultPlan& plan_;
     std::unique_ptr<HeldFile> real_;
 };
@@ -58,7 +70,7 @@ public:
     }
     Status flush() override
     {
-        return plan_.run("flush new", [&] { return real_->flush(); });
+        return plan_.run("flush new", [&] { return plan_.reallyFlushes ? real_->flush() : Status(); });
     }
     Result<FileDetails> details() const override
     {
@@ -98,9 +110,13 @@ public:
     Status hardLink(HeldFile& file, NativeView name) override
     {
         return plan_.run("hard link", [&]() -> Status {
+            HeldFile& source = FaultyFile::realOf(file);
+            const auto now = source.details();
+            if (now && plan_.mostNames > 0 && now->links >= plan_.mostNames)
+                return Error{ErrorKind::io, 0, noMoreNames};
             if (plan_.namesLeft == 0)
                 return Error{ErrorKind::io, 0, noMoreNames};
-            Status made = real_->hardLink(FaultyFile::realOf(file), name);
+            Status made = real_->hardLink(source, name);
             if (made && plan_.namesLeft > 0)
                 --plan_.namesLeft;
             return made;
@@ -134,7 +150,7 @@ public:
     }
     Status flush() override
     {
-        return plan_.run("flush names", [&] { return real_->flush(); });
+        return plan_.run("flush names", [&] { return plan_.reallyFlushes ? real_->flush() : Status(); });
     }
 
 private:

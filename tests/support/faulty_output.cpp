@@ -14,7 +14,7 @@ public:
     }
     Status flush() override
     {
-        return plan_.run("flush", [&] { return real_->flush(); });
+        return plan_.run("flush", [&] { return plan_.reallyFlushes ? real_->flush() : Status(); });
     }
     Status close() override
     {
@@ -50,7 +50,7 @@ Status FaultyOutput::replace(const std::filesystem::path& from, const std::files
 
 Status FaultyOutput::flushFolder(const std::filesystem::path& folder)
 {
-    return plan_.run("flush folder", [&] { return real_.flushFolder(folder); });
+    return plan_.run("flush folder", [&] { return plan_.reallyFlushes ? real_.flushFolder(folder) : Status(); });
 }
 
 Status FaultyOutput::remove(const std::filesystem::path& path)

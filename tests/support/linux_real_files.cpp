@@ -1,5 +1,8 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cstdlib>
 
 #include "support/real_files.h"
 
@@ -23,6 +26,17 @@ bool makeStream(const std::filesystem::path& path, const std::string& stream, co
 }
 
 void hide(const std::filesystem::path& /*path*/) {}
+
+std::filesystem::path quickFolder()
+{
+    return ::access("/dev/shm", W_OK | X_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path();
+}
+
+std::optional<std::filesystem::path> trashBelow(const std::filesystem::path& folder)
+{
+    ::setenv("XDG_DATA_HOME", folder.c_str(), 1);
+    return folder / "Trash";
+}
 
 std::filesystem::path openable(const std::filesystem::path& path)
 {

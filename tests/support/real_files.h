@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,14 @@ namespace kelvane::testing {
 
 // A name that begins with "." is hidden on Linux, and the attribute is set on Windows.
 void hide(const std::filesystem::path& path);
+
+// A folder for temporary files that lies on no disk where the system has one, for tests that do thousands of little
+// things to files.
+[[nodiscard]] std::filesystem::path quickFolder();
+
+// From now on the trash of what lies on this folder's volume is there, in folders "files" and "info"; nothing where the
+// system does not let a program choose.
+[[nodiscard]] std::optional<std::filesystem::path> trashBelow(const std::filesystem::path& folder);
 
 // The path in a form in which a file is opened whatever its name and length.
 [[nodiscard]] std::filesystem::path openable(const std::filesystem::path& path);

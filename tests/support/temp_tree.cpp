@@ -12,10 +12,9 @@ namespace kelvane::testing {
 namespace fs = std::filesystem;
 namespace {
 
-fs::path makeUniqueFolder()
+fs::path makeUniqueFolder(const fs::path& parent)
 {
     std::random_device random;
-    const fs::path parent = fs::canonical(fs::temp_directory_path());
     for (int attempt = 0; attempt < 100; ++attempt) {
         fs::path candidate = parent / ("kelvane-test-" + std::to_string(random()) + std::to_string(random()));
         if (fs::create_directory(candidate))
@@ -26,7 +25,9 @@ fs::path makeUniqueFolder()
 
 }  // namespace
 
-TempTree::TempTree() : path_(makeUniqueFolder()) {}
+TempTree::TempTree() : TempTree(fs::temp_directory_path()) {}
+
+TempTree::TempTree(const fs::path& parent) : path_(makeUniqueFolder(fs::canonical(parent))) {}
 
 TempTree::~TempTree()
 {

@@ -11,7 +11,8 @@ namespace kelvane::testing {
 // or std::runtime_error, which fails the test. Names are used byte for byte.
 class TempTree {
 public:
-    TempTree();
+    TempTree();  // where this system has its temporary folders
+    explicit TempTree(const std::filesystem::path& parent);
     ~TempTree();
     TempTree(const TempTree&) = delete;
     TempTree& operator=(const TempTree&) = delete;

@@ -60,6 +60,16 @@ void hide(const std::filesystem::path& path)
     ::SetFileAttributesW(path.c_str(), ::GetFileAttributesW(path.c_str()) | FILE_ATTRIBUTE_HIDDEN);
 }
 
+std::filesystem::path quickFolder()
+{
+    return std::filesystem::temp_directory_path();
+}
+
+std::optional<std::filesystem::path> trashBelow(const std::filesystem::path& /*folder*/)
+{
+    return std::nullopt;
+}
+
 std::filesystem::path openable(const std::filesystem::path& path)
 {
     return windows_os::systemPath(path);
