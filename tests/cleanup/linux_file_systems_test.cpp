@@ -3,7 +3,7 @@
 
 #include <fstream>
 
-#include "support/cleanup_world.h"
+#include "support/linux_cleanup_world.h"
 #include "support/linux_loop_volume.h"
 #include "support/real_files.h"
 

@@ -5,7 +5,7 @@
 #include <csignal>
 #include <functional>
 
-#include "support/cleanup_world.h"
+#include "support/linux_cleanup_world.h"
 
 namespace kelvane {
 namespace {

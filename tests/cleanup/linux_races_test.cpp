@@ -3,7 +3,7 @@
 #include <fstream>
 #include <functional>
 
-#include "support/cleanup_world.h"
+#include "support/linux_cleanup_world.h"
 
 namespace kelvane {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "engine/scan_driver.h"
 #include "results/marking_rules.h"
-#include "support/cleanup_world.h"
+#include "support/linux_cleanup_world.h"
 #include "support/real_files.h"
 
 namespace kelvane {

@@ -1,4 +1,4 @@
-#include "support/cleanup_world.h"
+#include "support/linux_cleanup_world.h"
 
 #include <fstream>
 #include <iterator>

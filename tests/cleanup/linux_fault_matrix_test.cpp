@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "support/cleanup_world.h"
+#include "support/linux_cleanup_world.h"
 
 namespace kelvane {
 namespace {
