@@ -8,6 +8,7 @@
 #include "cleanup/cleanup_log.h"
 #include "cleanup/cleanup_message.h"
 #include "cleanup/summary_page.h"
+#include "cleanup/touched_volumes.h"
 #include "cleanup/trashless.h"
 
 namespace kelvane {
@@ -152,10 +153,20 @@ private:
         Recorder recorder(report_.items, report_.plan, context_.results, log_ ? &*log_ : nullptr, context_.watcher);
         report_.pass = pass(report_.plan, context_.questions, journal, recorder);
         report_.noticesOff |= report_.pass.noticesOff;
-        if (report_.pass.journalError || report_.pass.undecided != 0)
+        if (report_.pass.journalError || report_.pass.undecided != 0 || !flushDone())
             return;
         if (const Status ended = journal.end(); !ended)
             report_.pass.journalError = ended.error();
+    }
+
+    [[nodiscard]] bool flushDone() const
+    {
+        TouchedVolumes touched;
+        for (const ItemOutcome& outcome : report_.items) {
+            if (outcome.result == ItemResult::done)
+                touched.add(context_.results.item(report_.plan.commands[outcome.command].item).file.item());
+        }
+        return touched.flush(context_.ports.held).ok();
     }
 
     void finish()

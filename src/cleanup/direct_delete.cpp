@@ -6,6 +6,7 @@
 #include "cleanup/cleanup_run.h"
 #include "cleanup/delete_pass.h"
 #include "cleanup/plan_check.h"
+#include "cleanup/touched_volumes.h"
 
 namespace kelvane {
 namespace {
@@ -56,8 +57,8 @@ public:
                 .ok();
         leaving.decided = journalWorks_;
     }
-    // What had no turn was left alone.
-    void settle()
+    // What had no turn was left alone. Whether the run may come to its end: nothing is open.
+    [[nodiscard]] bool settle()
     {
         bool anyOpen = false;
         for (const Leaving& leaving : items_) {
@@ -65,8 +66,7 @@ public:
             if (!leaving.decided && !leaving.open && journalWorks_)
                 journalWorks_ = journal_.finish(leaving.entry, EntryState::notDone).ok();
         }
-        if (journalWorks_ && !anyOpen)
-            (void)journal_.end();
+        return journalWorks_ && !anyOpen;
     }
 
 private:
@@ -118,7 +118,13 @@ void takeAway(std::vector<Leaving>& items, const CleanupContext& context, Journa
         removals.push_back(leaving.removal);
     Sink sink(items, journal, context.ports.files);
     (void)context.ports.operations.remove(removals, sink, cancel);
-    sink.settle();
+    TouchedVolumes touched;
+    for (const Leaving& leaving : items) {
+        if (leaving.gone)
+            touched.add(context.results.item(leaving.row).file.item());
+    }
+    if (sink.settle() && touched.flush(context.ports.held))
+        (void)journal.end();
 }
 
 }  // namespace

@@ -92,6 +92,9 @@ public:
     [[nodiscard]] virtual Status remove(NativeView name) = 0;
     // Returns when the device has the names.
     [[nodiscard]] virtual Status flush() = 0;
+    // Returns when the device has all that was changed on the folder's volume, by whomever: for the end of long work,
+    // where flushing folder by folder would wait for the device each time.
+    [[nodiscard]] virtual Status flushVolume() = 0;
 };
 
 // Thread-safe.

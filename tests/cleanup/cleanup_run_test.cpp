@@ -138,13 +138,15 @@ TEST(CleanupRun, TakesWhatWasHandledOffTheListAndTellsTheProportion)
     EXPECT_EQ(world.marks(), "-x");
     EXPECT_EQ(world.model.inView(Mark::selected).items, 0u);
     EXPECT_FALSE(world.model.canUndo()) << "what is gone must not come back to the list";
-    EXPECT_TRUE(world.journals.read(*report.run)->ended);
+    EXPECT_FALSE(world.journals.read(*report.run)->ended) << "the device was never asked to keep what was done";
     ASSERT_EQ(report.items.size(), 3u);
     EXPECT_EQ(report.items[1].failure->fault, CleanupFault::changed);
 
     // The rest, told in the status line, and without a word when nothing went.
     world.options.quietSummary = true;
-    EXPECT_EQ(world.run(recycle, {failed(CleanupFault::changed, 0, "")}).message, u"");
+    const CleanupReport nothing = world.run(recycle, {failed(CleanupFault::changed, 0, "")});
+    EXPECT_EQ(nothing.message, u"");
+    EXPECT_TRUE(world.journals.read(*nothing.run)->ended);
     EXPECT_TRUE(world.questions.statuses.empty());
     EXPECT_EQ(world.run(recycle, {done()}).removed, 1u);
     EXPECT_THAT(world.questions.statuses,

@@ -256,6 +256,7 @@ struct UnprivilegedFolder final : HeldFolder {
     Status rename(NativeView from, NativeView to) override { return real->rename(from, to); }
     Status remove(NativeView name) override { return real->remove(name); }
     Status flush() override { return real->flush(); }
+    Status flushVolume() override { return real->flushVolume(); }
     std::unique_ptr<HeldFolder> real;
 };
 

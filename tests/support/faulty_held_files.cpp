@@ -152,6 +152,10 @@ public:
     {
         return plan_.run("flush names", [&] { return plan_.reallyFlushes ? real_->flush() : Status(); });
     }
+    Status flushVolume() override
+    {
+        return plan_.run("flush volume", [&] { return real_->flushVolume(); });
+    }
 
 private:
     FaultPlan& plan_;

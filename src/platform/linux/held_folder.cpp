@@ -143,6 +143,14 @@ public:
         return osError(errno);
     }
 
+    Status flushVolume() override
+    {
+        if (folder_.canFlush)
+            return answer(uninterrupted([&] { return ::syncfs(get()); }));
+        ::sync();
+        return {};
+    }
+
 private:
     [[nodiscard]] int get() const { return folder_.handle.get(); }
 
