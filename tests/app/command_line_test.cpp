@@ -112,15 +112,6 @@ TEST(CommandLine, UnquotedPathWithBlanksIsOneTarget)
     EXPECT_EQ(bytesOf(parseCommandLine(posixWords({"my", "music"}), 0, false, only({})).target), "my music");
 }
 
-TEST(CommandLine, RelativeTargetsAreMeantFromTheSendersFolder)
-{
-    CommandText text = posixWords({"music"});
-    text.folder = "base";
-    EXPECT_EQ(parseCommandLine(text, 0, false, only({})).target, std::filesystem::path("base") / "music");
-    text.words.back() = "::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
-    EXPECT_EQ(bytesOf(parseCommandLine(text, 0, false, only({})).target), text.words.back());
-}
-
 TEST(CommandLine, OnPosixASlashMostlyBeginsAPath)
 {
     const struct {

@@ -168,13 +168,6 @@ TEST_F(Application, RefusesSystemsThatItCannotRunOn)
     EXPECT_EQ(computer.keptNumber(u"nUsecount"), std::nullopt);
 }
 
-TEST_F(Application, EndsWhenNoWindowCouldBeMade)
-{
-    first.host.makesWindows = false;
-    first.start({});
-    EXPECT_EQ(first.wait(), 0);
-}
-
 TEST_F(Application, AsAHelperItServesItsPortUntilToldToEnd)
 {
     computer.processes.elevated = true;

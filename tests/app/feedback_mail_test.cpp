@@ -124,19 +124,5 @@ TEST(MailLink, EscapesEachPart)
               "mailto:a@b.example?subject=50%25%20%5BU%5D%3F&body=x%26y=1%23z%0D%0A%C3%A4/%22%F0%9F%98%80%22");
 }
 
-TEST(MailLink, AsksToAttachByHand)
-{
-    EXPECT_EQ(mailLink({u"a@b.example", u"s", u"b", "/t m p/x.mdmp"}),
-              "mailto:a@b.example?subject=s&body=b%0D%0APlease%20manually%20locate%20and%20drag-drop%20the%20"
-              "attachment%20here%20using%20the%20path:%20/t%20m%20p/x.mdmp");
-}
-
-TEST(MailLink, CutsALongPartBetweenCharacters)
-{
-    EXPECT_EQ(escapeForLink(std::u16string(40'000, u'a')).size(), longestLinkPart);
-    const std::string cut = escapeForLink(std::u16string(29'990, u'a') + u"\U0001F600");
-    EXPECT_EQ(cut.size(), 29'990u);
-}
-
 }  // namespace
 }  // namespace kelvane

@@ -97,20 +97,6 @@ TEST_F(RegistryAccess, DefaultFlagsFollowTheSystem)
     EXPECT_EQ(loadSettings(root, context).flags, 0u) << "Windows 2000";
 }
 
-TEST_F(RegistryAccess, SizesScaleWithTheScreen)
-{
-    const auto size = [&] { return look(registryLocation()).thumbnailSize; };
-    computer_.facts.dpi = 144;
-    EXPECT_EQ(size(), 180u);
-    EXPECT_EQ(look(registryLocation()).previewTextWidth, 1'200u);
-    computer_.facts.dpi = 960;
-    EXPECT_EQ(size(), 800u) << "a default is within its bounds too";
-    computer_.facts.thumbnails = 96;
-    EXPECT_EQ(size(), 96u);
-    computer_.facts.thumbnails = 7;
-    EXPECT_EQ(size(), 32u);
-}
-
 TEST_F(RegistryAccess, SomeSettingsDecideOverOthers)
 {
     ASSERT_EQ(general().writeNumber(0, u"bSantasLittleHelper"), done);
@@ -354,17 +340,6 @@ TEST_F(RegistryAccess, ASaverThatIsKilledLeavesTheOldOrTheNewSettings)
         run(put(5'000), path);
         ASSERT_LT(step, 100);
     }
-}
-
-TEST_F(RegistryAccess, TheModeWithCountersOnlyStaysInItsPlace)
-{
-    run([](CRegistryAccess& access) {
-        EXPECT_TRUE(access.switchTo(PersistenceMode::bookkeepingOnly).ok());
-        EXPECT_FALSE(access.location().isIni());
-    });
-    EXPECT_EQ(run().persistence, PersistenceMode::bookkeepingOnly);
-    run([](CRegistryAccess& access) { EXPECT_TRUE(access.switchTo(PersistenceMode::registry).ok()); });
-    EXPECT_EQ(run().persistence, PersistenceMode::registry);
 }
 
 TEST_F(RegistryAccess, ErasesEverything)

@@ -12,14 +12,6 @@ using testing::MemorySettingsStore;
 constexpr auto reading = SettingsAccess::reading;
 constexpr auto writing = SettingsAccess::writing;
 
-TEST(SettingsPath, IsJoinedByOneBackslash)
-{
-    EXPECT_EQ(joinSettingsPath(u"a", u"b"), u"a\\b");
-    EXPECT_EQ(joinSettingsPath(u"a\\", u"b"), u"a\\b");
-    EXPECT_EQ(joinSettingsPath(u"a\\", u""), u"a");
-    EXPECT_EQ(joinSettingsPath(u"", u"general"), u"general") << "a section of an INI file has no backslash";
-}
-
 TEST(SettingsNode, NestedNodesNameTheirWholePath)
 {
     MemorySettingsStore store;

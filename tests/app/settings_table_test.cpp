@@ -189,21 +189,6 @@ TEST_P(SettingsRows, WhatWasLoadedComesBackAfterASave)
         EXPECT_TRUE(std::holds_alternative<ListRule>(row.rule) || tested.contains(row.key)) << toUtf8(row.key);
 }
 
-TEST_P(SettingsRows, TimesAreEightBytes)
-{
-    EXPECT_EQ(load().lastUpdateCheck, context_.now);
-    const std::vector<std::byte> short7(7, std::byte{1});
-    ASSERT_EQ(general().writeBinary(short7.data(), u"binUpdate", short7.size()), done);
-    EXPECT_EQ(load().lastUpdateCheck, context_.now);
-    Settings settings;
-    settings.lastUpdateCheck = {0x0102030405060708};
-    ASSERT_EQ(saveSettings(root_, settings, context_), done);
-    EXPECT_EQ(load().lastUpdateCheck, settings.lastUpdateCheck);
-    std::vector<std::byte> stored;
-    ASSERT_EQ(general().readBinary(stored, u"binUpdate"), done);
-    EXPECT_EQ(stored.front(), std::byte{8}) << "least significant byte first";
-}
-
 INSTANTIATE_TEST_SUITE_P(BackEnds, SettingsRows, ::testing::ValuesIn(testing::settingsBackEnds()),
                          [](const auto& place) { return place.param.name; });
 

@@ -30,11 +30,5 @@ TEST(SystemDescription, NamesTheSystem)
         EXPECT_EQ(toUtf8(systemDescription(row.version)), row.text);
 }
 
-TEST(SystemDescription, CutsANameWithoutEnd)
-{
-    const std::u16string text = systemDescription({10, 0, 1, 0, std::u16string(250, u'n'), true});
-    EXPECT_EQ(text, u"10.0-1 (" + std::u16string(199, u'n') + u") x64");
-}
-
 }  // namespace
 }  // namespace kelvane

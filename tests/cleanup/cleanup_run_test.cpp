@@ -255,17 +255,5 @@ TEST(CleanupRun, WalksTheListForWhatVanishedAndStopsWhenAsked)
     EXPECT_EQ(world.model.itemCount(), 99u);
 }
 
-TEST(CleanupMessage, SharesTheBytesOutWithoutOverflow)
-{
-    constexpr std::uint64_t most = UINT64_MAX;
-    EXPECT_EQ(reclaimedBytes({3, 300}, 2), 200u);
-    EXPECT_EQ(reclaimedBytes({3, 100}, 2), 66u);
-    EXPECT_EQ(reclaimedBytes({3, 100}, 4), 100u);
-    EXPECT_EQ(reclaimedBytes({0, 0}, 0), 0u);
-    EXPECT_EQ(reclaimedBytes({most, most}, most - 1), most - 1);
-    EXPECT_EQ(reclaimedBytes({4, most}, 3), most / 4 * 3 + 2);
-    EXPECT_EQ(plainTextOf("<p a=\"1\">a &lt;b&amp;gt;</p>\r\nc<img src=x>d"), "a <b&gt;\r\nc");
-}
-
 }  // namespace
 }  // namespace kelvane

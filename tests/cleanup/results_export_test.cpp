@@ -70,15 +70,6 @@ TEST_F(ResultsExport, NeverTakesAFileThatIsThere)
     EXPECT_TRUE(std::filesystem::exists(unopened.file));
 }
 
-TEST_F(ResultsExport, AnEmptyListWritesNothingAndSaysNothing)
-{
-    ResultsModel empty;
-    const ExportOutcome outcome = exportList(empty, list_.view({u"Name"}));
-    EXPECT_EQ(outcome.message, u"");
-    EXPECT_THAT(files(), IsEmpty());
-    EXPECT_THAT(processes_.files, IsEmpty());
-}
-
 TEST_F(ResultsExport, AFailureLeavesNoFile)
 {
     bool failed = true;

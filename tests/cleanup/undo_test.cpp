@@ -352,22 +352,6 @@ void atEveryMoment(Deed deed, const std::function<void(World&, CancelFlag&)>& me
     }
 }
 
-TEST(UndoRun, CancelledAtAnyMomentLeavesTheLinkOrTheFile)
-{
-    for (const Deed deed : {hard, symbolic}) {
-        atEveryMoment(
-            deed, [](World&, CancelFlag& cancel) { cancel.cancel(); },
-            [&](World& world, const UndoOutcome& outcome) {
-                EXPECT_EQ(outcome.failed, 0u);
-                EXPECT_TRUE(outcome.restored == 1 || outcome.cancelled);
-                EXPECT_EQ(world.names().size(), 2u) << "no temporary name is left";
-                EXPECT_TRUE(world.ended);
-                EXPECT_EQ(world.tree.read("files/i"), longContents);
-                EXPECT_EQ(world.undo().restored, outcome.restored == 1 ? 0u : 1u) << "the next one goes on";
-            });
-    }
-}
-
 TEST(UndoRun, WhatTakesThePlaceAtAnyMomentStays)
 {
     if (!World().canExchange())

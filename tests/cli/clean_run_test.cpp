@@ -166,15 +166,5 @@ TEST_F(CleanRun, DoesNothingWithoutAJournal)
     EXPECT_EQ(state(), untouched);
 }
 
-TEST_F(CleanRun, ListsThatLeaveNothingToDoSayWhy)
-{
-    const auto nothing = clean({"--keep", "oldest", "--protect", file("in")});
-    EXPECT_EQ(nothing.code, ExitCode::done);
-    EXPECT_THAT(nothing.err, HasSubstr("the rules mark nothing\n"));
-    EXPECT_EQ(clean({"--keep", "oldest", "--delete", "--link", "hard"}).code, ExitCode::usage);
-    EXPECT_EQ(clean({"--keep", "oldest", "--progress", "often"}).code, ExitCode::usage);
-    EXPECT_EQ(state(), untouched);
-}
-
 }  // namespace
 }  // namespace kelvane

@@ -33,21 +33,6 @@ TEST_F(Options, WithoutAnyEveryExactCopyIsLookedFor)
     EXPECT_EQ(plain->options.flags, EngineOptions{}.flags);
 }
 
-TEST_F(Options, EachFlagChangesItsOwnBits)
-{
-    EXPECT_EQ(flags([](auto& raw) { raw.noProtect = true; }), everyCopy & ~scan_flag::protect);
-    EXPECT_EQ(flags([](auto& raw) { raw.noSubfolders = true; }), everyCopy & ~scan_flag::subfolders);
-    EXPECT_EQ(flags([](auto& raw) { raw.followLinks = true; }), everyCopy & ~scan_flag::skipLinks);
-    EXPECT_EQ(flags([](auto& raw) { raw.sameType = true; }), everyCopy | scan_flag::sameType);
-    EXPECT_EQ(flags([](auto& raw) { raw.ignoreSmall = true; }), everyCopy | scan_flag::ignoreSmall);
-    EXPECT_EQ(flags([](auto& raw) { raw.match = "System.Size"; }), everyCopy & ~scan_flag::contents);
-    EXPECT_EQ(flags([](auto& raw) { (raw.match = "System.Size", raw.content = true); }), everyCopy);
-    EXPECT_EQ(flags([](auto& raw) { raw.category = "images"; }), (everyCopy & ~scan_flag::categoryMask) | 3);
-    const auto engine = request([](auto& raw) { raw.followLinks = raw.archives = raw.lowPriority = true; });
-    EXPECT_EQ(engine->options.flags, EngineOptions{}.flags | option_flag::followJunctions |
-                                         option_flag::enterVirtualFolders | option_flag::lowPriority);
-}
-
 TEST_F(Options, ValuesReachTheDefinition)
 {
     EXPECT_EQ(flags([](auto& raw) { raw.minSize = "0"; }), everyCopy & ~scan_flag::skipEmpty);

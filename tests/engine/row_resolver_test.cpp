@@ -123,37 +123,6 @@ TEST_F(RowResolverTest, ADetourOnTheWayToARootIsKept)
     EXPECT_EQ(posix(rows[1].file->fullName()), "/way/../file");
 }
 
-// A folder is looked up once for all its files, and below one that is gone nothing is looked up.
-TEST_F(RowResolverTest, FoldersAreSharedAndLookedUpOnce)
-{
-    constexpr int files = 50;
-    for (const std::string folder : {"/top/here/deep/", "/top/gone/deep/"})
-        for (int number = 0; number < files; ++number)
-            world.files.addFile(folder + std::to_string(number), "x");
-    const auto gather = [&](const std::string& path) {
-        static_cast<void>(world.shell->enumerate(parsed(path), {}, [&](const Ref<ShellItem>& child) {
-            rows.push_back({child, 1, false});
-            return true;
-        }));
-    };
-    gather("/top/here/deep");
-    gather("/top/gone/deep");
-    const ItemBlock items = block();
-    world.files.remove("/top/gone");
-    const std::size_t before = world.files.accesses().size();
-    const auto found = resolved(items);
-    EXPECT_EQ(world.files.accesses().size() - before, files + 4u);
-    for (int number = 1; number < files; ++number) {
-        EXPECT_EQ(found[static_cast<std::size_t>(number)].file->parent(), found[0].file->parent());
-        EXPECT_FALSE(found[static_cast<std::size_t>(files + number)].file);
-    }
-    EXPECT_EQ(posix(found[0].file->parent()->fullName()), "/top/here/deep");
-    world.files.remove("/top");
-    const std::size_t gone = world.files.accesses().size();
-    EXPECT_FALSE(resolved(items)[0].file);
-    EXPECT_EQ(world.files.accesses().size() - gone, 1u) << "nothing is asked for below a common folder that is gone";
-}
-
 // Thousands of folders that are nowhere cost one look-up and no depth of calls.
 TEST_F(RowResolverTest, APathLongerThanOneItemIsPutTogetherAgain)
 {

@@ -105,22 +105,6 @@ TEST_F(FileNamespaceTest, ParsesPathsIntoItems)
     EXPECT_EQ(parseFault(""), ErrorKind::invalid);
 }
 
-TEST_F(FileNamespaceTest, RelativePathsBeginInTheCurrentFolder)
-{
-    const std::filesystem::path here = std::filesystem::current_path();
-    // The files in memory have no drives.
-    const auto add = [&](const std::filesystem::path& path) {
-        files_.addFile("/" + testing::posix(path.relative_path()), "");
-    };
-    add(here / "sub/file");
-    add(here.parent_path() / "above");
-
-    EXPECT_EQ(parse("sub/file")->path(), here / "sub/file");
-    EXPECT_EQ(parse(".")->path(), here);
-    EXPECT_EQ(parse("../above")->path(), here.parent_path() / "above");
-    EXPECT_EQ(parse("sub/../sub/file")->path(), here / "sub/../sub/file") << "sub may be a link";
-}
-
 TEST_F(FileNamespaceTest, ARootThatIsALinkStandsForWhatItLeadsTo)
 {
     files_.addFile("/data/file", "12345");
@@ -234,17 +218,6 @@ TEST_F(FileNamespaceTest, ThreadsThatAskForOneArchiveAtOnceReadItOnce)
             threads.emplace_back([&] { EXPECT_TRUE(shell_->enumerate(top, {}, [](auto&&) { return true; }).ok()); });
     }
     EXPECT_EQ(archives_.lists, 1);
-}
-
-TEST_F(FileNamespaceTest, NamesTellTypes)
-{
-    files_.addFolder("/folder.d");
-    EXPECT_EQ(shell_->typeText(*parse("/folder.d")), u"Folder");
-    for (const std::string name : {"a.tar.GZ", "README", ".profile", "dot.", "Mr. Smith"}) {
-        files_.addFile("/" + name, "");
-        EXPECT_EQ(shell_->itemType(*parse("/" + name)), name == "a.tar.GZ" ? u".gz" : u"") << name;
-        EXPECT_EQ(shell_->typeText(*parse("/" + name)), name == "a.tar.GZ" ? u"GZ file" : u"File") << name;
-    }
 }
 
 }  // namespace

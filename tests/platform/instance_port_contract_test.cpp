@@ -187,13 +187,6 @@ TEST_P(InstancePortContract, GivingTheNameBackWaitsForARunningHandler)
     sender.join();
 }
 
-TEST_P(InstancePortContract, AMessageThatIsTooLongIsNotSent)
-{
-    const auto port = claim(tagOf);
-    EXPECT_EQ(send(1, largestPortMessage + 1).error().kind, ErrorKind::invalid);
-    EXPECT_EQ(*send(2), 2u);
-}
-
 TEST_P(InstancePortContract, OfTwoClaimsAtTheSameMomentOneWinsAndTheOtherIsHeard)
 {
     for (int round = 0; round < 30; ++round) {

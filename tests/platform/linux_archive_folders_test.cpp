@@ -65,14 +65,6 @@ protected:
     std::unique_ptr<ArchiveFolders> archives_ = makeLibarchiveFolders();
 };
 
-TEST_F(ArchiveFoldersTest, NamesTellWhatIsWorthLookingInto)
-{
-    for (const char* name : {"a.zip", "A.ZIP", "b.tar", "b.tar.gz", "b.TGZ", "c.7z", "d.tar.zst", "e.cpio.xz", "x.rar"})
-        EXPECT_TRUE(archives_->looksLikeArchive(name)) << name;
-    for (const char* name : {"report.docx", "book.epub", "tool.jar", "text.gz", "zip", ".zip", "a.zip.part", "gz", ""})
-        EXPECT_FALSE(archives_->looksLikeArchive(name)) << name;
-}
-
 TEST_F(ArchiveFoldersTest, EveryFormatGivesItsFilesAndTheirContents)
 {
     const std::string big(300'000, 'b');
@@ -187,15 +179,6 @@ TEST_F(ArchiveFoldersTest, EncryptedEntriesAreListedButNotOpened)
     EXPECT_EQ(openFault(zip, seen.entries[0].second.ordinal), ErrorKind::accessDenied);
 }
 
-TEST_F(ArchiveFoldersTest, OnlyRegularFilesAreOpenedAsArchives)
-{
-    ASSERT_EQ(::mkfifo(tree_.path("pipe.zip").c_str(), 0600), 0);
-
-    EXPECT_EQ(list(tree_.path("pipe.zip")).status.error().kind, ErrorKind::wrongType);
-    EXPECT_EQ(list(tree_.folder("folder.zip")).status.error().kind, ErrorKind::wrongType);
-    EXPECT_EQ(list(tree_.path("none.zip")).status.error().kind, ErrorKind::notFound);
-}
-
 TEST_F(ArchiveFoldersTest, EntriesAreReadInAnyOrderSkippedAndReadSideBySide)
 {
     std::vector<MadeEntry> entries;
@@ -214,16 +197,6 @@ TEST_F(ArchiveFoldersTest, EntriesAreReadInAnyOrderSkippedAndReadSideBySide)
     EXPECT_EQ(textOf(**a), "5");
     EXPECT_EQ(textOf(**b), "");
     EXPECT_EQ((*a)->info().error().kind, ErrorKind::notSupported);
-}
-
-TEST_F(ArchiveFoldersTest, AnArchiveThatWasReplacedIsReadAnew)
-{
-    const auto archive = make("new.tar", {{"a", "old"}, {"b", "old"}});
-    EXPECT_EQ(contents(archive, 0), "old");
-    make("other.tar", {{"a", "new"}, {"b", "new!"}});
-    std::filesystem::rename(tree_.path("other.tar"), archive);
-
-    EXPECT_EQ(contents(archive, 1), "new!");
 }
 
 TEST_F(ArchiveFoldersTest, ThreadsReadEntriesOfOneArchiveAtOnce)

@@ -180,19 +180,5 @@ TEST_F(DesktopActivationTest, TheProgramOutlivesItsBusAndDoesWithoutOne)
         EXPECT_EQ(makeDBusActivation(address)->serve({}, [](DesktopRequest) {}).error().kind, ErrorKind::notSupported);
 }
 
-TEST(SessionBusAddress, ComesFromTheEnvironment)
-{
-    const testing::TempTree tree;
-    const testing::WithVariable folder("XDG_RUNTIME_DIR", tree.path().c_str());
-    {
-        const testing::WithVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/some/bus");
-        EXPECT_EQ(sessionBusAddress(), "unix:path=/some/bus");
-    }
-    const testing::WithVariable address("DBUS_SESSION_BUS_ADDRESS", nullptr);
-    EXPECT_EQ(sessionBusAddress(), "");
-    tree.write("bus", "no socket");
-    EXPECT_EQ(sessionBusAddress(), "");
-}
-
 }  // namespace
 }  // namespace kelvane

@@ -98,14 +98,6 @@ TEST_F(LinuxFileSystemTest, PathsMayBeLongerThanTheKernelTakes)
     EXPECT_EQ(files_->details(path / std::string(5000, 'n'), Links::followed).error().kind, ErrorKind::invalid);
 }
 
-TEST_F(LinuxFileSystemTest, APathWithAZeroByteIsNotCutShort)
-{
-    tree_.write("file", "x");
-    const std::filesystem::path path(tree_.path("file").native() + std::string("\0.jpg", 5));
-
-    EXPECT_EQ(openFault(path), ErrorKind::invalid);
-}
-
 TEST_F(LinuxFileSystemTest, FoldersOfAnySizeAreListedWhole)
 {
     std::multiset<std::string> made, seen;
@@ -133,15 +125,6 @@ TEST_F(LinuxFileSystemTest, DetailsTellTimesPlaceOnDiskAndOwner)
     EXPECT_EQ(details->ownerId, ::geteuid());
     EXPECT_EQ(*files_->ownerName(0), u"root");
     EXPECT_EQ(files_->ownerName(4'000'000'123).error().kind, ErrorKind::notFound);
-}
-
-TEST_F(LinuxFileSystemTest, KernelFileSystemsArePseudo)
-{
-    const auto facts = files_->volumeFacts("/proc/self/status");
-    ASSERT_TRUE(facts.ok());
-    EXPECT_TRUE(facts->pseudo);
-    EXPECT_FALSE(facts->fixed);
-    EXPECT_EQ(facts->fileSystem, "proc");
 }
 
 // The kernel hands such a file out in pieces of a page, each shorter than what was asked for.

@@ -268,15 +268,6 @@ TEST_F(LinuxInstancePortTest, SilentAndDribblingClientsNeitherBlockOthersNorStay
     dribble.join();
 }
 
-TEST_F(LinuxInstancePortTest, ASenderThatDoesNotWaitForItsAnswerIsNoFault)
-{
-    const auto port = claim();
-    const int socket = rawConnection();
-    EXPECT_TRUE(sendRaw(socket, textOf(*frameMessage({1, {}}))));
-    ::close(socket);
-    EXPECT_EQ(*send(), 4u);
-}
-
 TEST_F(LinuxInstancePortTest, WhatIsMadeIsForTheUserOnlyAndForNoOtherProgram)
 {
     tree_.remove("run");
@@ -344,16 +335,6 @@ TEST_F(LinuxInstancePortTest, NamesAreNoWayOutOfTheFolder)
     EXPECT_EQ(claimFault(), ErrorKind::wrongType);
     EXPECT_EQ(tree_.read("run/" + name), "not a socket");
     EXPECT_FALSE(fs::exists(tree_.path("victim")));
-}
-
-TEST_F(LinuxInstancePortTest, TheFolderMayBeDeeperThanASocketsNameMay)
-{
-    const fs::path deep = privateFolder(std::string(120, 'd') + "/" + std::string(120, 'e'));
-    const auto ports = makeSocketPorts(deep / "", tree_.path("tmp"));
-    const auto port = ports->claim(name, tagOf);
-    ASSERT_TRUE(port.ok());
-    EXPECT_TRUE(fs::is_socket(deep / name));
-    EXPECT_EQ(*ports->send(name, {6, {}}, seconds(20)), 6u);
 }
 
 // Only a superuser can be two users.

@@ -325,15 +325,5 @@ TEST_F(LinkHelperTest, ServiceStartsTheHelperOnceForItsFolder)
     EXPECT_TRUE(isLink("copies/summer/a") && isLink("copies/summer/b"));
 }
 
-TEST_F(LinkHelperTest, ServiceTellsWhyThereIsNoHelper)
-{
-    const std::pair<std::string, ErrorKind> ends[] = {
-        {"exit 126", ErrorKind::cancelled}, {"exit 127", ErrorKind::accessDenied}, {"exit 1", ErrorKind::io}};
-    for (const auto& [script, kind] : ends)
-        EXPECT_EQ(makePolkitLinks(folder, asPolkit(tree, script))->make(folder / "a", kept).error().kind, kind);
-    const PolkitPrograms missing{tree.path("no-pkexec"), KELVANE_LINK_HELPER};
-    EXPECT_EQ(makePolkitLinks(folder, missing)->make(folder / "a", kept).error().kind, ErrorKind::notSupported);
-}
-
 }  // namespace
 }  // namespace kelvane::linux_os

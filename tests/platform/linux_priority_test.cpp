@@ -33,15 +33,5 @@ TEST(Priority, LowersTheWorkAndWhatItStartsButNotTheCaller)
     EXPECT_EQ(ownNice(), before);
 }
 
-TEST(Priority, NeverRaisesAPriorityThatIsLowerStill)
-{
-    std::thread([] {
-        ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), 15);
-        int inside = -100;
-        makeLinuxPriority()->runLowered([&] { inside = ownNice(); });
-        EXPECT_EQ(inside, 15);
-    }).join();
-}
-
 }  // namespace
 }  // namespace kelvane

@@ -103,17 +103,6 @@ TEST_F(LinuxProcessesTest, AStartedProgramIsIndependentOfThisOne)
     EXPECT_EQ(ignored >> (SIGPIPE - 1) & 1, 0u);
 }
 
-TEST_F(LinuxProcessesTest, NoEndedProgramStaysInTheSystemsList)
-{
-    const fs::path program = script("program", "echo $$ > " + tree_.path("id").native() + "; sleep 0.1");
-    ASSERT_TRUE(processes_->start(program, {}).ok());
-    takeWords();
-    ASSERT_TRUE(soon([&] { return fs::exists(tree_.path("id")) && !tree_.read("id").empty(); }));
-    const int id = std::stoi(tree_.read("id"));
-    EXPECT_EQ(::kill(id, 0), 0) << "it was not waited for";
-    EXPECT_TRUE(soon([&] { return ::kill(id, 0) != 0; }));
-}
-
 TEST_F(LinuxProcessesTest, AnAdministratorsRightsAreAskedForThroughPolkit)
 {
     EXPECT_EQ(processes_->startElevated("/bin/true", {}).error().kind, ErrorKind::notSupported);
@@ -155,18 +144,6 @@ TEST_F(LinuxProcessesTest, FilesAndLinksAreOpenedByTheDesktopWhichSaysWhenItCann
     }
 }
 
-TEST_F(LinuxProcessesTest, WhatIsNoLinkAndNoFileIsNotHandedOn)
-{
-    script("xdg-open", "");
-    for (const std::string& link :
-         {std::string(), std::string("-h"), std::string("--help:"), std::string("/etc/passwd"), std::string("https"),
-          std::string(":x"), std::string("ht tp:x"), std::string("https://a\nb"), std::string("https://a\x7F"),
-          std::string("https://a\0b", 11)})
-        EXPECT_EQ(processes_->openLink(link).error().kind, ErrorKind::invalid) << link;
-    EXPECT_EQ(processes_->openFile(tree_.path("none")).error().kind, ErrorKind::notFound);
-    EXPECT_FALSE(ran());
-}
-
 TEST_F(LinuxProcessesTest, AMailIsDraftedInThePersonsMailProgram)
 {
     const MailDraft draft{u"makers@example.com", u"kelvane feedback", u"caf\u00E9 \"$HOME\"\r\n\r\n-end",
@@ -186,14 +163,6 @@ TEST_F(LinuxProcessesTest, AMailIsDraftedInThePersonsMailProgram)
         script("xdg-email", end);
         EXPECT_EQ(processes_->composeMail(draft), MailOutcome::unavailable) << end;
     }
-}
-
-TEST_F(LinuxProcessesTest, TheArgumentsForARestartAreRemembered)
-{
-    processes_->restartAfterCrash({"/X", "a b"});
-    const auto wish = linux_os::restartWish(linux_os::restartMemory());
-    EXPECT_TRUE(wish.wanted);
-    EXPECT_EQ(wish.arguments, (Words{"/X", "a b"}));
 }
 
 TEST(DefaultRoute, IsFoundInTheKernelsTables)

@@ -104,18 +104,6 @@ TEST(RegistryFile, IsMadeByTheFirstWriteAndIsPrivate)
     EXPECT_EQ(file.st_mode & 07777, 0600u);
 }
 
-TEST(RegistryFile, NamesAreComparedWithoutCaseInAnyScript)
-{
-    RegistryWorld world;
-    const auto store = world.open();
-    const auto section = store->open(u"ÄÖ\\Тег", SettingsAccess::writing);
-    ASSERT_EQ(section->writeNumber(u"ЗЕЛЁНЫЙ", 1), done);
-    std::uint32_t number = 0;
-    EXPECT_EQ(store->open(u"äö\\тЕГ", SettingsAccess::reading)->readNumber(u"зелёный", number), done);
-    EXPECT_THAT(section->valueNames(), ElementsAre(u"ЗЕЛЁНЫЙ"));
-    EXPECT_THAT(store->open(u"Äö", SettingsAccess::reading)->subsectionNames(), ElementsAre(u"Тег"));
-}
-
 TEST(RegistryFile, ProcessesWriteAtTheSameTime)
 {
     RegistryWorld world;
@@ -262,25 +250,6 @@ TEST(RegistryFile, OfTwoThatSawTheDamageOneReplacesTheFile)
     EXPECT_FALSE(std::filesystem::exists(world.beside(".damaged-2")));
 }
 
-TEST(RegistryFile, AJournalGoesWithItsFile)
-{
-    RegistryWorld world;
-    std::filesystem::create_directories(world.file());
-    world.tree().write("config/kelvane/registry.db-journal", "of something else");
-    ASSERT_EQ(put(*world.open(), u"n", 1), done);
-    EXPECT_EQ(world.tree().read("config/kelvane/registry.db.damaged-journal"), "of something else");
-}
-
-TEST(RegistryFile, AnEmptyFileIsFilled)
-{
-    RegistryWorld world;
-    world.put("");
-    const auto store = world.open();
-    EXPECT_EQ(store->complaint(), "");
-    ASSERT_EQ(put(*store, u"n", 1), done);
-    EXPECT_EQ(numberIn(*world.open(), u"n"), 1u);
-}
-
 TEST(RegistryFile, OneOfALaterVersionIsReadButNotChanged)
 {
     RegistryWorld world;
@@ -296,44 +265,6 @@ TEST(RegistryFile, OneOfALaterVersionIsReadButNotChanged)
 
     world.sql("DROP TABLE value");
     EXPECT_EQ(numberIn(*store, u"n"), 0xABAD1DEA);
-}
-
-TEST(RegistryFile, ValuesOfAWrongTypeAreInvalid)
-{
-    RegistryWorld world;
-    ASSERT_EQ(put(*world.open(), u"n", 1), done);
-    const auto store = world.open();
-    for (const char* change : {"data='text'", "data=-1", "data=4294967296", "data=1.5", "data=x'00'", "type=11"}) {
-        world.sql("UPDATE value SET type=4, data=1");
-        EXPECT_EQ(numberIn(*store, u"n"), 1u);
-        world.sql(std::string("UPDATE value SET ") + change);
-        std::uint32_t number = 0;
-        EXPECT_EQ(store->open(u"general", SettingsAccess::reading)->readNumber(u"n", number), SettingsCode::invalidData)
-            << change;
-    }
-}
-
-TEST(RegistryFile, AFileThatWasReplacedIsOpenedAnew)
-{
-    RegistryWorld world;
-    const auto store = world.open();
-    ASSERT_EQ(put(*store, u"n", 1), done);
-    std::filesystem::remove(world.file());
-    EXPECT_EQ(numberIn(*store, u"n"), 0xABAD1DEA);
-    ASSERT_EQ(put(*store, u"n", 2), done);
-    EXPECT_EQ(numberIn(*world.open(), u"n"), 2u);
-}
-
-TEST(RegistryFile, WithoutAPlaceForItWritesAreDenied)
-{
-    RegistryWorld world;
-    world.tree().write("config", "a file where the folder should be");
-    const auto store = world.open();
-    EXPECT_EQ(numberIn(*store, u"n"), 0xABAD1DEA);
-    EXPECT_FALSE(store->isWritable());
-    EXPECT_EQ(store->open(u"general", SettingsAccess::writing), nullptr);
-    EXPECT_EQ(store->begin(), denied);
-    EXPECT_EQ(store->commit(), done);
 }
 
 // Nobody of the system, whom permissions bind even where the tests run as root.

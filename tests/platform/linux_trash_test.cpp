@@ -118,23 +118,6 @@ TEST_F(LinuxTrash, LooksFirstAndLeavesNothingBehind)
     EXPECT_FALSE(operations_->forget(tree_.path("elsewhere/gone")).ok());
 }
 
-TEST_F(LinuxTrash, LinksAndPipesGoAsThemselves)
-{
-    const auto target = tree_.write("target", "x");
-    for (const char* name : {"link", "dangling", "pipe"}) {
-        const fs::path path = tree_.path(name);
-        if (std::string(name) == "pipe")
-            ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-        else
-            fs::create_symlink(std::string(name) == "link" ? target : fs::path("nowhere"), path);
-        const FileIdentity before = identityOf(path);
-        const RemovalOutcome outcome = trash(path);
-        ASSERT_TRUE(outcome.trashed.has_value()) << name;
-        EXPECT_EQ(identityOf(*outcome.trashed), before) << name;
-    }
-    EXPECT_EQ(textOf(target), "x");
-}
-
 // The moment between the last look at a name and the move belongs to others.
 TEST_F(LinuxTrash, WhatWasExchangedAtTheLastMomentComesBack)
 {
@@ -394,20 +377,6 @@ TEST_F(LinuxVolumeTrash, TheSharedFolderIsUsedOnlyWhereItIsSafe)
     ASSERT_EQ(::chown(ownTrash().c_str(), 12345, 12345), 0);
     EXPECT_EQ(whereTo(), "nowhere") << "somebody else's";
     EXPECT_EQ(textOf(disk("file")), "on the disk");
-}
-
-TEST_F(LinuxVolumeTrash, AVolumeThatCannotBeWrittenHasNone)
-{
-    ASSERT_EQ(::mount("tmpfs", disk("").c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
-
-    const Status possible = operations_->canTrash(disk("file"));
-
-    ASSERT_FALSE(possible.ok());
-    EXPECT_EQ(possible.error().kind, ErrorKind::notSupported);
-    EXPECT_THAT(possible.error().detail, ::testing::HasSubstr("Read-only"));
-    EXPECT_EQ(trash(disk("file")).error->kind, ErrorKind::notSupported);
-    EXPECT_EQ(operations_->canTrash("/proc/self/status").error().kind, ErrorKind::notSupported);
-    EXPECT_TRUE(namesIn(home("info")).empty());
 }
 
 // The same volume seen at a second place: renaming across is refused although the device is one.

@@ -21,16 +21,6 @@ TEST(Volumes, MountsAreReadFromTheKernelsLines)
     EXPECT_EQ(mounts[3].root, "/sub");
 }
 
-TEST(Volumes, LinesOfAnotherFormAreLeftOut)
-{
-    const auto mounts = parseMountInfo("\nnonsense\n22 1 259 / / rw - ext4 /dev/x rw\n22 1 259:2 / / rw shared:1\n"
-                                       "x 1 259:2 / / rw - ext4 /dev/x rw\n22 1 259:2 / / rw -\n"
-                                       "7 1 8:1 / /end\\04 rw - ext4 /dev/x rw");
-
-    ASSERT_EQ(mounts.size(), 1u);
-    EXPECT_EQ(mounts[0].mountPoint, "/end\\04");
-}
-
 TEST(Volumes, TheTypeTellsWhereTheFilesAre)
 {
     EXPECT_TRUE(factsOfType("fuse.portal").pseudo);

@@ -67,16 +67,6 @@ TEST_F(MoTextModules, TheFirstByNameIsTakenWithoutWhatIsOutOfDate)
     EXPECT_THAT(*texts, ElementsAre(Pair(14, u"Falsch"), Pair(130, u"Deutsch")));
 }
 
-TEST_F(MoTextModules, ThePersonsLanguageIsTakenFromAFolderOfMany)
-{
-    add("kvtr_de.mo", "Deutsch");
-    add("kvtr_fr.mo", "Francais");
-    EXPECT_EQ(modules("fr_CA:de")->loadForPerson("/prog")->at(130), u"Francais");
-    EXPECT_EQ(modules("")->loadForPerson("/prog")->at(130), u"Deutsch");
-    EXPECT_EQ(modules("nl")->loadForPerson("/prog").error().kind, ErrorKind::notFound);
-    EXPECT_EQ(modules("en:de")->loadForPerson("/prog").error().kind, ErrorKind::notFound);
-}
-
 TEST_F(MoTextModules, MissingDamagedAndUnreadableOnesAreToldApart)
 {
     files.addFolder("/prog");

@@ -113,13 +113,6 @@ TEST_F(WindowsPaths, OnlyPathsThatAreTooLongAreRewritten)
     EXPECT_EQ(rules->toExtendedLength("\\\\?\\c:\\" + tail), "\\\\?\\c:\\" + tail);
 }
 
-TEST_F(WindowsPaths, ADriveRootIsALetterAColonAndABackslash)
-{
-    EXPECT_TRUE(rules->isDriveRoot("c:\\"));
-    EXPECT_FALSE(rules->isDriveRoot("c:\\a"));
-    EXPECT_FALSE(rules->isDriveRoot("/:\\"));
-}
-
 TEST_F(PosixPaths, NamesWithBarsAndBackslashesSurviveAList)
 {
     const std::vector<std::string> roots = {"/a|b", "/c\\", "/d\\|e", "/\xFF\n", " /spaces "};

@@ -39,14 +39,6 @@ std::u16string textIn(const SettingsSection& section, std::u16string_view name)
     return text;
 }
 
-TEST_P(SettingsStoreContract, AnEmptyPlaceHoldsNothing)
-{
-    EXPECT_EQ(read(u"general"), nullptr);
-    EXPECT_EQ(store_->complaint(), "");
-    EXPECT_TRUE(store_->isWritable());
-    EXPECT_EQ(store_->deleteSection(u"general"), done);
-}
-
 TEST_P(SettingsStoreContract, KeepsValuesOfEachKind)
 {
     const std::uint32_t numbers[] = {0, 1, 32000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};

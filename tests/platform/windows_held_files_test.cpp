@@ -164,16 +164,6 @@ TEST_F(WindowsHeldFilesTest, MetadataIsGivenToAnotherFileWithTheTimeOfItsMaking)
     EXPECT_EQ(read("new"), "new");
 }
 
-TEST(UnixTime, IsCountedFrom1970AndNeverRunsOver)
-{
-    using windows_os::fromUnixNanoseconds;
-    using windows_os::unixNanoseconds;
-    EXPECT_EQ(unixNanoseconds({116'444'736'000'000'000}), 0);
-    EXPECT_EQ(fromUnixNanoseconds(-100).ticks, 116'444'735'999'999'999);
-    EXPECT_LT(unixNanoseconds({0}), -9'000'000'000'000'000'000);
-    EXPECT_GT(unixNanoseconds({INT64_MAX}), 9'000'000'000'000'000'000);
-}
-
 std::string reparsePoint(std::uint32_t tag, std::wstring_view used, std::wstring_view shown)
 {
     std::string bytes;
@@ -190,23 +180,6 @@ std::string reparsePoint(std::uint32_t tag, std::wstring_view used, std::wstring
     for (const wchar_t unit : std::wstring(used) + std::wstring(shown))
         put(unit);
     return bytes;
-}
-
-TEST(LinkTarget, IsTheOneThatWasWritten)
-{
-    constexpr std::uint32_t link = IO_REPARSE_TAG_SYMLINK, junction = IO_REPARSE_TAG_MOUNT_POINT;
-    const auto target = [](const std::string& bytes) {
-        return windows_os::linkTarget(std::as_bytes(std::span(bytes)));
-    };
-    EXPECT_EQ(target(reparsePoint(link, LR"(..\a)", LR"(..\a)")), LR"(..\a)");
-    EXPECT_EQ(target(reparsePoint(link, LR"(\??\C:\a)", LR"(C:\a)")), LR"(C:\a)");
-    EXPECT_EQ(target(reparsePoint(junction, LR"(\??\C:\a)", L"")), LR"(C:\a)");
-    EXPECT_EQ(target(reparsePoint(0x9000001A, L"a", L"a")), std::nullopt);
-    const std::string whole = reparsePoint(link, LR"(\??\C:\a)", LR"(C:\a)");
-    for (std::size_t cut = 0; cut < whole.size(); ++cut) {
-        const auto found = target(whole.substr(0, cut));
-        EXPECT_TRUE(!found || *found == LR"(C:\a)") << cut;
-    }
 }
 
 }  // namespace

@@ -90,22 +90,6 @@ TEST(FileKinds, goByWholeExtensions)
         EXPECT_EQ(fileKind(false, none).name, u"");
 }
 
-TEST(StockReaders, attributesAreLetters)
-{
-    PropertyWorld world;
-    const auto letters = [&world](std::uint32_t attributes) {
-        FileInfo info;
-        info.kind = FileKind::regular;
-        info.attributes = attributes;
-        ItemContext file{ShellItem::make(nullptr, testing::native("/home/a"), info, ShellItem::Place::fileSystem)};
-        return world.text(file, "Stock.FileAttributes");
-    };
-    EXPECT_EQ(letters(0x1 | 0x2 | 0x4 | 0x20 | 0x10 | 0x800 | 0x4000 | 0x1000 | 0x400 | 0x2000 | 0x200 | 0x100),
-              u"RHSADCEOJIPT");
-    EXPECT_EQ(letters(attribute::hidden | attribute::sparse), u"-H--------P-");
-    EXPECT_EQ(letters(attribute::cloudPlaceholder), u"------------");
-}
-
 TEST(StockReaders, kindIsTheFirstCategoryThatAdmitsTheName)
 {
     PropertyWorld world;

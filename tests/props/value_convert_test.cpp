@@ -47,19 +47,6 @@ TEST(ValueConvert, everyShorterIntegerIsSignExtended)
     EXPECT_EQ(converted(VarType::uint32, RawValue::float64(77))->number(), 0);
 }
 
-TEST(ValueConvert, emptyRawValueIsMissingWhateverTheKind)
-{
-    for (const VarType type : {VarType::uint32, VarType::fileTime, VarType::float64, VarType::wideText}) {
-        const auto node = converted(type, {}, property_flag::numeric | property_flag::sexagesimal);
-        EXPECT_TRUE(node->missing());
-        EXPECT_EQ(node->flags, 0u);
-    }
-    EXPECT_TRUE(converted(VarType::wideText, RawValue::text(u""))->missing());
-    const RawValue none{VarType::float64, true, std::vector<double>{}};
-    EXPECT_TRUE(converted(VarType::float64, none, property_flag::sexagesimal)->missing()) << "no coordinate 0";
-    EXPECT_TRUE(converted(VarType::blob, RawValue::number(VarType::uint32, 1))->missing());
-}
-
 TEST(ValueConvert, datesAreFileTimes)
 {
     const auto date = [](RawValue raw) { return converted(VarType::fileTime, std::move(raw))->number(); };
@@ -74,12 +61,6 @@ TEST(ValueConvert, datesAreFileTimes)
     EXPECT_EQ(oleDate(2958466.0), 0) << "after 9999";
     EXPECT_EQ(oleDate(std::nan("")), 0);
     EXPECT_EQ(date(RawValue::number(VarType::uint64, 123)), 0);
-}
-
-TEST(ValueConvert, realsAreWidened)
-{
-    EXPECT_EQ(converted(VarType::float32, {VarType::float32, false, 0.5f})->real(), 0.5);
-    EXPECT_EQ(converted(VarType::float64, RawValue::number(VarType::uint32, 3))->real(), 0);
 }
 
 TEST(ValueConvert, sexagesimalVectorsBecomeDegrees)

@@ -48,16 +48,6 @@ TEST(ValueOrder, equalityIsOfKindAndValue)
     EXPECT_FALSE(equalValues(real(std::nan("")), real(std::nan("")), 0));
 }
 
-TEST(ValueOrder, datesAreEqualWithinTheTolerance)
-{
-    const auto date = [](std::int64_t ticks) { return number(ticks, PropKind::date); };
-    EXPECT_TRUE(equalValues(date(1000), date(1010), 10));
-    EXPECT_TRUE(equalValues(date(1010), date(1000), 10));
-    EXPECT_FALSE(equalValues(date(1000), date(1011), 10));
-    EXPECT_FALSE(equalValues(date(1000), date(1001), 0));
-    EXPECT_FALSE(equalValues(date(std::numeric_limits<std::int64_t>::min()), date(farthest), farthest));
-}
-
 TEST(ValueOrder, numbersAreSignedAndTextsAreUnits)
 {
     EXPECT_TRUE(compareValues(number(-1), number(0)) < 0);
