@@ -138,6 +138,18 @@ TEST_F(CrashCaptureTest, NamesTheModulesWithTheirBuilds)
     EXPECT_EQ(notes.substr(at + 10, build.size() + 1), build + "\n");
 }
 
+TEST_F(CrashCaptureTest, ADebuggerPrintsTheStack)
+{
+    int status = 0;
+    if (outputOf("command -v lldb", status).empty())
+        GTEST_SKIP() << "there is no lldb";
+    const Outcome outcome = crash(path_, "again");
+    const std::string stacks = outputOf("lldb -b -c '" + path_.string() + "' -o 'bt all' 2>&1", status);
+    EXPECT_THAT(stacks, HasSubstr("crashOnPurpose"));
+    EXPECT_THAT(stacks, HasSubstr("SIGSEGV"));
+    EXPECT_THAT(stacks, HasSubstr("crashing_program`main")) << "the stack of the thread that waits";
+}
+
 TEST_F(CrashCaptureTest, LeavesADumpForEachWayToCrash)
 {
     const struct {

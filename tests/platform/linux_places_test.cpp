@@ -37,20 +37,5 @@ TEST(LinuxPlaces, TemporaryFolderMustExist)
     EXPECT_EQ(places->temporaryFolder(), "/tmp");
 }
 
-TEST(LinuxSystemFacts, FindsProgramsInThePath)
-{
-    const TempTree tree;
-    tree.write("first/tool", "not executable");
-    tree.folder("first/folder");
-    std::filesystem::permissions(tree.write("second/tool", ""), std::filesystem::perms::owner_all);
-    const WithVariable path("PATH",
-                            (":relative:" + tree.path("first").string() + ":" + tree.path("second").string()).c_str());
-
-    const auto facts = makeLinuxSystemFacts();
-    EXPECT_EQ(facts->installedProgram("tool"), tree.path("second/tool"));
-    for (const char* none : {"missing", "folder", "../second/tool", ""})
-        EXPECT_EQ(facts->installedProgram(none), std::nullopt) << none;
-}
-
 }  // namespace
 }  // namespace kelvane
