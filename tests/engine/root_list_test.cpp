@@ -156,7 +156,7 @@ TEST_F(PosixRoots, UnreadableAndMissingRootsAreNamed)
         return std::nullopt;
     });
     files.addFile("/made-up/self/maps", "x");
-    files.setVolume("/made-up", {.serial = 9, .fileSystem = "proc", .pseudo = true});
+    files.setVolume("/made-up", {.serial = 9, .fileSystem = "proc", .pseudo = true, .mountPoint = {}});
     const auto list = clean({"/made-up/self", "/d/none", "/d/locked", "/d/open"});
     EXPECT_THAT(list.roots, ElementsAre("/d/open"));
     ASSERT_EQ(list.dropped.size(), 3u);

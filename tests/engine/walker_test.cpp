@@ -160,7 +160,7 @@ TEST_F(Walking, PseudoFileSystemsAreNeverEntered)
 {
     files.addFile("/d/a", "x");
     files.addFile("/d/proc/self/b", "x");
-    files.setVolume("/d/proc", {.serial = 9, .fileSystem = "proc", .pseudo = true});
+    files.setVolume("/d/proc", {.serial = 9, .fileSystem = "proc", .pseudo = true, .mountPoint = {}});
     EXPECT_THAT(walk(subfolders), ElementsAre("/d/a"));
     EXPECT_THAT(walk(subfolders, {"/d/proc"}), IsEmpty());
     EXPECT_THAT(walk(subfolders, {"/d/proc/self/b"}), IsEmpty());
