@@ -88,7 +88,7 @@ TEST(DirectDeletion, TakesTheSelectedIntoTheTrashAndWritesThemAhead)
     ASSERT_TRUE(deletion.run);
     const auto run = world.journals.read(*deletion.run);
     ASSERT_TRUE(run);
-    EXPECT_TRUE(run->ended);
+    EXPECT_FALSE(run->ended) << "the device was never asked to keep what was done";
     ASSERT_EQ(run->entries.size(), 3u);
     EXPECT_EQ(run->entries[0].state, EntryState::done);
     EXPECT_EQ(testing::posix(run->entries[0].trashed), "/trash/a");

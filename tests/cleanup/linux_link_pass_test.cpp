@@ -1,7 +1,7 @@
 // Links on volumes and with writers as Linux has them.
+#include <cerrno>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "cleanup/pass_world.h"
@@ -148,24 +148,29 @@ TEST(LinkPass, LeavesAFileAloneThatSomebodyWritesTo)
     }
 }
 
+// A batch that runs out of handles goes with those items that it has, and the others come in the next one.
 TEST(LinkPass, RunsWithFewHandles)
 {
-    PassWorld world;
-    world.write("a");
-    for (int number = 0; number < 100; ++number) {
-        world.write("f" + std::to_string(number));
-        world.link("f" + std::to_string(number), "a");
+    int shortened = 0;
+    for (int operation = 1; operation < 60; ++operation) {
+        PassWorld world;
+        world.write("a");
+        for (const std::string name : {"f0", "f1", "f2", "f3", "f4", "f5"}) {
+            world.write(name);
+            world.link(name, "a");
+        }
+        testing::FaultPlan plan;
+        testing::FaultyHeldFiles files(*world.held, plan);
+        world.held = &files;
+        plan.fail(testing::Fault::once, operation, {ErrorKind::tooManyOpen, EMFILE, "too many"});
+        world.linkAll();
+        const bool isLater = world.told.find("f0:done") != std::string::npos;
+        if (plan.struck() != "open" || !isLater)
+            continue;
+        ++shortened;
+        EXPECT_EQ(world.outcome.succeeded, 6u) << operation << ' ' << world.told;
     }
-    const int next = ::dup(0);
-    ::close(next);
-    rlimit before{};
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    rlimit few = before;
-    few.rlim_cur = static_cast<rlim_t>(next) + 40;
-    ::setrlimit(RLIMIT_NOFILE, &few);
-    world.linkAll();
-    ::setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_EQ(world.outcome.succeeded, 100u) << world.told;
+    EXPECT_GE(shortened, 5);
 }
 
 }  // namespace
