@@ -30,6 +30,9 @@ CleanupReport runCleanup(const CleanupContext& context, const CleanupRequest& re
 {
     PassOptions passOptions;
     passOptions.compareInFull = options.compareInFull;
+    // A file may have been altered without its size or time showing it.
+    passOptions.compareBeforeLoss =
+        context.definition.has(scan_flag::contents) && !context.definition.has(scan_flag::fuzzy);
     passOptions.offerElevation = options.offerElevation;
     const PassRunner pass = [&](const CleanupPlan& plan, CleanupQuestions& questions, JournalWriter& journal,
                                 PassObserver& observer) {

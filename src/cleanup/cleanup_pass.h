@@ -33,10 +33,11 @@ struct CleanupMemory {
 [[nodiscard]] std::uint64_t volumeKey(const ShellItem& item, const PathRules& paths);
 
 struct PassOptions {
-    bool compareInFull = true;   // before a link takes the place of an item, and before an item of a group goes that
-                                 // was compared approximately or put together by hand
-    bool offerElevation = true;  // ask whether an administrator's process shall make symbolic links
-    std::uint32_t batch = 256;   // items whose intents are flushed together: what a loss of power leaves undecided
+    bool compareInFull = true;  // before a link takes the place of an item, and before an item of a group goes that
+                                // was compared approximately or put together by hand
+    bool compareBeforeLoss = false;  // likewise before an item goes for good: the scan found equal contents
+    bool offerElevation = true;      // ask whether an administrator's process shall make symbolic links
+    std::uint32_t batch = 256;       // items whose intents are flushed together: what a loss of power leaves undecided
 };
 
 // All of it outlives the pass.

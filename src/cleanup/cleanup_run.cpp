@@ -69,6 +69,12 @@ public:
         const std::string page = summaryPage(report_.plan, deletedForGood_);
         if (!context_.questions.confirm({report_.plan, page}))
             return std::move(report_);
+        const auto claimed = context_.journals.claim();
+        const Status ready = claimed ? flushKept() : Status(claimed.error());
+        if (!ready) {
+            refuse(textOf({claimed ? CleanupFault::system : CleanupFault::journal, ready.error()}), ready.error());
+            return std::move(report_);
+        }
         auto journal = context_.journals.begin(report_.plan.action, context_.ports.clock.now());
         if (!journal) {
             refuse(textOf({CleanupFault::journal, journal.error()}), journal.error());
@@ -157,6 +163,17 @@ private:
             return;
         if (const Status ended = journal.end(); !ended)
             report_.pass.journalError = ended.error();
+    }
+
+    // What stays must not be in the memory only when its copies go. A volume that cannot be asked is no reason to
+    // refuse, one whose device fails is.
+    [[nodiscard]] Status flushKept() const
+    {
+        TouchedVolumes kept;
+        for (const CleanupCommand& command : report_.plan.commands)
+            kept.add(context_.results.item(command.kept).file.item());
+        Status flushed = kept.flush(context_.ports.held);
+        return !flushed && flushed.error().kind == ErrorKind::io ? flushed : Status();
     }
 
     [[nodiscard]] bool flushDone() const

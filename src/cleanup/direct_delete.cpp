@@ -28,6 +28,12 @@ std::optional<FileStamp> stampAt(const std::filesystem::path& path, FileSystem& 
     return now ? std::optional(stampOf(*now)) : std::nullopt;
 }
 
+bool isGone(const std::filesystem::path& path, FileSystem& files)
+{
+    const auto now = files.details(path, Links::asThemselves);
+    return !now && now.error().kind == ErrorKind::notFound;
+}
+
 class Sink final : public RemovalSink {
 public:
     Sink(std::vector<Leaving>& items, JournalWriter& journal, FileSystem& files)
@@ -46,7 +52,7 @@ public:
     {
         Leaving& leaving = items_[item];
         const bool failed = isFailedRemoval(outcome.code) || isIgnoredRemoval(outcome.code);
-        leaving.gone = !failed || !stampAt(leaving.removal.path, files_);
+        leaving.gone = !failed || isGone(leaving.removal.path, files_);
         // Gone although the system reports a failure: settling looks for it.
         leaving.open = failed && leaving.gone;
         if (leaving.open)
@@ -144,7 +150,9 @@ DirectDeletion directDelete(const CleanupContext& context, bool expert, const Ca
     std::vector<Leaving> items = checked(results, deletion.failed, context.ports.files);
     if (items.empty())
         return deletion;
-    auto journal = context.journals.begin(CleanupAction::recycle, context.ports.clock.now());
+    const auto claimed = context.journals.claim();
+    auto journal = claimed ? context.journals.begin(CleanupAction::recycle, context.ports.clock.now())
+                           : Result<std::unique_ptr<JournalWriter>>(claimed.error());
     const Status ahead = journal ? writeAhead(items, **journal) : Status(journal.error());
     if (!ahead) {
         const std::string words = textOf({CleanupFault::journal, ahead.error()});

@@ -209,7 +209,9 @@ private:
         if (!pair.item)
             return std::nullopt;
         const bool linking = isLinking(command);
-        const bool inFull = options_.compareInFull && (linking || command.approximate || command.joinedByHand);
+        const bool forGood = options_.compareBeforeLoss && command.action == CleanupAction::deletePermanently;
+        const bool inFull =
+            options_.compareInFull && (linking || forGood || command.approximate || command.joinedByHand);
         if ((linking || inFull) && (!pair.kept || pair.itemNow.size != pair.keptNow.size))
             return because(CleanupFault::different);
         if (!inFull || areOneFile(pair.itemNow.identity, pair.keptNow.identity))

@@ -55,6 +55,16 @@ Journals::Journals(FileSystem& files, FileOutput& output, std::filesystem::path 
 {
 }
 
+Result<std::unique_ptr<FileLock>> Journals::claim()
+{
+    if (const Status made = output_.createFolders(folder_); !made)
+        return made.error();
+    auto claimed = output_.lock(folder_ / "clean-up", 0);
+    if (!claimed && claimed.error().kind == ErrorKind::tooManyOpen)
+        return Error{ErrorKind::tooManyOpen, claimed.error().systemCode, "another clean-up is going on"};
+    return claimed;
+}
+
 Result<std::unique_ptr<JournalWriter>> Journals::begin(CleanupAction action, FileTime now)
 {
     if (const Status made = output_.createFolders(folder_); !made)

@@ -101,6 +101,10 @@ class Journals {
 public:
     Journals(FileSystem& files, FileOutput& output, std::filesystem::path folder);
 
+    // To be held during a clean-up: two at once could each take away the copy that the other one keeps. `tooManyOpen`
+    // while another process has it; of one person, since journals are.
+    [[nodiscard]] Result<std::unique_ptr<FileLock>> claim();
+
     // Gives the run the next free number. Forgets the oldest runs that came to their end beyond the last 100.
     [[nodiscard]] Result<std::unique_ptr<JournalWriter>> begin(CleanupAction action, FileTime now);
     // For taking back and settling: the run as it stands, locked against others, and the way to write on.

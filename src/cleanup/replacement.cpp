@@ -27,7 +27,8 @@ public:
         if (const Status moved = moveAside(); !moved) {
             CleanupFailure failure = lookFailure(moved.error(), CleanupFault::changed);
             // Some systems report a failure of what they did.
-            return isOurLink(pair_.name) ? putBack(std::move(failure)) : abandon(std::move(failure));
+            return isOurLink(pair_.name) && !isOurLink(temporary_) ? putBack(std::move(failure))
+                                                                   : abandon(std::move(failure));
         }
         if (const Failure found = surprise())
             return putBack(*found);
@@ -108,14 +109,16 @@ private:
         const Status back = overwrites_ ? folder_.replace(aside_, pair_.name) : folder_.exchange(aside_, pair_.name);
         if (!back)
             return {Placed::undecided, std::move(failure)};
-        if (overwrites_)
-            return {Placed::notDone, std::move(failure)};
         return abandon(std::move(failure));
     }
 
     // The item has its name, and the names beside it have to go.
     [[nodiscard]] Placement abandon(CleanupFailure failure)
     {
+        // Where nobody can see what has the item's name, the name aside may be the old file's last one.
+        const auto now = folder_.look(pair_.name);
+        if (overwrites_ && !now && now.error().kind != ErrorKind::notFound)
+            return {Placed::undecided, std::move(failure)};
         const bool asideGone = !overwrites_ || isGone(aside_, pair_.itemNow);
         const bool linkGone = isGone(temporary_, link_);
         return {asideGone && linkGone ? Placed::notDone : Placed::undecided, std::move(failure)};

@@ -1,6 +1,20 @@
 #include "cleanup/touched_volumes.h"
 
 namespace kelvane {
+namespace {
+
+// The folder, or the nearest one above it that is still there.
+Result<std::unique_ptr<HeldFolder>> openNearest(HeldFiles& files, std::filesystem::path path)
+{
+    auto folder = files.openFolder(path);
+    while (!folder && folder.error().kind == ErrorKind::notFound && path.has_relative_path()) {
+        path = path.parent_path();
+        folder = files.openFolder(path);
+    }
+    return folder;
+}
+
+}  // namespace
 
 void TouchedVolumes::add(const ShellItem& item)
 {
@@ -11,13 +25,14 @@ void TouchedVolumes::add(const ShellItem& item)
 
 Status TouchedVolumes::flush(HeldFiles& files) const
 {
+    Status all;
     for (const auto& [volume, path] : folders_) {
-        const auto folder = files.openFolder(path);
+        const auto folder = openNearest(files, path);
         const Status flushed = folder ? (*folder)->flushVolume() : Status(folder.error());
-        if (!flushed)
-            return flushed;
+        if (all && !flushed)
+            all = flushed;
     }
-    return {};
+    return all;
 }
 
 }  // namespace kelvane

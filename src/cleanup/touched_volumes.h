@@ -1,4 +1,4 @@
-// The volumes that a run changed names on.
+// The volumes that a run changes names on, or relies on.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,8 @@ class TouchedVolumes {
 public:
     // The trash that an item went to is on its volume.
     void add(const ShellItem& item);
-    // Returns when the devices have it all. After an error the run is to be left open, for settling to look at.
+    // Returns when the devices have it all; the first error when some do not. A run that ends so is to be left open,
+    // for settling to look at.
     [[nodiscard]] Status flush(HeldFiles& files) const;
 
 private:

@@ -1,5 +1,6 @@
 // What has to hold before an item is taken back.
 #include "base/filled_text.h"
+#include "cleanup/settle_place.h"
 #include "cleanup/undo.h"
 #include "cleanup/undo_steps.h"
 
@@ -22,12 +23,6 @@ CleanupFailure missing(const Error& error)
 bool sameContent(const FileInfo& now, const FileStamp& was)
 {
     return now.size == was.size && now.modified == was.modified;
-}
-
-// A file system without identities leaves only the looks of a file to know it by.
-bool sameFile(const FileInfo& now, const FileStamp& was)
-{
-    return was.identity.known() ? now.identity == was.identity : now.kind == was.kind && sameContent(now, was);
 }
 
 // The file whose bytes the link shows.
@@ -70,7 +65,7 @@ Failure holdSource(SplitItem& item, const JournalEntry& entry, const PassPorts& 
         return CleanupFailure{CleanupFault::system, now.error()};
     item.sourceWas = *now;
     const FileStamp& was = contentOf(entry);
-    if (!sameFile(*now, was) || !sameContent(*now, was))
+    if (!isThatFile(*now, was) || !sameContent(*now, was))
         return because(elsewhere ? CleanupFault::keptChanged : CleanupFault::changed);
     return item.source->isBeingWritten() ? Failure(because(CleanupFault::beingWritten)) : Failure{};
 }
@@ -98,7 +93,7 @@ std::optional<CleanupFailure> notThatLink(const HeldFolder& folder, NativeView n
     if (entry.link == LinkKind::symbolic)
         return notThatSymbolicLink(folder, name, now->kind, entry);
     const FileStamp& was = contentOf(entry);
-    if (now->kind != FileKind::regular || !sameFile(*now, was))
+    if (now->kind != FileKind::regular || !isThatFile(*now, was))
         return because(CleanupFault::placeTaken);
     if (!sameContent(*now, was))
         return because(CleanupFault::changed);
@@ -131,8 +126,12 @@ std::optional<CleanupFailure> trashObstacle(const JournalEntry& entry, const Pas
     const auto there = folder.value()->look(entry.trashed.filename().native());
     if (!there)
         return missing(there.error());
-    if (!sameFile(*there, entry.intent.itemWas))
+    const FileStamp& was = entry.intent.itemWas;
+    if (!isThatFile(*there, was))
         return because(CleanupFault::gone);
+    // A file that was made since may have got the number of one that is gone.
+    if (was.kind == FileKind::regular && !sameContent(*there, was))
+        return because(CleanupFault::changed);
     return placeObstacle(entry.intent.item, ports);
 }
 

@@ -1,4 +1,5 @@
 // Out of the trash, back to where it was.
+#include "cleanup/settle_place.h"
 #include "cleanup/undo_steps.h"
 
 namespace kelvane {
@@ -24,7 +25,7 @@ bool isBack(const JournalEntry& entry, const PassPorts& ports)
 {
     const auto folder = ports.held.openFolder(entry.intent.item.parent_path());
     const auto there = folder ? folder.value()->look(entry.intent.item.filename().native()) : folder.error();
-    return there && there->identity.known() && there->identity == entry.intent.itemWas.identity;
+    return there && there->identity.known() && isThatFile(*there, entry.intent.itemWas);
 }
 
 }  // namespace

@@ -33,6 +33,16 @@ Status answer(int result)
     return result == 0 ? Status() : Status(osError(errno));
 }
 
+// In a sticky folder of somebody else nobody can take back a name that was given to somebody else's file.
+bool keepsNamesOfOthers(int file, int folder)
+{
+    struct stat place {
+    }, held{};
+    const uid_t user = ::geteuid();
+    return user != 0 && ::fstat(folder, &place) == 0 && (place.st_mode & S_ISVTX) != 0 && place.st_uid != user &&
+           ::fstat(file, &held) == 0 && held.st_uid != user;
+}
+
 // A folder whose names one may change but not list can be used, and only flushing asks for more.
 struct OpenedFolder {
     FileHandle handle;
@@ -87,6 +97,8 @@ public:
         const auto* held = dynamic_cast<const DescriptorHolder*>(&file);
         if (held == nullptr || !isOneName(name))
             return osError(EINVAL);
+        if (keepsNamesOfOthers(held->descriptor(), get()))
+            return osError(EPERM);
         return linkOpenFile(held->descriptor(), get(), std::string(name));
     }
 
