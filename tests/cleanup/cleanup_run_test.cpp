@@ -202,6 +202,10 @@ TEST(CleanupRun, DoesNothingBeforeItIsAgreedToAndCanBeWrittenDown)
     noJournal.tree.write("journals", "a file where the folder should be");
     EXPECT_THAT(untouched(noJournal, recycle), HasSubstr("the journal of clean-ups cannot be written"));
 
+    RunWorld besideAnother({{"/a", "/b", "/c"}});
+    const auto other = besideAnother.journals.claim();
+    EXPECT_THAT(untouched(besideAnother, recycle), HasSubstr("another clean-up is going on"));
+
     RunWorld trashless({{"/a", "/usb/b", "/usb/c"}});
     EXPECT_EQ(untouched(trashless, recycle), "Sorry these items cannot be deleted");
     EXPECT_THAT(trashless.questions.statuses, ElementsAre("Sorry these items cannot be deleted"));

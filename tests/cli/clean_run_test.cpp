@@ -11,6 +11,14 @@ using ::testing::Not;
 class CleanRun : public testing::CleanWorld {
 protected:
     // Which of the five files are there, and whose names they are: "a1 b1=a1 ..." for links.
+    // Its size and time stay.
+    void alterUnseen() const
+    {
+        const auto then = std::filesystem::last_write_time(tree_.path("in/c/1"));
+        tree_.write("in/c/1", "SAME");
+        std::filesystem::last_write_time(tree_.path("in/c/1"), then);
+    }
+
     [[nodiscard]] std::string state() const
     {
         std::string words;
@@ -125,11 +133,16 @@ TEST_F(CleanRun, WhatIsNotAsItWasStaysAndTheRestGoes)
     EXPECT_EQ(items.at(2).at("why"), "keptChanged");
 }
 
+TEST_F(CleanRun, AFileThatOnlyLooksEqualDoesNotGoForGood)
+{
+    alterUnseen();
+    EXPECT_EQ(clean({"--keep", "oldest", "--delete-permanently", "--yes"}).code, ExitCode::incomplete);
+    EXPECT_EQ(state(), "a1 c1 c2 ");
+}
+
 TEST_F(CleanRun, WithoutTheComparisonAFileThatOnlyLooksEqualGoes)
 {
-    const auto then = std::filesystem::last_write_time(tree_.path("in/c/1"));
-    tree_.write("in/c/1", "SAME");
-    std::filesystem::last_write_time(tree_.path("in/c/1"), then);
+    alterUnseen();
     const auto run = clean({"--keep", "oldest", "--link", "hard", "--no-compare", "--progress", "always"});
     EXPECT_EQ(run.code, ExitCode::done);
     EXPECT_THAT(run.err, HasSubstr("putting links in place, 1 of 3 files"));
