@@ -164,23 +164,5 @@ TEST_F(WindowsHeldFilesTest, MetadataIsGivenToAnotherFileWithTheTimeOfItsMaking)
     EXPECT_EQ(read("new"), "new");
 }
 
-std::string reparsePoint(std::uint32_t tag, std::wstring_view used, std::wstring_view shown)
-{
-    std::string bytes;
-    const auto put = [&](auto number) { bytes.append(reinterpret_cast<const char*>(&number), sizeof number); };
-    const auto size = [](std::wstring_view text) { return static_cast<std::uint16_t>(text.size() * 2); };
-    put(tag);
-    put(std::uint32_t{0});
-    put(std::uint16_t{0});
-    put(size(used));
-    put(size(used));
-    put(size(shown));
-    if (tag == IO_REPARSE_TAG_SYMLINK)
-        put(std::uint32_t{1});
-    for (const wchar_t unit : std::wstring(used) + std::wstring(shown))
-        put(unit);
-    return bytes;
-}
-
 }  // namespace
 }  // namespace kelvane
