@@ -103,7 +103,7 @@ private:
         if (entry_.link != LinkKind::clone)
             return entry_.intent.metadata;
         auto now = item_.source->metadata();
-        return now ? std::move(*now) : entry_.intent.metadata;
+        return now ? *now : entry_.intent.metadata;
     }
 
     Failure place()
