@@ -2,12 +2,19 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <string>
 
+#include "base/cancel.h"
+#include "engine/candidate.h"
 #include "engine/criteria.h"
-#include "props/prop_cache.h"
 
 namespace kelvane {
+
+class Neighbours;
+struct SortedCandidates;
 
 // What comparing the contents of two files by their descriptors gave.
 struct ContentScore {
@@ -16,14 +23,37 @@ struct ContentScore {
     bool endsWalk = false;   // no later file in sort order can match either
 };
 
-// Similar-content search for the categories that have descriptors.
+// A file that got no descriptor, and why, in words for a person.
+using NoDescriptor = std::function<void(const ShellItem& item, const std::string& reason)>;
+
+// Similar-content search for the categories that have descriptors. Used by the scan's thread; builds descriptors on
+// threads of its own.
 class SimilarContent {
 public:
     virtual ~SimilarContent() = default;
     [[nodiscard]] virtual bool supports(Category category) const = 0;
-    // Whether a file has what a descriptor needs (enough text, a preview, a long enough duration).
+
+    // Whether a file can have what a descriptor needs, as far as a look at its name and record tells.
+    [[nodiscard]] virtual bool mayAdmit(const ScanCriteria& criteria, const ItemContext& file) const;
+    // Begins to build the descriptor of a candidate, in the background. The candidate must stay where it is, and be
+    // left alone by everybody else, until settle() or the end of this object.
+    virtual void announce(const ScanCriteria& criteria, Candidate& file);
+    // Waits for everything that was announced; calls the function about every 20 ms with how many are done, and tells
+    // on the calling thread of files that got no descriptor. False when cancelled. Afterwards each announced candidate
+    // has its descriptor in its cache, or a missing value.
+    [[nodiscard]] virtual bool settle(const CancelFlag& cancel,
+                                      const std::function<void(std::uint64_t done)>& whileWaiting,
+                                      const NoDescriptor& none);
+
+    // Builds the descriptor here and now where it was not announced.
     [[nodiscard]] virtual bool admits(const ScanCriteria& criteria, ItemContext& file) = 0;
     [[nodiscard]] virtual ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) = 0;
+
+    // The candidates that may match, found ahead in parallel; null where the plain walk is to be taken. The same groups
+    // come of both but for what a filter leaves out, whose loss is measured, and which EngineOptions::exhaustive turns
+    // off.
+    [[nodiscard]] virtual std::unique_ptr<Neighbours> narrow(const ScanCriteria& criteria,
+                                                             const SortedCandidates& sorted, const CancelFlag& cancel);
 };
 
 }  // namespace kelvane

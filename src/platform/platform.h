@@ -10,20 +10,27 @@
 #include "platform/file_operations.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/filter_programs.h"
 #include "platform/held_files.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/link_maker.h"
+#include "platform/packaged_files.h"
 #include "platform/path_rules.h"
 #include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/processes.h"
 #include "platform/property_system.h"
+#include "platform/run_cache.h"
 #include "platform/settings_store.h"
+#include "platform/shared_libraries.h"
 #include "platform/shell_namespace.h"
 #include "platform/terminal.h"
+#include "platform/text_decoding.h"
 #include "platform/text_folding.h"
 #include "platform/text_modules.h"
+#include "platform/worker_processes.h"
+#include "platform/xml_parsing.h"
 
 namespace kelvane {
 
@@ -51,6 +58,13 @@ public:
     virtual CrashCapture& crashCapture() = 0;
     virtual SettingsStore& registry() = 0;
     virtual TextModules& textModules() = 0;
+    virtual TextDecoding& decoding() = 0;
+    virtual XmlParsing& xml() = 0;
+    virtual PackagedFiles& packages() = 0;
+    virtual FilterPrograms& filters() = 0;
+    virtual WorkerProcesses& workers() = 0;
+    virtual SharedLibraries& libraries() = 0;
+    virtual RunCaches& runCaches() = 0;
 };
 
 // Defined by the adapter that the program is linked with.

@@ -56,6 +56,13 @@ public:
     CrashCapture& crashCapture() override { return real_->crashCapture(); }
     SettingsStore& registry() override { return settings; }
     TextModules& textModules() override { return real_->textModules(); }
+    TextDecoding& decoding() override { return real_->decoding(); }
+    XmlParsing& xml() override { return real_->xml(); }
+    PackagedFiles& packages() override { return real_->packages(); }
+    FilterPrograms& filters() override { return real_->filters(); }
+    WorkerProcesses& workers() override { return real_->workers(); }
+    SharedLibraries& libraries() override { return real_->libraries(); }
+    RunCaches& runCaches() override { return real_->runCaches(); }
 
 private:
     std::unique_ptr<Platform> real_ = makePlatform();

@@ -1,6 +1,7 @@
 #include "platform/platform.h"
 
 #include "platform/file_namespace.h"
+#include "platform/missing_ports.h"
 #include "platform/property_table.h"
 #include "platform/windows/adapters.h"
 
@@ -32,6 +33,13 @@ public:
     CrashCapture& crashCapture() override { return *crashCapture_; }
     SettingsStore& registry() override { return *registry_; }
     TextModules& textModules() override { return *textModules_; }
+    TextDecoding& decoding() override { return *decoding_; }
+    XmlParsing& xml() override { return *xml_; }
+    PackagedFiles& packages() override { return *packages_; }
+    FilterPrograms& filters() override { return *filters_; }
+    WorkerProcesses& workers() override { return *workers_; }
+    SharedLibraries& libraries() override { return *libraries_; }
+    RunCaches& runCaches() override { return *runCaches_; }
 
 private:
     // In the order in which they need one another.
@@ -53,6 +61,13 @@ private:
     std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
     std::unique_ptr<InstancePorts> instancePorts_ = makeWindowPorts();
     std::unique_ptr<Processes> processes_ = makeWindowsProcesses();
+    std::unique_ptr<TextDecoding> decoding_ = makeMissingTextDecoding();
+    std::unique_ptr<XmlParsing> xml_ = makeMissingXmlParsing();
+    std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
+    std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
+    std::unique_ptr<WorkerProcesses> workers_ = makeMissingWorkerProcesses();
+    std::unique_ptr<SharedLibraries> libraries_ = makeMissingSharedLibraries();
+    std::unique_ptr<RunCaches> runCaches_ = makeMissingRunCaches();
     std::unique_ptr<CrashCapture> crashCapture_ = makeWindowsCrashCapture();
     std::unique_ptr<SettingsStore> registry_ = makeRegistryStore();
     std::unique_ptr<TextModules> textModules_ = makeWindowsTextModules(*files_);
