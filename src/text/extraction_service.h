@@ -9,6 +9,7 @@
 #include "platform/text_decoding.h"
 #include "platform/worker_processes.h"
 #include "platform/xml_parsing.h"
+#include "text/other_texts.h"
 #include "text/text_extraction.h"
 
 namespace kelvane {
@@ -21,6 +22,7 @@ struct ExtractionPorts {
     XmlParsing& xml;
     PackagedFiles& packages;
     FilterPrograms& filters;
+    OtherTexts* others = nullptr;  // asked last, about files of no known format; null: nobody is
 };
 
 // Where workers were asked for and none can be started, nothing but plain text is extracted (outcome toolMissing names

@@ -21,6 +21,7 @@
 #include "platform/processes.h"
 #include "platform/property_system.h"
 #include "platform/settings_store.h"
+#include "platform/shared_libraries.h"
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
 #include "platform/text_modules.h"
@@ -57,5 +58,6 @@ struct ProcessTools {
 [[nodiscard]] std::unique_ptr<SettingsStore> makeSqliteSettingsStore(std::filesystem::path file,
                                                                      const TextFolding& folding);
 [[nodiscard]] std::unique_ptr<TextModules> makeLinuxTextModules(FileSystem& files);
+[[nodiscard]] std::unique_ptr<SharedLibraries> makeLinuxSharedLibraries();
 
 }  // namespace kelvane

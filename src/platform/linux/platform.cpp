@@ -78,7 +78,7 @@ private:
     std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
     std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
     std::unique_ptr<WorkerProcesses> workers_ = makeMissingWorkerProcesses();
-    std::unique_ptr<SharedLibraries> libraries_ = makeMissingSharedLibraries();
+    std::unique_ptr<SharedLibraries> libraries_ = makeLinuxSharedLibraries();
     std::unique_ptr<RunCaches> runCaches_ = makeMissingRunCaches();
 };
 

@@ -22,6 +22,7 @@
 #include "platform/processes.h"
 #include "platform/property_system.h"
 #include "platform/settings_store.h"
+#include "platform/shared_libraries.h"
 #include "platform/terminal.h"
 #include "platform/text_modules.h"
 
@@ -53,5 +54,6 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<CrashCapture> makeWindowsCrashCapture();
 [[nodiscard]] std::unique_ptr<DesktopActivation> makeDdeActivation();
 [[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules(FileSystem& files);
+[[nodiscard]] std::unique_ptr<SharedLibraries> makeWindowsSharedLibraries();
 
 }  // namespace kelvane

@@ -66,7 +66,7 @@ private:
     std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
     std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
     std::unique_ptr<WorkerProcesses> workers_ = makeMissingWorkerProcesses();
-    std::unique_ptr<SharedLibraries> libraries_ = makeMissingSharedLibraries();
+    std::unique_ptr<SharedLibraries> libraries_ = makeWindowsSharedLibraries();
     std::unique_ptr<RunCaches> runCaches_ = makeMissingRunCaches();
     std::unique_ptr<CrashCapture> crashCapture_ = makeWindowsCrashCapture();
     std::unique_ptr<SettingsStore> registry_ = makeRegistryStore();
