@@ -16,6 +16,8 @@ public:
     [[nodiscard]] virtual std::filesystem::path settingsFolder() const = 0;   // roaming: $XDG_CONFIG_HOME, ~/.config
     // What the program remembers of its own work, for this computer only: $XDG_STATE_HOME, ~/.local/state
     [[nodiscard]] virtual std::filesystem::path stateFolder() const = 0;
+    // What can be made anew at any time, for this computer only: $XDG_CACHE_HOME, ~/.cache
+    [[nodiscard]] virtual std::filesystem::path cacheFolder() const = 0;
     [[nodiscard]] virtual std::filesystem::path programFile() const = 0;  // the running program, links resolved
     [[nodiscard]] std::filesystem::path programFolder() const { return programFile().parent_path(); }
 };

@@ -19,7 +19,8 @@ namespace kelvane {
 enum class CachedKind : std::uint32_t { documentDescriptor = 1 };
 
 // A value belongs to a file as it was: any other size, time or identity is another file. `shape` is a digest of
-// everything else that the value depends on (settings, the version of what made it).
+// everything else that the value depends on (settings, the version of what made it). Nothing is kept of a file without
+// an identity.
 struct RunCacheKey {
     CachedKind kind = CachedKind::documentDescriptor;
     FileIdentity identity;

@@ -10,6 +10,7 @@ public:
     std::filesystem::path temporaryFolder() const override { return "/tmp"; }
     std::filesystem::path settingsFolder() const override { return "/settings"; }
     std::filesystem::path stateFolder() const override { return "/state"; }
+    std::filesystem::path cacheFolder() const override { return "/cache"; }
     std::filesystem::path programFile() const override { return "/prefix/bin/kelvane"; }
 };
 

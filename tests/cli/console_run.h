@@ -10,6 +10,7 @@
 #include "platform/file_namespace.h"
 #include "support/fake_places.h"
 #include "support/memory_file_system.h"
+#include "support/memory_run_cache.h"
 #include "support/memory_settings_store.h"
 
 namespace kelvane::testing {
@@ -28,11 +29,13 @@ struct Surroundings {
     std::function<std::optional<std::string>(std::string_view question, CancelFlag& cancel)> answer = nullptr;
 };
 
-// The real platform, but for its settings, lest those of whoever runs the tests take part: the registry is in memory,
-// and the places of INI files lie where nothing is unless a test puts it there.
+// The real platform, but for its settings and what is kept between runs, lest those of whoever runs the tests take
+// part: the registry and the cache are in memory, and the places of INI files lie where nothing is unless a test puts
+// it there.
 class QuietPlatform : public Platform {
 public:
     MemorySettingsStore settings;
+    MemoryRunCaches caches;
     FakePlaces ownPlaces{std::filesystem::temp_directory_path() / "kelvane-no-such-folder"};
 
     FileSystem& files() override { return real_->files(); }
@@ -62,7 +65,7 @@ public:
     FilterPrograms& filters() override { return real_->filters(); }
     WorkerProcesses& workers() override { return real_->workers(); }
     SharedLibraries& libraries() override { return real_->libraries(); }
-    RunCaches& runCaches() override { return real_->runCaches(); }
+    RunCaches& runCaches() override { return caches; }
 
 private:
     std::unique_ptr<Platform> real_ = makePlatform();

@@ -23,6 +23,10 @@ TEST(LinuxPlaces, SettingsFollowXdgAndItsDefaults)
     }
     const WithVariable config("XDG_CONFIG_HOME", "/elsewhere");
     EXPECT_EQ(places->settingsFolder(), "/elsewhere");
+    const WithVariable noCache("XDG_CACHE_HOME", nullptr);
+    EXPECT_EQ(places->cacheFolder(), "/home/somebody/.cache");
+    const WithVariable cache("XDG_CACHE_HOME", "/quick");
+    EXPECT_EQ(places->cacheFolder(), "/quick");
 }
 
 TEST(LinuxPlaces, TemporaryFolderMustExist)

@@ -14,6 +14,7 @@ TEST(WindowsPlaces, AreAbsoluteAndThere)
     const auto places = makeWindowsPlaces();
     EXPECT_TRUE(std::filesystem::is_directory(places->temporaryFolder()));
     EXPECT_TRUE(places->settingsFolder().is_absolute());
+    EXPECT_TRUE(places->cacheFolder().is_absolute());
     EXPECT_EQ(places->programFile().filename(), "platform_test.exe");
     EXPECT_TRUE(std::filesystem::exists(places->programFile()));
 }

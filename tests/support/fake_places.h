@@ -8,24 +8,27 @@
 
 namespace kelvane::testing {
 
-// Below `root`: "temporary", "settings", "state" and the program "program/kelvane". Makes no folder itself.
+// Below `root`: "temporary", "settings", "state", "cache" and the program "program/kelvane". Makes no folder itself.
 class FakePlaces final : public Places {
 public:
     explicit FakePlaces(const std::filesystem::path& root)
         : temporary(root / "temporary"),
           settings(root / "settings"),
           state(root / "state"),
+          cache(root / "cache"),
           program(root / "program" / "kelvane")
     {
     }
     std::filesystem::path temporaryFolder() const override { return temporary; }
     std::filesystem::path settingsFolder() const override { return settings; }
     std::filesystem::path stateFolder() const override { return state; }
+    std::filesystem::path cacheFolder() const override { return cache; }
     std::filesystem::path programFile() const override { return program; }
 
     std::filesystem::path temporary;
     std::filesystem::path settings;
     std::filesystem::path state;
+    std::filesystem::path cache;
     std::filesystem::path program;
 };
 

@@ -25,6 +25,8 @@ public:
 
     path stateFolder() const override { return linux_os::xdgFolder("XDG_STATE_HOME", ".local/state"); }
 
+    path cacheFolder() const override { return linux_os::xdgFolder("XDG_CACHE_HOME", ".cache"); }
+
     path programFile() const override
     {
         std::error_code error;

@@ -38,6 +38,9 @@ public:
         return folder ? *folder : settingsFolder();
     }
 
+    // Programs keep both below the same folder there.
+    path cacheFolder() const override { return stateFolder(); }
+
     path programFile() const override
     {
         std::wstring text(longestPath, L'\0');
