@@ -4,6 +4,8 @@
 #include <numeric>
 #include <vector>
 
+#include "props/short_gestalt.h"
+
 namespace kelvane {
 namespace {
 
@@ -98,6 +100,8 @@ Block BlockFinder::longest(const Runs& runs)
 
 std::uint32_t gestaltMatch(std::u16string_view x, std::u16string_view y)
 {
+    if (const auto matched = shortGestaltMatch(x, y))
+        return *matched;
     std::uint32_t matched = 0;
     BlockFinder finder(x, y);
     // Runs still to be matched, on a list instead of the call stack: crafted texts nest them as deep as they are long.

@@ -3,34 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 #include <random>
+
+#include "props/made_up_texts.h"
+#include "props/plain_gestalt.h"
 
 namespace kelvane {
 namespace {
 
-// The rule as it is told, without any of the short cuts.
-std::uint32_t plainMatch(std::u16string_view x, std::u16string_view y)
-{
-    if (x.empty() || y.empty() || (x.size() == 1 && y.size() == 1))
-        return 0;
-    std::size_t bestX = 0, bestY = 0, best = 0;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-        for (std::size_t j = 0; j < y.size(); ++j) {
-            std::size_t length = 0;
-            while (i + length < x.size() && j + length < y.size() && x[i + length] == y[j + length])
-                ++length;
-            if (length > best) {
-                bestX = i;
-                bestY = j;
-                best = length;
-            }
-        }
-    }
-    if (best < 2)
-        return static_cast<std::uint32_t>(best);
-    return static_cast<std::uint32_t>(best) + plainMatch(x.substr(0, bestX), y.substr(0, bestY)) +
-           plainMatch(x.substr(bestX + best), y.substr(bestY + best));
-}
+using testing::plainMatch;
 
 TEST(Gestalt, matchesTheWorkedExamples)
 {
@@ -41,19 +23,63 @@ TEST(Gestalt, matchesTheWorkedExamples)
     EXPECT_EQ(gestaltMatch(u"", u"abc"), 0u);
 }
 
-TEST(Gestalt, agreesWithThePlainRuleOnRandomTexts)
-{
-    std::mt19937 random(11);
-    const auto randomText = [&random](std::size_t longest, unsigned letters) {
-        std::u16string text(random() % (longest + 1), u' ');
-        std::generate(text.begin(), text.end(), [&] { return static_cast<char16_t>(u'a' + random() % letters); });
+class RandomGestalt : public ::testing::Test {
+protected:
+    std::u16string text(std::size_t length, unsigned letters, unsigned step = 1)
+    {
+        std::u16string text(length, u' ');
+        std::generate(text.begin(), text.end(),
+                      [&] { return static_cast<char16_t>(u'a' + step * (random() % letters)); });
         return text;
-    };
+    }
+    std::mt19937 random{11};
+};
+
+TEST_F(RandomGestalt, isThatOfThePlainRuleWhereMuchIsEquallyLong)
+{
     for (int round = 0; round < 3000; ++round) {
-        const unsigned letters = 2 + random() % 4;
-        const std::u16string x = randomText(40, letters), y = randomText(40, letters);
+        const unsigned letters = 1 + static_cast<unsigned>(random() % 5);
+        const std::u16string x = text(random() % 41, letters), y = text(random() % 41, letters);
         ASSERT_EQ(gestaltMatch(x, y), plainMatch(x, y)) << "round " << round;
     }
+}
+
+// Around the length from which on another way of counting is taken, with few and with too many different characters.
+TEST_F(RandomGestalt, isThatOfThePlainRuleForWholeProbes)
+{
+    constexpr unsigned alphabets[] = {1, 2, 3, 26, 300, 2000};
+    for (int round = 0; round < 180; ++round) {
+        const unsigned letters = alphabets[round % 6], step = round % 4 == 3 ? 31 : 1;
+        std::u16string x = text(250 + random() % 9, letters, step), y = text(250 + random() % 9, letters, step);
+        if (round % 3 == 0)
+            y.replace(0, 100, x, random() % 150, 100);
+        ASSERT_EQ(gestaltMatch(x, y), plainMatch(x, y)) << "round " << round;
+    }
+}
+
+TEST(Gestalt, isThatOfThePlainRuleForWriting)
+{
+    testing::MadeUpTexts texts(12);
+    for (unsigned round = 0; round < 60; ++round) {
+        const std::u16string x = texts.text(256);
+        const std::u16string y = texts.edited(x, 25 * (round % 5)).substr(0, 256 - round % 3);
+        ASSERT_EQ(gestaltMatch(x, y), plainMatch(x, y)) << "round " << round;
+    }
+}
+
+TEST(Gestalt, holdsForExtremes)
+{
+    std::u16string all(256, u' ');
+    std::iota(all.begin(), all.end(), u'\0');
+    const std::u16string turned = all.substr(128) + all.substr(0, 128), back(all.rbegin(), all.rend());
+    const std::u16string same(256, u'\0');
+    std::u16string other = same;
+    other[255] = u'\uFFFF';
+    for (const auto& [x, y] : {std::pair(all, turned), {all, back}, {same, other}, {other, same}, {same, all}}) {
+        EXPECT_EQ(gestaltMatch(x, y), plainMatch(x, y));
+        EXPECT_EQ(gestaltMatch(x.substr(2), y.substr(1)), plainMatch(x.substr(2), y.substr(1)));
+    }
+    EXPECT_EQ(gestaltMatch(all, all), 256u);
 }
 
 TEST(Gestalt, nestsDeeplyWithoutDeepCalls)
