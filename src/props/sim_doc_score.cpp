@@ -1,0 +1,37 @@
+#include "props/gestalt.h"
+#include "props/sim_doc_model.h"
+
+namespace kelvane {
+namespace sim_doc_model {
+namespace {
+
+double playHalf(const SimDocDescriptor& a, const SimDocDescriptor& b, RandomNumbers& random)
+{
+    const Probes probes = drawProbes(a, b, random);
+    ProbeFeatures features;
+    for (std::size_t i = 0; i < probeCount; ++i)
+        features[i] = probeFeature(gestaltMatch(probes[i].x, probes[i].y));
+    return halfSum(plainSum(a, b), features);
+}
+
+}  // namespace
+}  // namespace sim_doc_model
+
+std::int32_t compareDocuments(const SimDocDescriptor& a, const SimDocDescriptor& b, RandomNumbers& random)
+{
+    if (sizesTooDifferent(a.size(), b.size()))
+        return document_score::sizesTooDifferent;
+    const double first = sim_doc_model::playHalf(a, b, random);
+    if (first < sim_doc_model::leastFirstHalf)
+        return document_score::clearlyDifferent;
+    return sim_doc_model::scoreOf(first, sim_doc_model::playHalf(b, a, random));
+}
+
+std::optional<std::int32_t> similarDocuments(const SimDocDescriptor& a, const SimDocDescriptor& b,
+                                             std::int32_t similarity, RandomNumbers& random)
+{
+    const std::int32_t score = compareDocuments(a, b, random);
+    return score >= similarity ? std::optional(score) : std::nullopt;
+}
+
+}  // namespace kelvane
