@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,5 +24,8 @@ public:
     // The likeliest charset of bytes that carry no mark and are no UTF-8; nothing where none is likely.
     [[nodiscard]] virtual std::optional<std::string> guess(std::span<const std::byte> bytes) const = 0;
 };
+
+// Defined by the adapter that the program is linked with.
+[[nodiscard]] std::unique_ptr<TextDecoding> makeTextDecoding();
 
 }  // namespace kelvane

@@ -28,6 +28,8 @@ struct ReadOutcome {
     TextOutcome outcome = TextOutcome::extracted;
     std::string detail;
     std::string missingTool;
+    // Of a plain format: the file is not in UTF-8, so that its size is not what its text weighs.
+    bool reencoded = false;
 };
 
 // One row of the registry.
@@ -35,6 +37,9 @@ struct DocumentFormat {
     std::string_view name;   // "PDF", for messages
     std::string_view masks;  // "htm,html,xhtml": extensions by which a file is taken for it, `*` allowed
     bool plain = false;      // the file is its text and nothing else
+    // Files are made of characters (markup, mail), so that the name is believed where bytes do not tell. Of all other
+    // formats the bytes do tell: text under such a name is plain text.
+    bool textual = false;
     // Whether the first bytes (up to 4096) are those of this format; null where bytes do not tell. A file whose bytes
     // are those of another format is read as that one, whatever its name says.
     bool (*recognises)(std::span<const std::byte> head) = nullptr;

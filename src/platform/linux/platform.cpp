@@ -73,7 +73,7 @@ private:
     std::unique_ptr<InstancePorts> instancePorts_ =
         makeSocketPorts(variable("XDG_RUNTIME_DIR", ""), places_->temporaryFolder());
     std::unique_ptr<Processes> processes_ = makeLinuxProcesses({variable("PATH", "/usr/local/bin:/usr/bin:/bin")});
-    std::unique_ptr<TextDecoding> decoding_ = makeMissingTextDecoding();
+    std::unique_ptr<TextDecoding> decoding_ = makeTextDecoding();
     std::unique_ptr<XmlParsing> xml_ = makeMissingXmlParsing();
     std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
     std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
