@@ -61,7 +61,7 @@ private:
     std::unique_ptr<SystemFacts> systemFacts_ = makeWindowsSystemFacts();
     std::unique_ptr<InstancePorts> instancePorts_ = makeWindowPorts();
     std::unique_ptr<Processes> processes_ = makeWindowsProcesses();
-    std::unique_ptr<TextDecoding> decoding_ = makeMissingTextDecoding();
+    std::unique_ptr<TextDecoding> decoding_ = makeTextDecoding();
     std::unique_ptr<XmlParsing> xml_ = makeMissingXmlParsing();
     std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
     std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();

@@ -1,0 +1,12 @@
+#include "platform/text_decoding.h"
+
+#include "platform/missing_ports.h"
+
+namespace kelvane {
+
+std::unique_ptr<TextDecoding> makeTextDecoding()
+{
+    return makeMissingTextDecoding();
+}
+
+}  // namespace kelvane
