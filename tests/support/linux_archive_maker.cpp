@@ -52,6 +52,20 @@ void writeEntry(archive* handle, const MadeEntry& made)
         check(handle, ARCHIVE_FATAL);
 }
 
+void encrypt(archive* handle, const std::string& password)
+{
+    if (password.empty())
+        return;
+    check(handle, archive_write_set_options(handle, "zip:encryption=traditional"));
+    check(handle, archive_write_set_passphrase(handle, password.c_str()));
+}
+
+la_ssize_t append(archive*, void* bytes, const void* piece, size_t size)
+{
+    static_cast<std::string*>(bytes)->append(static_cast<const char*>(piece), size);
+    return static_cast<la_ssize_t>(size);
+}
+
 }  // namespace
 
 void makeArchive(const std::filesystem::path& path, const std::vector<MadeEntry>& entries, const std::string& password)
@@ -61,14 +75,27 @@ void makeArchive(const std::filesystem::path& path, const std::vector<MadeEntry>
     check(handle.get(), archive_write_set_format_filter_by_ext(handle.get(), path.c_str()));
     if (path.native().find(".tar") != std::string::npos)  // takes names that are no UTF-8
         check(handle.get(), archive_write_set_options(handle.get(), "hdrcharset=BINARY"));
-    if (!password.empty()) {
-        check(handle.get(), archive_write_set_options(handle.get(), "zip:encryption=traditional"));
-        check(handle.get(), archive_write_set_passphrase(handle.get(), password.c_str()));
-    }
+    encrypt(handle.get(), password);
     check(handle.get(), archive_write_open_filename(handle.get(), path.c_str()));
     for (const MadeEntry& entry : entries)
         writeEntry(handle.get(), entry);
     check(handle.get(), archive_write_close(handle.get()));
+}
+
+std::string makeZip(const std::vector<MadeEntry>& entries, bool stored, const std::string& password)
+{
+    const Utf8Locale locale;
+    std::string bytes;
+    const std::unique_ptr<archive, decltype(&archive_write_free)> handle(archive_write_new(), archive_write_free);
+    check(handle.get(), archive_write_set_format_zip(handle.get()));
+    check(handle.get(), archive_write_set_options(handle.get(), stored ? "compression=store" : "compression=deflate"));
+    encrypt(handle.get(), password);
+    check(handle.get(), archive_write_set_bytes_in_last_block(handle.get(), 1));  // no padding
+    check(handle.get(), archive_write_open(handle.get(), &bytes, nullptr, append, nullptr));
+    for (const MadeEntry& entry : entries)
+        writeEntry(handle.get(), entry);
+    check(handle.get(), archive_write_close(handle.get()));
+    return bytes;
 }
 
 }  // namespace kelvane::testing

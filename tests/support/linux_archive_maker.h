@@ -19,4 +19,8 @@ struct MadeEntry {
 void makeArchive(const std::filesystem::path& path, const std::vector<MadeEntry>& entries,
                  const std::string& password = "");
 
+// The bytes of a zip; `stored` leaves the parts as they are, which packages of documents ask of their first one.
+[[nodiscard]] std::string makeZip(const std::vector<MadeEntry>& entries, bool stored = false,
+                                  const std::string& password = "");
+
 }  // namespace kelvane::testing

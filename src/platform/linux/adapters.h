@@ -16,6 +16,7 @@
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
 #include "platform/link_maker.h"
+#include "platform/packaged_files.h"
 #include "platform/places.h"
 #include "platform/priority.h"
 #include "platform/processes.h"
@@ -25,6 +26,7 @@
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
 #include "platform/text_modules.h"
+#include "platform/xml_parsing.h"
 
 namespace kelvane {
 
@@ -59,5 +61,7 @@ struct ProcessTools {
                                                                      const TextFolding& folding);
 [[nodiscard]] std::unique_ptr<TextModules> makeLinuxTextModules(FileSystem& files);
 [[nodiscard]] std::unique_ptr<SharedLibraries> makeLinuxSharedLibraries();
+[[nodiscard]] std::unique_ptr<XmlParsing> makePugixmlParsing();
+[[nodiscard]] std::unique_ptr<PackagedFiles> makeLibarchivePackages();
 
 }  // namespace kelvane

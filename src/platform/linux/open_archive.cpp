@@ -2,37 +2,18 @@
 
 #include <array>
 #include <fcntl.h>
-#include <locale.h>
 #include <new>
 #include <sys/stat.h>
 #include <vector>
 
 #include "platform/linux/anchored_path.h"
 #include "platform/linux/os_error.h"
+#include "platform/linux/utf8_names.h"
 
 namespace kelvane::linux_os {
 namespace {
 
 constexpr std::size_t blockSize = 128 * 1024;
-
-// While it lives, names that an archive keeps as Unicode come out as UTF-8 on this thread, whatever the user's locale.
-class Utf8Names {
-public:
-    Utf8Names() : before_(::uselocale(utf8Locale())) {}
-    ~Utf8Names() { ::uselocale(before_); }
-    Utf8Names(const Utf8Names&) = delete;
-    Utf8Names& operator=(const Utf8Names&) = delete;
-
-private:
-    // A system without it keeps the locale in force: uselocale(0) changes nothing.
-    static locale_t utf8Locale()
-    {
-        static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-        return locale;
-    }
-
-    locale_t before_;
-};
 
 void enableFormats(archive* handle)
 {

@@ -74,8 +74,8 @@ private:
         makeSocketPorts(variable("XDG_RUNTIME_DIR", ""), places_->temporaryFolder());
     std::unique_ptr<Processes> processes_ = makeLinuxProcesses({variable("PATH", "/usr/local/bin:/usr/bin:/bin")});
     std::unique_ptr<TextDecoding> decoding_ = makeTextDecoding();
-    std::unique_ptr<XmlParsing> xml_ = makeMissingXmlParsing();
-    std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
+    std::unique_ptr<XmlParsing> xml_ = makePugixmlParsing();
+    std::unique_ptr<PackagedFiles> packages_ = makeLibarchivePackages();
     std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
     std::unique_ptr<WorkerProcesses> workers_ = makeMissingWorkerProcesses();
     std::unique_ptr<SharedLibraries> libraries_ = makeLinuxSharedLibraries();
