@@ -1,6 +1,7 @@
 #include "app/registry_access.h"
 
 #include "app/file_comparison_tool.h"
+#include "app/plugin_list.h"
 #include "app/settings_loader.h"
 #include "app/settings_saver.h"
 #include "app/settings_transfer.h"
@@ -205,6 +206,23 @@ Status CRegistryAccess::leaveIniFile(const std::filesystem::path& left)
 SettingsCode CRegistryAccess::eraseAll()
 {
     return writeAsBatch(store(), [&] { return deleteEverything(root()); });
+}
+
+Result<std::vector<ContentPluginEntry>> CRegistryAccess::contentPlugins()
+{
+    if (settings_.pluginList.empty())
+        return settings_.contentPlugins;
+    const std::filesystem::path file = pathOfText(settings_.pluginList);
+    const auto refused = [&](const std::string& reason) {
+        return Error{ErrorKind::io, 0, filledText(TextId::pluginListNotRead, {toUtf8(settings_.pluginList), reason})};
+    };
+    if (const auto there = ports_.files.details(file, Links::followed); !there)
+        return refused(there.error().detail);
+    const auto list = ports_.makeIni(file);
+    auto entries = readPluginList({list.get(), {{}, file}}, file.parent_path());
+    if (const std::string complaint = list->complaint(); !complaint.empty())
+        return refused(complaint);
+    return entries;
 }
 
 std::u16string CRegistryAccess::failureText(SettingsCode code) const

@@ -12,6 +12,7 @@
 #include "engine/engine_options.h"
 #include "engine/ignored_pairs.h"
 #include "engine/scan_node.h"
+#include "text/content_plugins.h"
 
 namespace kelvane {
 
@@ -117,6 +118,7 @@ struct Settings {
     std::vector<TagColor> tagColors;             // "Tag colors"
     std::vector<std::uint32_t> excludedVolumes;  // "Excluded volumes": serial numbers, directly under the root
     std::vector<IgnoredGroup> ignoredGroups;     // "Ignored pairs": declared not to be duplicates
+    std::vector<ContentPluginEntry> contentPlugins;  // "ContentPlugins", in the order in which they are loaded
     std::optional<CScanNode> lastScan;           // the whole definition, beside its option bits
 
     bool firstRun = false;           // "general" was not there

@@ -23,11 +23,11 @@ using WriteList = SettingsCode(const SettingsRoot& root, const Settings& setting
 using ShowList = std::vector<std::u16string>(const Settings& settings);
 
 ReadList readFileTypes, readColumnSets, readFolderSets, readSavedScans, readScanHistory, readRecentDocuments,
-    readExcludedVolumes, readIgnoredPairs, readTagColors;
+    readExcludedVolumes, readIgnoredPairs, readTagColors, readContentPlugins;
 WriteList writeFileTypes, writeColumnSets, writeFolderSets, writeSavedScans, writeScanHistory, writeRecentDocuments,
-    writeExcludedVolumes, writeIgnoredPairs, writeTagColors;
+    writeExcludedVolumes, writeIgnoredPairs, writeTagColors, writeContentPlugins;
 ShowList showFileTypes, showColumnSets, showFolderSets, showSavedScans, showScanHistory, showRecentDocuments,
-    showExcludedVolumes, showIgnoredPairs, showTagColors;
+    showExcludedVolumes, showIgnoredPairs, showTagColors, showContentPlugins;
 
 // Puts a document in front; the same one further down goes, and so does what is over the capacity.
 void addRecentDocument(RecentDocuments& documents, const std::u16string& path);

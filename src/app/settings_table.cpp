@@ -184,6 +184,8 @@ constexpr SettingRow table[] = {
      TextRule{&Settings::pluginList, {}, TextForm::besideProgram}},
     {u"Tag colors", TextId::settingTagColors, OptionsPage::view, SavedWhen::never,
      ListRule{readTagColors, writeTagColors, showTagColors}},
+    {u"ContentPlugins", TextId::settingContentPlugins, OptionsPage::textExtraction, SavedWhen::never,
+     ListRule{readContentPlugins, writeContentPlugins, showContentPlugins}},
 };
 // clang-format on
 

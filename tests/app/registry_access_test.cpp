@@ -113,6 +113,31 @@ TEST_F(RegistryAccess, SomeSettingsDecideOverOthers)
     EXPECT_FALSE(look(registryLocation()).resetWindowLayout);
 }
 
+TEST_F(RegistryAccess, ContentPluginsStandInTheSettingsOrInAFileOfTheirOwn)
+{
+    const auto program = computer_.places.programFolder();
+    const auto full = computer_.tree.path("b.wdx");
+    SettingsNode own({&computer_.registry, registryLocation()}, u"ContentPlugins", SettingsAccess::writing);
+    ASSERT_EQ(own.writeString(u"a.wdx", u"10"), done);
+    ASSERT_EQ(own.writeString(toUtf16(full.string()), u"2"), done);
+    ASSERT_EQ(own.writeString(u"EXT=\"B\"", u"2_detect"), done);
+    ASSERT_EQ(own.writeString(u"passed over", u"02"), done);
+    const auto entries = [&] {
+        CRegistryAccess access(computer_.ports());
+        access.useLocation(registryLocation());
+        access.loadForReading();
+        return access.contentPlugins();
+    };
+    EXPECT_THAT(*entries(),
+                ElementsAre(ContentPluginEntry{full, "EXT=\"B\""}, ContentPluginEntry{program / "a.wdx", ""}));
+
+    ASSERT_EQ(general().writeString(u"list.ini", u"szPluginINI"), done);
+    ASSERT_FALSE(entries());
+    EXPECT_THAT(entries().error().detail, HasSubstr("list.ini"));
+    computer_.tree.write("program/list.ini", "[ContentPlugins]\n0=own.wdx\n0_detect=EXT=\"C\" | EXT=\"D\"\n");
+    EXPECT_THAT(*entries(), ElementsAre(ContentPluginEntry{program / "own.wdx", "EXT=\"C\" | EXT=\"D\""}));
+}
+
 TEST_F(RegistryAccess, ProgramsAreFoundBesideTheProgramOrInstalled)
 {
     computer_.tree.write("program/a-diff.txt", "");
