@@ -202,9 +202,7 @@ Result<std::unique_ptr<ContentReader>> FileNamespace::open(const ShellItem& item
             return Error{ErrorKind::wrongType, 0, filledText(TextId::notFile)};
         return archives_->open(archive->path(), item.info().identity.index);
     }
-    const bool followedLink = item.isReparsePoint() && item.info().kind != FileKind::link;
-    const bool follow = followedLink || !item.parent();
-    return files_.openForReading(item.path(), pattern, follow ? Links::followed : Links::asThemselves);
+    return files_.openForReading(item.path(), pattern, linksOf(item));
 }
 
 Result<FileDetails> FileNamespace::details(const ShellItem& item)

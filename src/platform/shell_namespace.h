@@ -26,6 +26,14 @@ struct ListingOptions {
     bool archivesAsFolders = false;  // archive files are given with Place::archive
 };
 
+// How a file of the file system is opened by its path: a link that was followed when it was listed is followed again,
+// and so is a root.
+[[nodiscard]] inline Links linksOf(const ShellItem& item)
+{
+    const bool followedLink = item.isReparsePoint() && item.info().kind != FileKind::link;
+    return followedLink || !item.parent() ? Links::followed : Links::asThemselves;
+}
+
 // All calls are thread-safe.
 class ShellNamespace {
 public:

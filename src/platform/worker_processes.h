@@ -12,6 +12,7 @@
 
 #include "base/cancel.h"
 #include "base/result.h"
+#include "platform/file_system.h"
 
 namespace kelvane {
 
@@ -33,6 +34,15 @@ struct WorkerLimits {
 struct WorkerInput {
     std::filesystem::path path;  // empty: the bytes instead (an entry of an archive)
     std::span<const std::byte> bytes;
+    Links links = Links::asThemselves;  // whether a path that ends in a link is followed
+};
+
+// Which walls a worker found on this system. What is missing is not made up for: it is told.
+struct WorkerConfinement {
+    bool files = false;    // files cannot be opened by name beyond WorkerReach, nor changed
+    bool calls = false;    // no sockets, no other processes, nothing opened for writing
+    bool signals = false;  // no process but its own tools can be signalled
+    bool memory = false;   // the system itself refuses memory beyond the limit
 };
 
 // How a request ended. The worker is alive after the first two alone.
@@ -58,15 +68,17 @@ public:
     // Hands over one request and waits for its answer. A worker that is not alive gives `died`.
     [[nodiscard]] virtual WorkerAnswer ask(std::span<const std::byte> request, const WorkerInput& input,
                                            const CancelFlag& cancel) = 0;
+    // Whether it is there and silent, as one that waits for a request is.
     [[nodiscard]] virtual bool alive() const = 0;
+    [[nodiscard]] virtual WorkerConfinement confinement() const = 0;
 };
 
 // Thread-safe.
 class WorkerProcesses {
 public:
     virtual ~WorkerProcesses() = default;
-    // notFound when the worker's program is not installed beside this one, notSupported where the system has no such
-    // processes yet.
+    // Returns when the worker is confined and waits. notFound when the worker's program is not installed beside this
+    // one; invalid when it does not start as one of ours does, notSupported where the system has no such processes yet.
     [[nodiscard]] virtual Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) = 0;
 };
 

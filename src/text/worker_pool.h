@@ -2,8 +2,10 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <vector>
 
 #include "base/cancel.h"
@@ -11,8 +13,13 @@
 
 namespace kelvane {
 
+// Looks whether an answer is one. A worker that gives another one is broken and ends; the answer counts as its death.
+using AnswerCheck = std::function<bool(std::span<const std::byte>)>;
+
 // Hands each request to an idle worker, starting one where none is idle and fewer than the most are there; waits
-// otherwise. A worker that broke is replaced at the next request. Workers are kept until the pool goes. Thread-safe.
+// otherwise. A worker that broke is replaced at the next request. Where one that served before breaks, the request is
+// put once more to a fresh one, since what went before may be to blame. Workers are kept until the pool goes.
+// Thread-safe.
 class WorkerPool {
 public:
     // Starts nothing yet. most: at least 1.
@@ -23,7 +30,7 @@ public:
 
     // An error only where no worker can be started.
     [[nodiscard]] Result<WorkerAnswer> ask(std::span<const std::byte> request, const WorkerInput& input,
-                                           const CancelFlag& cancel);
+                                           const CancelFlag& cancel, const AnswerCheck& sensible = {});
 
 private:
     class Loan;

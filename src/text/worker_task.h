@@ -22,9 +22,13 @@ struct ExtractionRequest {
     std::uint64_t largestStream = 0;
 };
 
+// What a request asks for; nothing where it is too short to say. The number need not be one of the known tasks.
+[[nodiscard]] std::optional<WorkerTask> taskOf(std::span<const std::byte> request);
+
 [[nodiscard]] std::vector<std::byte> encodeRequest(const ExtractionRequest& request);
 [[nodiscard]] std::optional<ExtractionRequest> decodeExtractionRequest(std::span<const std::byte> bytes);
 
+// Values that carry objects stay behind: they mean nothing in another process.
 [[nodiscard]] std::vector<std::byte> encodeDocument(const ExtractedDocument& document);
 // Nothing for malformed bytes.
 [[nodiscard]] std::optional<ExtractedDocument> decodeDocument(std::span<const std::byte> bytes);

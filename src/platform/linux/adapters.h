@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/archive_folders.h"
 #include "platform/clock.h"
@@ -12,6 +13,7 @@
 #include "platform/file_operations.h"
 #include "platform/file_output.h"
 #include "platform/file_system.h"
+#include "platform/filter_programs.h"
 #include "platform/held_files.h"
 #include "platform/instance_port.h"
 #include "platform/interrupts.h"
@@ -26,6 +28,7 @@
 #include "platform/terminal.h"
 #include "platform/text_folding.h"
 #include "platform/text_modules.h"
+#include "platform/worker_processes.h"
 #include "platform/xml_parsing.h"
 
 namespace kelvane {
@@ -63,5 +66,14 @@ struct ProcessTools {
 [[nodiscard]] std::unique_ptr<SharedLibraries> makeLinuxSharedLibraries();
 [[nodiscard]] std::unique_ptr<XmlParsing> makePugixmlParsing();
 [[nodiscard]] std::unique_ptr<PackagedFiles> makeLibarchivePackages();
+// The first of the programs that is there is the one that is started.
+[[nodiscard]] std::unique_ptr<WorkerProcesses> makeLinuxWorkerProcesses(std::vector<std::filesystem::path> programs);
+// Where the worker may lie: beside the running program, above it (programs in a folder of the build), or installed.
+[[nodiscard]] std::vector<std::filesystem::path> workerPrograms(const std::filesystem::path& programFile);
+// Where filter programs are looked for; not in the folders of a person's own PATH, which anybody may write to.
+inline constexpr const char* filterFolders = "/usr/local/bin:/usr/bin:/bin";
+// A program that is still running after `patience` counts as failed; 0: it may take any time.
+[[nodiscard]] std::unique_ptr<FilterPrograms> makeLinuxFilterPrograms(std::chrono::milliseconds patience,
+                                                                      std::string searchPath = filterFolders);
 
 }  // namespace kelvane

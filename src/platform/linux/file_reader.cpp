@@ -13,18 +13,15 @@ namespace kelvane::linux_os {
 namespace {
 
 // From this size on the system's read-ahead is worth a call of its own.
-constexpr off_t hintFrom = 256 * 1024;
+constexpr std::uint64_t hintFrom = 256 * 1024;
 
 constexpr std::uint64_t furthest = std::numeric_limits<off_t>::max();
 
 // Keeps its own position, so that skipping costs no system call.
 class FileReader final : public ContentReader {
 public:
-    FileReader(FileHandle file, off_t sizeAtOpening, bool hidden, Volumes& volumes)
-        : file_(std::move(file)),
-          sizeAtOpening_(static_cast<std::uint64_t>(sizeAtOpening)),
-          hidden_(hidden),
-          volumes_(volumes)
+    FileReader(FileHandle file, std::uint64_t sizeAtOpening, bool hidden, Volumes& volumes)
+        : file_(std::move(file)), sizeAtOpening_(sizeAtOpening), hidden_(hidden), volumes_(volumes)
     {
     }
 
@@ -87,7 +84,7 @@ Error wrongType()
     return {ErrorKind::wrongType, 0, "not a regular file"};
 }
 
-void hint(const FileHandle& file, off_t size, ReadPattern pattern)
+void hint(const FileHandle& file, std::uint64_t size, ReadPattern pattern)
 {
     if (size >= hintFrom)
         ::posix_fadvise(file.get(), 0, 0,
@@ -96,8 +93,7 @@ void hint(const FileHandle& file, off_t size, ReadPattern pattern)
 
 }  // namespace
 
-Result<std::unique_ptr<ContentReader>> openRegularFile(const std::filesystem::path& path, ReadPattern pattern,
-                                                       Links links, Volumes& volumes)
+Result<OpenFile> openRegularFile(const std::filesystem::path& path, Links links)
 {
     const auto anchored = AnchoredPath::make(path);
     if (!anchored)
@@ -110,10 +106,19 @@ Result<std::unique_ptr<ContentReader>> openRegularFile(const std::filesystem::pa
         return osError(errno);
     if (!S_ISREG(facts.st_mode))
         return wrongType();
-    hint(file, facts.st_size, pattern);
+    return OpenFile{std::move(file), static_cast<std::uint64_t>(facts.st_size)};
+}
+
+Result<std::unique_ptr<ContentReader>> readRegularFile(const std::filesystem::path& path, ReadPattern pattern,
+                                                       Links links, Volumes& volumes)
+{
+    auto file = openRegularFile(path, links);
+    if (!file)
+        return file.error();
+    hint(file->handle, file->size, pattern);
     const bool hidden = path.native().find("/.", path.native().rfind('/')) != std::string::npos;
     return std::unique_ptr<ContentReader>(
-        std::make_unique<FileReader>(std::move(file), facts.st_size, hidden, volumes));
+        std::make_unique<FileReader>(std::move(file->handle), file->size, hidden, volumes));
 }
 
 }  // namespace kelvane::linux_os

@@ -46,7 +46,7 @@ public:
     Result<std::unique_ptr<ContentReader>> openForReading(const fs::path& path, ReadPattern pattern,
                                                           Links links) override
     {
-        return openRegularFile(path, pattern, links, volumes_);
+        return readRegularFile(path, pattern, links, volumes_);
     }
 
     Result<std::vector<std::string>> streamNames(const fs::path& path) override { return listStreams(path); }

@@ -16,6 +16,9 @@ std::string variable(const char* name, const char* otherwise)
     return value != nullptr ? value : otherwise;
 }
 
+// Here nobody else ends a program that hangs on a document.
+constexpr std::chrono::minutes longestFilterRun{1};
+
 class LinuxPlatform final : public Platform {
 public:
     FileSystem& files() override { return *files_; }
@@ -76,8 +79,8 @@ private:
     std::unique_ptr<TextDecoding> decoding_ = makeTextDecoding();
     std::unique_ptr<XmlParsing> xml_ = makePugixmlParsing();
     std::unique_ptr<PackagedFiles> packages_ = makeLibarchivePackages();
-    std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
-    std::unique_ptr<WorkerProcesses> workers_ = makeMissingWorkerProcesses();
+    std::unique_ptr<FilterPrograms> filters_ = makeLinuxFilterPrograms(longestFilterRun);
+    std::unique_ptr<WorkerProcesses> workers_ = makeLinuxWorkerProcesses(workerPrograms(places_->programFile()));
     std::unique_ptr<SharedLibraries> libraries_ = makeLinuxSharedLibraries();
     std::unique_ptr<RunCaches> runCaches_ = makeMissingRunCaches();
 };

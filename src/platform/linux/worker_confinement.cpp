@@ -1,0 +1,78 @@
+#include "platform/linux/worker_confinement.h"
+
+#include <array>
+#include <cstdint>
+#include <fcntl.h>
+#include <linux/capability.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "platform/linux/call_filter.h"
+#include "platform/linux/landlock_rules.h"
+#include "platform/linux/worker_frames.h"
+
+namespace kelvane::linux_os {
+namespace {
+
+constexpr rlim_t mostOpenFiles = 64;
+
+bool limit(int resource, rlim_t most)
+{
+    const rlimit both{most, most};
+    return ::setrlimit(static_cast<__rlimit_resource_t>(resource), &both) == 0;
+}
+
+// The sanitizers' own bookkeeping takes terabytes of address space; there the program's look at the memory in use is
+// all that bounds it.
+bool limitMemory(std::uint64_t bytes)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    static_cast<void>(bytes);
+    return false;
+#else
+    return bytes == 0 || limit(RLIMIT_AS, bytes);
+#endif
+}
+
+// Of a program that the administrator runs.
+void dropCapabilities()
+{
+    for (unsigned long capability = 0; ::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0) == 0; ++capability)
+        ;
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    const std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> none{};
+    static_cast<void>(::syscall(SYS_capset, &header, none.data()));
+}
+
+}  // namespace
+
+void leaveTheProgramBehind()
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
+    ::prctl(PR_SET_NAME, "kelvane-worker", 0, 0, 0);
+    ::fcntl(workerSocket, F_SETFD, FD_CLOEXEC);
+    ::syscall(SYS_close_range, workerSocket + 1, ~0U, 0);
+    // A tool that tries to write where nothing can be written gets an error, and may go on.
+    ::signal(SIGXFSZ, SIG_IGN);
+    ::signal(SIGPIPE, SIG_IGN);
+}
+
+WorkerConfinement confineWorker(const WorkerLimits& limits)
+{
+    const bool smallFiles = limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_CORE, 0) && limit(RLIMIT_NOFILE, mostOpenFiles);
+    WorkerConfinement walls;
+    walls.memory = limitMemory(limits.memoryBytes) && smallFiles;
+    dropCapabilities();
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
+        return walls;
+    const LandlockWalls landlock = raiseLandlock(limits.reach);
+    walls.files = landlock.files;
+    walls.calls = refuseDangerousCalls();
+    walls.signals = landlock.signals || walls.calls;
+    return walls;
+}
+
+}  // namespace kelvane::linux_os

@@ -1,0 +1,100 @@
+#include "text/worker_pool.h"
+
+#include <chrono>
+
+namespace kelvane {
+namespace {
+
+// At the cancel flag, while all workers are busy.
+constexpr std::chrono::milliseconds betweenLooks{20};
+
+}  // namespace
+
+// The right to one worker, given back by the destructor with the worker, if it still lives.
+class WorkerPool::Loan {
+public:
+    // Waits for its turn; has no right when it was cancelled meanwhile.
+    Loan(WorkerPool& pool, const CancelFlag& cancel) : pool_(pool)
+    {
+        std::unique_lock lock(pool_.mutex_);
+        while (pool_.lent_ >= pool_.most_ && !cancel.cancelled())
+            pool_.returned_.wait_for(lock, betweenLooks);
+        granted_ = pool_.lent_ < pool_.most_;
+        if (!granted_)
+            return;
+        ++pool_.lent_;
+        if (!pool_.idle_.empty()) {
+            worker_ = std::move(pool_.idle_.back());
+            pool_.idle_.pop_back();
+        }
+    }
+    ~Loan()
+    {
+        if (!granted_)
+            return;
+        const bool lives = worker_ && worker_->alive();
+        if (!lives)
+            worker_.reset();  // which waits for its end: nobody should wait along
+        const std::lock_guard lock(pool_.mutex_);
+        --pool_.lent_;
+        if (lives)
+            pool_.idle_.push_back(std::move(worker_));
+        pool_.returned_.notify_one();
+    }
+    Loan(const Loan&) = delete;
+    Loan& operator=(const Loan&) = delete;
+
+    [[nodiscard]] bool granted() const { return granted_; }
+    // Whether the worker has served before.
+    [[nodiscard]] bool used() const { return worker_ && worker_->alive(); }
+    // Only for who has the right.
+    [[nodiscard]] Status startAfresh()
+    {
+        worker_.reset();
+        auto started = pool_.processes_.start(pool_.limits_);
+        if (!started)
+            return started.error();
+        worker_ = std::move(*started);
+        return {};
+    }
+    [[nodiscard]] WorkerAnswer ask(std::span<const std::byte> request, const WorkerInput& input,
+                                   const CancelFlag& cancel, const AnswerCheck& sensible)
+    {
+        WorkerAnswer answer = worker_->ask(request, input, cancel);
+        if (answer.end != WorkerEnd::answered || !sensible || sensible(answer.message))
+            return answer;
+        worker_.reset();
+        return {WorkerEnd::died, {}, {ErrorKind::invalid, 0, "it gave no sensible answer"}};
+    }
+
+private:
+    WorkerPool& pool_;
+    std::unique_ptr<WorkerProcess> worker_;
+    bool granted_ = false;
+};
+
+WorkerPool::WorkerPool(WorkerProcesses& processes, WorkerLimits limits, unsigned most)
+    : processes_(processes), limits_(limits), most_(most)
+{
+}
+
+WorkerPool::~WorkerPool() = default;
+
+Result<WorkerAnswer> WorkerPool::ask(std::span<const std::byte> request, const WorkerInput& input,
+                                     const CancelFlag& cancel, const AnswerCheck& sensible)
+{
+    Loan loan(*this, cancel);
+    if (!loan.granted() || cancel.cancelled())
+        return WorkerAnswer{WorkerEnd::cancelled, {}, {}};
+    if (loan.used()) {
+        WorkerAnswer answer = loan.ask(request, input, cancel, sensible);
+        if (answer.end != WorkerEnd::died && answer.end != WorkerEnd::tooMuchMemory)
+            return answer;
+        // What earlier documents left behind in it may be to blame: a fresh worker decides.
+    }
+    if (Status started = loan.startAfresh(); !started)
+        return started.error();
+    return loan.ask(request, input, cancel, sensible);
+}
+
+}  // namespace kelvane

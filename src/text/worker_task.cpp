@@ -1,0 +1,121 @@
+#include "text/worker_task.h"
+
+#include "base/byte_stream.h"
+#include "text/worker_values.h"
+
+namespace kelvane {
+namespace {
+
+// Far beyond what any document has; a broken worker's claim must not make a long list.
+constexpr std::uint32_t mostProperties = 4096;
+
+void writeProperties(ByteWriter& out, const std::vector<DocumentProperty>& properties)
+{
+    std::vector<const DocumentProperty*> sent;
+    for (const DocumentProperty& property : properties)
+        if (isPortable(property.value) && sent.size() < mostProperties)
+            sent.push_back(&property);
+    out.number(static_cast<std::uint32_t>(sent.size()));
+    for (const DocumentProperty* property : sent) {
+        writeBytes(out, property->name);
+        writeValue(out, property->value);
+    }
+}
+
+std::optional<std::vector<DocumentProperty>> readProperties(ByteReader& in)
+{
+    const auto count = in.number<std::uint32_t>();
+    if (!count || *count > mostProperties)
+        return std::nullopt;
+    std::vector<DocumentProperty> properties;
+    for (std::uint32_t i = 0; i < *count; ++i) {
+        auto name = readBytes(in);
+        auto value = name ? readValue(in) : std::nullopt;
+        if (!value)
+            return std::nullopt;
+        properties.push_back({std::move(*name), std::move(*value)});
+    }
+    return properties;
+}
+
+// Of one byte that may be 0 or 1 only.
+std::optional<bool> readFlag(ByteReader& in)
+{
+    const auto byte = in.number<std::uint8_t>();
+    return byte && *byte < 2 ? std::optional(*byte == 1) : std::nullopt;
+}
+
+std::optional<TextOutcome> readOutcome(ByteReader& in)
+{
+    const auto number = in.number<std::uint8_t>();
+    if (!number || *number > static_cast<std::uint8_t>(TextOutcome::cancelled))
+        return std::nullopt;
+    return static_cast<TextOutcome>(*number);
+}
+
+}  // namespace
+
+std::optional<WorkerTask> taskOf(std::span<const std::byte> request)
+{
+    const auto number = ByteReader(request).number<std::uint32_t>();
+    return number ? std::optional(static_cast<WorkerTask>(*number)) : std::nullopt;
+}
+
+std::vector<std::byte> encodeRequest(const ExtractionRequest& request)
+{
+    ByteWriter out;
+    out.number(static_cast<std::uint32_t>(WorkerTask::extractDocument));
+    writeBytes(out, request.fileName);
+    out.number(request.textSample);
+    out.number(request.largestStream);
+    return out.take();
+}
+
+std::optional<ExtractionRequest> decodeExtractionRequest(std::span<const std::byte> bytes)
+{
+    ByteReader in(bytes);
+    const auto task = in.number<std::uint32_t>();
+    if (task != static_cast<std::uint32_t>(WorkerTask::extractDocument))
+        return std::nullopt;
+    auto name = readBytes(in);
+    const auto sample = in.number<std::uint32_t>();
+    const auto stream = in.number<std::uint64_t>();
+    if (!name || !sample || !stream || !in.atEnd())
+        return std::nullopt;
+    return ExtractionRequest{std::move(*name), *sample, *stream};
+}
+
+std::vector<std::byte> encodeDocument(const ExtractedDocument& document)
+{
+    ByteWriter out;
+    out.number(static_cast<std::uint8_t>(document.outcome));
+    out.number(static_cast<std::uint8_t>(document.cut));
+    out.number(static_cast<std::uint8_t>(document.plain));
+    out.number(document.weight);
+    writeUnits(out, document.text);
+    writeBytes(out, document.missingTool);
+    writeBytes(out, document.detail);
+    writeProperties(out, document.properties);
+    return out.take();
+}
+
+std::optional<ExtractedDocument> decodeDocument(std::span<const std::byte> bytes)
+{
+    ByteReader in(bytes);
+    const auto outcome = readOutcome(in);
+    const auto cut = readFlag(in);
+    const auto plain = readFlag(in);
+    const auto weight = in.number<std::uint64_t>();
+    auto text = readUnits(in);
+    auto tool = readBytes(in);
+    auto detail = readBytes(in);
+    if (!outcome || !cut || !plain || !weight || !text || !tool || !detail)
+        return std::nullopt;
+    auto properties = readProperties(in);
+    if (!properties || !in.atEnd())
+        return std::nullopt;
+    return ExtractedDocument{*outcome,         std::move(*text),  *cut, *plain, *weight, std::move(*properties),
+                             std::move(*tool), std::move(*detail)};
+}
+
+}  // namespace kelvane

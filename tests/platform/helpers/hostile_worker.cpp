@@ -1,0 +1,191 @@
+// A worker that does what it is told: answer, break down, misbehave, or try what a worker must not do. The request is
+// a word and what follows it; attempts are answered with the error code of the system, 0 for success.
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/ptrace.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+
+#include "base/byte_stream.h"
+#include "platform/linux/descriptor_file.h"
+#include "platform/linux/worker_frames.h"
+#include "platform/worker_requests.h"
+
+namespace kelvane::linux_os {
+namespace {
+
+struct Call {
+    std::string rest;
+    RandomAccessFile& file;
+    WorkerPlatform& platform;
+    std::uint32_t serial;
+};
+
+using Deed = std::string (*)(const Call&);
+
+[[noreturn]] void sleepForever()
+{
+    for (;;)
+        ::pause();
+}
+
+void tell(std::span<const std::byte> bytes)
+{
+    static_cast<void>(::send(workerSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL));
+}
+
+std::string code(long answer)
+{
+    return std::to_string(answer < 0 ? errno : 0);
+}
+
+std::string contentOf(RandomAccessFile& file)
+{
+    std::string content(file.size(), '\0');
+    const auto count = file.readAt(0, std::as_writable_bytes(std::span(content)));
+    content.resize(count ? *count : 0);
+    return content;
+}
+
+int descriptorOf(RandomAccessFile& file)
+{
+    return dynamic_cast<DescriptorFile&>(file).descriptor();
+}
+
+std::string reopenForWriting(const Call& call)
+{
+    return code(::open(("/proc/self/fd/" + std::to_string(descriptorOf(call.file))).c_str(), O_WRONLY));
+}
+
+std::string eat(const Call&)
+{
+    constexpr std::size_t piece = std::size_t{16} << 20;
+    for (;;) {
+        auto* const bytes = new char[piece];
+        std::memset(bytes, 1, piece);
+        ::usleep(1000);
+    }
+}
+
+// Claims nearly 4 GiB and sends until nobody listens.
+std::string answerTooLong(const Call& call)
+{
+    std::vector<std::byte> head = frameWorkerMessage(call.serial, {});
+    std::fill(head.end() - 4, head.end(), std::byte{0xF0});
+    tell(head);
+    for (const std::vector<std::byte> piece(65536);;)
+        if (::send(workerSocket, piece.data(), piece.size(), MSG_NOSIGNAL) < 0)
+            sleepForever();
+}
+
+std::string answerHalf(const Call& call)
+{
+    std::vector<std::byte> frame = frameWorkerMessage(call.serial, std::vector<std::byte>(1000));
+    frame.resize(500);
+    tell(frame);
+    sleepForever();
+}
+
+std::string talkNonsense(const Call&)
+{
+    tell(std::vector<std::byte>(64, std::byte{0xAA}));
+    sleepForever();
+}
+
+std::string closeItsEnd(const Call&)
+{
+    ::shutdown(workerSocket, SHUT_RDWR);
+    sleepForever();
+}
+
+std::string countFiles(const Call&)
+{
+    int count = 0;
+    for (int file = 0; file < 1024; ++file)
+        count += ::fcntl(file, F_GETFD) >= 0;
+    return std::to_string(count);
+}
+
+std::string runTool(const Call& call)
+{
+    const std::string tool = call.rest.substr(0, call.rest.find(' '));
+    std::vector<std::string> arguments;
+    if (tool.size() < call.rest.size())
+        arguments.push_back(call.rest.substr(tool.size() + 1));
+    std::string output;
+    const Status status = call.platform.filters().run(tool, arguments, call.file, [&](auto piece) {
+        output.append(reinterpret_cast<const char*>(piece.data()), piece.size());
+        return true;
+    });
+    return status ? output : "failed: " + status.error().detail;
+}
+
+std::string startProgram(const Call& call)
+{
+    char* const words[] = {const_cast<char*>(call.rest.c_str()), nullptr};
+    return code(::execv(call.rest.c_str(), words));  // returns where it is refused
+}
+
+const std::map<std::string, Deed, std::less<>> deeds = {
+    {"echo", [](const Call& call) { return call.rest + contentOf(call.file); }},
+    {"pid", [](const Call&) { return std::to_string(::getpid()); }},
+    {"hang", [](const Call&) -> std::string { sleepForever(); }},
+    {"spin",
+     [](const Call&) -> std::string {
+         for (volatile bool on = true; on;)
+             ;
+         return {};
+     }},
+    {"crash", [](const Call&) -> std::string { std::abort(); }},
+    {"exit", [](const Call&) -> std::string { ::_exit(3); }},
+    {"eat", eat},
+    {"nonsense", talkNonsense},
+    {"too-long", answerTooLong},
+    {"half", answerHalf},
+    {"close", closeItsEnd},
+    {"files", countFiles},
+    {"tool", runTool},
+    {"socket", [](const Call&) { return code(::socket(AF_INET, SOCK_STREAM, 0)); }},
+    {"read", [](const Call& call) { return code(::open(call.rest.c_str(), O_RDONLY)); }},
+    {"write", [](const Call& call) { return code(::open(call.rest.c_str(), O_WRONLY | O_CREAT, 0600)); }},
+    {"write-given", reopenForWriting},
+    {"chmod-given", [](const Call& call) { return code(::fchmod(descriptorOf(call.file), 0777)); }},
+    {"remove", [](const Call& call) { return code(::unlink(call.rest.c_str())); }},
+    {"start", startProgram},
+    {"kill", [](const Call& call) { return code(::kill(std::stoi(call.rest), SIGTERM)); }},
+    {"trace", [](const Call& call) { return code(::ptrace(PTRACE_SEIZE, std::stoi(call.rest), nullptr, nullptr)); }},
+    {"leave-group", [](const Call&) { return code(::setsid()); }},
+    {"outlive", [](const Call&) { return code(::syscall(SYS_prctl, 1 /* PR_SET_PDEATHSIG */, 0, 0, 0, 0)); }},
+    {"new-view", [](const Call&) { return code(::syscall(SYS_unshare, 0x10000000 /* CLONE_NEWUSER */)); }},
+};
+
+void serve(WorkerPlatform& platform)
+{
+    for (std::uint32_t serial = 1;; ++serial) {
+        const auto request = platform.requests().next();
+        if (!request)
+            return;
+        const std::string text(reinterpret_cast<const char*>(request->message.data()), request->message.size());
+        const std::string word = text.substr(0, text.find(' '));
+        const Call call{text.substr(std::min(word.size() + 1, text.size())), *request->file, platform, serial};
+        const std::string answer = deeds.at(word)(call);
+        static_cast<void>(platform.requests().answer(std::as_bytes(std::span(answer))));
+    }
+}
+
+}  // namespace
+}  // namespace kelvane::linux_os
+
+int main(int count, char** words)
+{
+    if (const auto platform = kelvane::makeWorkerPlatform(count, words))
+        kelvane::linux_os::serve(**platform);
+    return 0;
+}
