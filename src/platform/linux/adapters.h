@@ -23,6 +23,7 @@
 #include "platform/priority.h"
 #include "platform/processes.h"
 #include "platform/property_system.h"
+#include "platform/run_cache.h"
 #include "platform/settings_store.h"
 #include "platform/shared_libraries.h"
 #include "platform/terminal.h"
@@ -62,6 +63,8 @@ struct ProcessTools {
 // The folding must outlive it. The file is made by the first write.
 [[nodiscard]] std::unique_ptr<SettingsStore> makeSqliteSettingsStore(std::filesystem::path file,
                                                                      const TextFolding& folding);
+// The file and its folder are made by the first open(); the clock must outlive it.
+[[nodiscard]] std::unique_ptr<RunCaches> makeSqliteRunCaches(std::filesystem::path file, const Clock& clock);
 [[nodiscard]] std::unique_ptr<TextModules> makeLinuxTextModules(FileSystem& files);
 [[nodiscard]] std::unique_ptr<SharedLibraries> makeLinuxSharedLibraries();
 [[nodiscard]] std::unique_ptr<XmlParsing> makePugixmlParsing();

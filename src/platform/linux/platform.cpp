@@ -82,7 +82,8 @@ private:
     std::unique_ptr<FilterPrograms> filters_ = makeLinuxFilterPrograms(longestFilterRun);
     std::unique_ptr<WorkerProcesses> workers_ = makeLinuxWorkerProcesses(workerPrograms(places_->programFile()));
     std::unique_ptr<SharedLibraries> libraries_ = makeLinuxSharedLibraries();
-    std::unique_ptr<RunCaches> runCaches_ = makeMissingRunCaches();
+    std::unique_ptr<RunCaches> runCaches_ =
+        makeSqliteRunCaches(places_->cacheFolder() / "kelvane" / "descriptors.db", *clock_);
 };
 
 }  // namespace

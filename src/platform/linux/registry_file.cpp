@@ -8,6 +8,7 @@
 
 #include "base/utf.h"
 #include "platform/linux/file_handle.h"
+#include "platform/linux/private_folders.h"
 
 namespace kelvane::linux_os {
 namespace {
@@ -65,18 +66,6 @@ bool isTaken(const path& file)
 {
     struct stat info {};
     return ::lstat(file.c_str(), &info) == 0;
-}
-
-// 0 or an errno value. Private to the person, as the XDG base directory specification asks for.
-int makeFolders(const path& folder)
-{
-    if (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST)
-        return 0;
-    if (errno != ENOENT || !folder.has_relative_path())
-        return errno;
-    if (const int error = makeFolders(folder.parent_path()); error != 0)
-        return error;
-    return ::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
 }
 
 // Keeps other instances from judging and moving the file at the same moment. Where a folder cannot be locked (some
@@ -243,7 +232,7 @@ RegistryFile::State RegistryFile::judgeVersion(std::int64_t application, std::in
 SettingsCode RegistryFile::prepare()
 {
     const path folder = path_.parent_path();
-    if (const int error = makeFolders(folder); error != 0)
+    if (const int error = makePrivateFolders(folder); error != 0)
         return codeOf(error);
     const FileHandle lock = lockFolder(folder);
     return prepareLocked();

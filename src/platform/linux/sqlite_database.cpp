@@ -122,6 +122,12 @@ int SqliteStatement::run()
     return code == SQLITE_DONE ? SQLITE_OK : code;
 }
 
+void SqliteStatement::restart()
+{
+    sqlite3_reset(statement_.get());
+    bound_ = 0;
+}
+
 std::string SqliteStatement::text(int column) const
 {
     const char* data = notNull(sqlite3_column_text(statement_.get(), column));

@@ -53,6 +53,7 @@ public:
 
     [[nodiscard]] int step();  // SQLITE_ROW, SQLITE_DONE or an error
     [[nodiscard]] int run();   // to its end: SQLITE_OK or an error
+    void restart();            // for another run, with all parameters bound anew
 
     // Of the current row, columns counted from 0. What a column returns is copied.
     [[nodiscard]] int type(int column) const { return sqlite3_column_type(statement_.get(), column); }
