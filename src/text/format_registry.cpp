@@ -6,6 +6,7 @@
 
 #include "base/file_masks.h"
 #include "base/words.h"
+#include "text/format_ooxml.h"
 #include "text/format_plain_text.h"
 #include "text/text_charset.h"
 
@@ -16,6 +17,7 @@ namespace {
 const auto& formats()
 {
     static const std::array all = {
+        ooxmlFormat,
         plainTextFormat,
         sourceCodeFormat,
     };
