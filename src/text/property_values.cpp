@@ -97,7 +97,6 @@ std::string_view trimmed(std::string_view text)
 
 std::optional<FileTime> isoDate(std::string_view text)
 {
-    using namespace std::chrono;
     Pieces pieces(trimmed(text));
     const auto years = pieces.digits(4);
     if (!years || *years < 1601)
@@ -105,12 +104,12 @@ std::optional<FileTime> isoDate(std::string_view text)
     const auto part = [&pieces] { return pieces.skip('-') ? pieces.digits(2).value_or(0) : 1; };
     const int months = part();
     const int monthDays = part();
-    const year_month_day date{year(*years), month(static_cast<unsigned>(months)),
-                              day(static_cast<unsigned>(monthDays))};
+    const std::chrono::year_month_day date{std::chrono::year(*years), std::chrono::month(static_cast<unsigned>(months)),
+                                           std::chrono::day(static_cast<unsigned>(monthDays))};
     const auto ticks = timeOfDay(pieces);
     if (!date.ok() || !ticks)
         return std::nullopt;
-    const std::int64_t fullDays = sys_days(date).time_since_epoch().count();
+    const std::int64_t fullDays = std::chrono::sys_days(date).time_since_epoch().count();
     return FileTime{fileTimeFromUnix(fullDays * 86'400, 0).ticks + *ticks};
 }
 
