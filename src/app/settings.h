@@ -109,17 +109,17 @@ struct Settings {
     std::uint32_t viewBackground = view_color::ofSystem;       // rgbViewBgcol
     std::u16string pluginList;                                 // szPluginINI
 
-    std::vector<FileCategory> fileTypes;         // "File types", "Folders" last
-    std::vector<NamedText> columnSets;           // "Column sets"
-    std::vector<NamedText> folderSets;           // "Folder sets"
-    std::vector<KeptScan> savedScans;            // "SavedScans"
-    std::vector<KeptScan> scanHistory;           // "ScanHistory", the latest first
-    RecentDocuments recentDocuments;             // "general\Recent Document List"
-    std::vector<TagColor> tagColors;             // "Tag colors"
-    std::vector<std::uint32_t> excludedVolumes;  // "Excluded volumes": serial numbers, directly under the root
-    std::vector<IgnoredGroup> ignoredGroups;     // "Ignored pairs": declared not to be duplicates
+    std::vector<FileCategory> fileTypes;             // "File types", "Folders" last
+    std::vector<NamedText> columnSets;               // "Column sets"
+    std::vector<NamedText> folderSets;               // "Folder sets"
+    std::vector<KeptScan> savedScans;                // "SavedScans"
+    std::vector<KeptScan> scanHistory;               // "ScanHistory", the latest first
+    RecentDocuments recentDocuments;                 // "general\Recent Document List"
+    std::vector<TagColor> tagColors;                 // "Tag colors"
+    std::vector<std::uint32_t> excludedVolumes;      // "Excluded volumes": serial numbers, directly under the root
+    std::vector<IgnoredGroup> ignoredGroups;         // "Ignored pairs": declared not to be duplicates
     std::vector<ContentPluginEntry> contentPlugins;  // "ContentPlugins", in the order in which they are loaded
-    std::optional<CScanNode> lastScan;           // the whole definition, beside its option bits
+    std::optional<CScanNode> lastScan;               // the whole definition, beside its option bits
 
     bool firstRun = false;           // "general" was not there
     bool resetWindowLayout = false;  // bit 22 of binFlags at load, kept apart until it is saved

@@ -17,11 +17,11 @@ constexpr std::uint32_t versionHigh = 2, versionLow = 10;
 
 RawValue dateValue(const api::PluginDate& date)
 {
-    using namespace std::chrono;
-    const year_month_day given(year(date.year), month(date.month), day(date.day));
+    const std::chrono::year_month_day given(std::chrono::year(date.year), std::chrono::month(date.month),
+                                            std::chrono::day(date.day));
     if (!given.ok())
         return {};
-    const auto seconds = duration_cast<std::chrono::seconds>(sys_days(given).time_since_epoch()).count();
+    const auto seconds = std::chrono::seconds(std::chrono::sys_days(given).time_since_epoch()).count();
     return RawValue::number(VarType::fileTime, static_cast<std::uint64_t>(fileTimeFromUnix(seconds, 0).ticks));
 }
 

@@ -15,8 +15,7 @@
 #define PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
-using namespace kelvane::content_plugin;
-
+namespace kelvane::content_plugin::sample {
 namespace {
 
 struct Field {
@@ -172,3 +171,5 @@ PLUGIN_EXPORT void ContentPluginUnloading()
 {
     state.note("unloading");
 }
+
+}  // namespace kelvane::content_plugin::sample
