@@ -1,6 +1,8 @@
 #include "worker/worker_tasks.h"
 
 #include "text/document_extractor.h"
+#include "text/loaded_plugins.h"
+#include "text/plugin_task.h"
 #include "text/worker_task.h"
 
 namespace kelvane {
@@ -22,7 +24,13 @@ Answer answerExtraction(const WorkerRequest& request, WorkerPlatform& platform)
     return encodeDocument(extractDocument(*request.file, wanted->fileName, services));
 }
 
-Answer answerTo(const WorkerRequest& request, WorkerPlatform& platform)
+Answer answerPlugins(const WorkerRequest& request, PluginAccess& plugins)
+{
+    std::vector<std::byte> answer = answerPluginRequest(request.message, plugins);
+    return answer.empty() ? Answer() : Answer(std::move(answer));
+}
+
+Answer answerTo(const WorkerRequest& request, WorkerPlatform& platform, PluginAccess& plugins)
 {
     const auto task = taskOf(request.message);
     if (!task)
@@ -31,7 +39,7 @@ Answer answerTo(const WorkerRequest& request, WorkerPlatform& platform)
     case WorkerTask::extractDocument:
         return answerExtraction(request, platform);
     case WorkerTask::readPluginFields:
-        break;
+        return answerPlugins(request, plugins);
     }
     return std::nullopt;
 }
@@ -40,8 +48,9 @@ Answer answerTo(const WorkerRequest& request, WorkerPlatform& platform)
 
 bool serveRequests(WorkerPlatform& platform)
 {
+    const auto plugins = makeLoadedPlugins(platform.libraries(), platform.decoding());
     while (const auto request = platform.requests().next()) {
-        const Answer answer = answerTo(*request, platform);
+        const Answer answer = answerTo(*request, platform, *plugins);
         if (!answer || !platform.requests().answer(*answer))
             return false;
     }
