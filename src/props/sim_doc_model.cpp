@@ -48,12 +48,12 @@ double probeFeature(std::uint32_t matched)
     return std::trunc(matched * 200.0) / 512 / 100;
 }
 
-double plainSum(const SimDocDescriptor& a, const SimDocDescriptor& b)
+double plainSum(const PlainFacts& a, const PlainFacts& b)
 {
     double sum = bias;
-    for (std::size_t i = 0; i < a.statistics().size(); ++i)
-        sum += plainWeights[i] * std::abs(a.statistics()[i] - b.statistics()[i]);
-    return sum + plainWeights.back() * relativeDifference(a.size(), b.size());
+    for (std::size_t i = 0; i < a.statistics.size(); ++i)
+        sum += plainWeights[i] * std::abs(a.statistics[i] - b.statistics[i]);
+    return sum + plainWeights.back() * relativeDifference(a.size, b.size);
 }
 
 double halfSum(double plainSum, const ProbeFeatures& features)
@@ -67,6 +67,11 @@ double halfSum(double plainSum, const ProbeFeatures& features)
 std::int32_t scoreOf(double firstHalf, double secondHalf)
 {
     return static_cast<std::int32_t>((firstHalf + secondHalf) * 0.36 * 50);
+}
+
+double sumOfScore(std::int32_t score)
+{
+    return score / (0.36 * 50);
 }
 
 }  // namespace sim_doc_model

@@ -38,12 +38,24 @@ using ProbeFeatures = std::array<double, probeCount>;
 // The part of a probe that matched, by the count of matched characters: 0 to 1.
 [[nodiscard]] double probeFeature(std::uint32_t matched);
 
+// What the model sees of a document beside its text.
+struct PlainFacts {
+    std::array<double, 4> statistics;
+    std::uint64_t size;
+};
+[[nodiscard]] inline PlainFacts plainFacts(const SimDocDescriptor& document)
+{
+    return {document.statistics(), document.size()};
+}
+
 // The bias and the part of the plain features, added in their order. The same for (b, a).
-[[nodiscard]] double plainSum(const SimDocDescriptor& a, const SimDocDescriptor& b);
+[[nodiscard]] double plainSum(const PlainFacts& a, const PlainFacts& b);
 
 // What a half comes to: the probes' parts added to the plain sum in their order.
 [[nodiscard]] double halfSum(double plainSum, const ProbeFeatures& features);
 
+// On the percentage scale, truncated; and what both halves have to come to together for such a score.
 [[nodiscard]] std::int32_t scoreOf(double firstHalf, double secondHalf);
+[[nodiscard]] double sumOfScore(std::int32_t score);
 
 }  // namespace kelvane::sim_doc_model

@@ -11,7 +11,7 @@ double playHalf(const SimDocDescriptor& a, const SimDocDescriptor& b, RandomNumb
     ProbeFeatures features;
     for (std::size_t i = 0; i < probeCount; ++i)
         features[i] = probeFeature(gestaltMatch(probes[i].x, probes[i].y));
-    return halfSum(plainSum(a, b), features);
+    return halfSum(plainSum(plainFacts(a), plainFacts(b)), features);
 }
 
 }  // namespace
@@ -25,13 +25,6 @@ std::int32_t compareDocuments(const SimDocDescriptor& a, const SimDocDescriptor&
     if (first < sim_doc_model::leastFirstHalf)
         return document_score::clearlyDifferent;
     return sim_doc_model::scoreOf(first, sim_doc_model::playHalf(b, a, random));
-}
-
-std::optional<std::int32_t> similarDocuments(const SimDocDescriptor& a, const SimDocDescriptor& b,
-                                             std::int32_t similarity, RandomNumbers& random)
-{
-    const std::int32_t score = compareDocuments(a, b, random);
-    return score >= similarity ? std::optional(score) : std::nullopt;
 }
 
 }  // namespace kelvane

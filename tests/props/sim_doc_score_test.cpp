@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "props/made_up_texts.h"
+#include "props/made_up_documents.h"
 #include "props/plain_gestalt.h"
 #include "props/sim_doc_descriptor.h"
 
@@ -62,15 +62,6 @@ std::int32_t plainScore(const SimDocDescriptor& a, const SimDocDescriptor& b, Ra
     return static_cast<std::int32_t>(std::trunc((first + plainHalf(b, a, random)) * 0.36 * 50));
 }
 
-// Two documents that have more or less in common, of lengths that differ, edited by somebody else.
-std::pair<Ref<SimDocDescriptor>, Ref<SimDocDescriptor>> somePair(MadeUpTexts& texts, MadeUpTexts& editor)
-{
-    const std::u16string text = texts.text(1600 + texts.below(4000));
-    std::u16string other = editor.edited(text, texts.below(150));
-    other.resize(std::max<std::size_t>(other.size() - texts.below(300), 1536), u'.');
-    return {SimDocDescriptor::make(text, text.size()), SimDocDescriptor::make(other, text.size() + texts.below(100))};
-}
-
 TEST(DocumentScore, equalTextsAndSizesAre697)
 {
     MinimalStandard random(1);
@@ -98,7 +89,7 @@ TEST(DocumentScore, isThatOfThePlainModel)
     MadeUpTexts texts(5), editor(50);
     int similar = 0, between = 0, different = 0;
     for (std::uint32_t round = 0; round < 60; ++round) {
-        const auto [a, b] = somePair(texts, editor);
+        const auto [a, b] = testing::someDocuments(texts, editor);
         CountedNumbers random(round);
         MinimalStandard same(round);
         const std::int32_t score = compareDocuments(*a, *b, random);
