@@ -11,7 +11,7 @@
 #include <unistd.h>
 
 #include "platform/linux/os_error.h"
-#include "platform/linux/worker_frames.h"
+#include "platform/worker_frames.h"
 
 namespace kelvane::linux_os {
 namespace {

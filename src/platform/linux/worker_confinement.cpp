@@ -12,7 +12,7 @@
 
 #include "platform/linux/call_filter.h"
 #include "platform/linux/landlock_rules.h"
-#include "platform/linux/worker_frames.h"
+#include "platform/worker_frames.h"
 
 namespace kelvane::linux_os {
 namespace {

@@ -9,7 +9,7 @@
 #include "platform/linux/descriptor_file.h"
 #include "platform/linux/os_error.h"
 #include "platform/linux/worker_confinement.h"
-#include "platform/linux/worker_frames.h"
+#include "platform/worker_frames.h"
 #include "platform/worker_requests.h"
 
 namespace kelvane {
@@ -129,10 +129,10 @@ bool isOurSocket()
 
 Result<std::unique_ptr<WorkerPlatform>> makeWorkerPlatform(int argumentCount, char** arguments)
 {
-    const auto limits = linux_os::parseWorkerArguments(argumentCount, arguments);
+    const auto limits = parseWorkerArguments(argumentCount, arguments);
     if (!limits || !linux_os::isOurSocket())
         return Error{ErrorKind::invalid, 0, "only the program itself starts a worker"};
-    std::set_new_handler([] { ::_exit(linux_os::workerOutOfMemory); });
+    std::set_new_handler([] { ::_exit(workerOutOfMemory); });
     linux_os::leaveTheProgramBehind();
     // Before the walls are up: adapters may have to open something of their own.
     auto platform = std::make_unique<linux_os::LinuxWorkerPlatform>();

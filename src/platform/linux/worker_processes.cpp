@@ -10,8 +10,8 @@
 #include "platform/linux/adapters.h"
 #include "platform/linux/os_error.h"
 #include "platform/linux/worker_child.h"
-#include "platform/linux/worker_frames.h"
 #include "platform/linux/worker_input.h"
+#include "platform/worker_frames.h"
 
 namespace kelvane {
 namespace linux_os {

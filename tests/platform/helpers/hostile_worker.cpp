@@ -15,7 +15,7 @@
 
 #include "base/byte_stream.h"
 #include "platform/linux/descriptor_file.h"
-#include "platform/linux/worker_frames.h"
+#include "platform/worker_frames.h"
 #include "platform/worker_requests.h"
 
 namespace kelvane::linux_os {

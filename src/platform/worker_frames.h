@@ -1,4 +1,4 @@
-// How a worker and the program speak over their socket.
+// How a worker and the program speak, over a socket or a pipe.
 //
 // A message is a header of three 32-bit numbers, lowest byte first (magic, serial, length), and as many bytes as the
 // length says. The worker greets first, with serial 0. Each request has a serial of its own and one open file with its
@@ -14,9 +14,9 @@
 
 #include "platform/worker_processes.h"
 
-namespace kelvane::linux_os {
+namespace kelvane {
 
-inline constexpr int workerSocket = 3;        // the descriptor that a worker is started with
+inline constexpr int workerSocket = 3;        // on Linux: the descriptor that a worker is started with
 inline constexpr int workerOutOfMemory = 71;  // its exit code when memory was refused
 inline constexpr std::size_t workerHeaderSize = 12;
 inline constexpr std::uint32_t longestWorkerRequest = 1 << 20;
@@ -39,4 +39,4 @@ inline constexpr std::uint32_t workerGreetingSize = 8;
 [[nodiscard]] std::array<std::string, 2> workerArguments(const WorkerLimits& limits);
 [[nodiscard]] std::optional<WorkerLimits> parseWorkerArguments(int count, char** words);
 
-}  // namespace kelvane::linux_os
+}  // namespace kelvane

@@ -1,11 +1,11 @@
-#include "platform/linux/worker_frames.h"
+#include "platform/worker_frames.h"
 
 #include <charconv>
 #include <string_view>
 
 #include "base/byte_stream.h"
 
-namespace kelvane::linux_os {
+namespace kelvane {
 namespace {
 
 constexpr std::uint32_t magic = 0x4B57564B;  // "KVWK"
@@ -81,4 +81,4 @@ std::optional<WorkerLimits> parseWorkerArguments(int count, char** words)
     return limits;
 }
 
-}  // namespace kelvane::linux_os
+}  // namespace kelvane
