@@ -11,19 +11,17 @@ namespace {
 constexpr std::uint64_t mostBytesOfUnit = 4;
 constexpr std::size_t headLength = 4096;
 
-constexpr std::string_view textMasks =
-    "txt,text,asc,ascii,utf8,log,me,1st,nfo,diz,readme,changes,news,faq,lst,out,err,"
-    "md,mkd,markdown,rst,adoc,asciidoc,textile,org,wiki,mediawiki,creole,pod,rdoc,tex,latex,ltx,sty,cls,bib,texi,"
-    "texinfo,roff,man,mdoc,ms,1,2,3,4,5,6,7,8,csv,tsv,tab,psv,"
-    "vcf,vcard,ics,ical,ldif,abc,ly,fountain";
+constexpr std::string_view textMasks = "txt,text,asc,ascii,utf8,me,1st,nfo,diz,readme,changes,news,faq,lst,out,err";
 
 constexpr std::string_view sourceMasks =
+    "log,md,mkd,markdown,rst,adoc,asciidoc,textile,org,wiki,mediawiki,creole,pod,rdoc,tex,latex,ltx,sty,cls,bib,"
+    "texi,texinfo,roff,man,mdoc,ms,1,2,3,4,5,6,7,8,csv,tsv,tab,psv,vcf,vcard,ics,ical,ldif,abc,ly,fountain,"
     "c,h,cc,cp,cpp,cxx,c++,hh,hpp,hxx,h++,inl,inc,ipp,tcc,tpp,ixx,cppm,m,mm,cs,csx,vb,vbs,bas,frm,fs,fsi,fsx,"
     "java,kt,kts,scala,sc,groovy,gradle,clj,cljs,cljc,edn,js,mjs,cjs,jsx,ts,mts,cts,tsx,coffee,vue,svelte,astro,"
     "py,pyi,pyw,pyx,pxd,rb,rbw,rake,gemspec,erb,pl,pm,t,raku,php,php3,php4,php5,phtml,lua,tcl,tk,r,rmd,jl,"
     "go,rs,swift,d,di,zig,nim,v,vh,sv,svh,vhd,vhdl,ada,adb,ads,pas,pp,dpr,dpk,lpr,f,for,f77,f90,f95,f03,f08,cob,cbl,"
     "hs,lhs,elm,ml,mli,mll,mly,re,rei,erl,hrl,ex,exs,lisp,lsp,cl,el,scm,ss,rkt,pro,prolog,dart,hx,as,asm,s,nasm,"
-    "cu,cuh,cl,glsl,vert,frag,geom,comp,hlsl,wgsl,metal,ino,pde,qml,qbs,vala,vapi,cr,sol,move,proto,thrift,fbs,"
+    "cu,cuh,glsl,vert,frag,geom,comp,hlsl,wgsl,metal,ino,pde,qml,qbs,vala,vapi,cr,sol,move,proto,thrift,fbs,"
     "graphql,gql,sql,psql,plsql,ddl,dml,sh,bash,zsh,ksh,csh,tcsh,fish,bat,cmd,ps1,psm1,psd1,awk,sed,m4,ac,am,in,"
     "mk,mak,make,cmake,ninja,bazel,bzl,build,meson,pri,prf,pc,spec,ebuild,dockerfile,tf,tfvars,hcl,nix,dhall,"
     "ini,cfg,conf,config,cnf,properties,prefs,rc,inf,reg,env,toml,yaml,yml,json,json5,jsonc,jsonl,ndjson,geojson,"

@@ -6,8 +6,11 @@
 
 #include "base/file_masks.h"
 #include "base/words.h"
+#include "text/format_html.h"
 #include "text/format_ooxml.h"
 #include "text/format_plain_text.h"
+#include "text/format_rtf.h"
+#include "text/format_xml.h"
 #include "text/text_charset.h"
 
 namespace kelvane {
@@ -17,7 +20,14 @@ namespace {
 const auto& formats()
 {
     static const std::array all = {
+        // packages
         ooxmlFormat,
+        // signatures
+        rtfFormat,
+        // markup
+        htmlFormat,
+        xmlFormat,
+        // no bytes tell: these two stay last
         plainTextFormat,
         sourceCodeFormat,
     };
