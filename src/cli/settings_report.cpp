@@ -164,18 +164,19 @@ void writeSettingsText(CRegistryAccess& settings, std::ostream& out)
     }
 }
 
-void writeSettingsJson(CRegistryAccess& settings, std::span<const SettingRow* const> rows, std::ostream& out)
+void writeSettingsJson(CRegistryAccess& settings, std::span<const SettingRow* const> rows, std::ostream& out,
+                       const RunCacheFigures* cache)
 {
     const SettingsNode general(settings.root(), generalSection, SettingsAccess::reading);
     Json values = Json::array();
     Json lists = Json::array();
     for (const SettingRow* row : rows)
         (std::holds_alternative<ListRule>(row->rule) ? lists : values).push_back(rowJson(*row, settings, general));
-    out << dump({{"location", locationJson(settings.location())},
-                 {"settings", std::move(values)},
-                 {"lists", std::move(lists)}},
-                Layout::indented)
-        << '\n';
+    Json document{
+        {"location", locationJson(settings.location())}, {"settings", std::move(values)}, {"lists", std::move(lists)}};
+    if (cache != nullptr)
+        document["cache"] = {{"descriptors", cache->values}, {"bytes", cache->bytes}};
+    out << dump(document, Layout::indented) << '\n';
 }
 
 void writeSettingValue(CRegistryAccess& settings, const SettingRow& row, std::ostream& out)

@@ -7,6 +7,7 @@
 
 #include "app/registry_access.h"
 #include "app/settings_table.h"
+#include "platform/run_cache.h"
 
 namespace kelvane {
 
@@ -22,8 +23,10 @@ namespace kelvane {
 // One line a setting: key, value, default and range, meaning.
 void writeSettingsText(CRegistryAccess& settings, std::ostream& out);
 
-// {"location": ..., "settings": [...], "lists": [...]}; of the given rows alone.
-void writeSettingsJson(CRegistryAccess& settings, std::span<const SettingRow* const> rows, std::ostream& out);
+// {"location": ..., "settings": [...], "lists": [...]}; of the given rows alone. What is kept from run to run, where it
+// is given, as "cache": {"descriptors": n, "bytes": n}.
+void writeSettingsJson(CRegistryAccess& settings, std::span<const SettingRow* const> rows, std::ostream& out,
+                       const RunCacheFigures* cache = nullptr);
 
 // The bare value, of a list a line each.
 void writeSettingValue(CRegistryAccess& settings, const SettingRow& row, std::ostream& out);

@@ -5,6 +5,7 @@
 
 #include "app/settings_saver.h"
 #include "base/filled_text.h"
+#include "base/size_text.h"
 #include "base/utf.h"
 #include "base/words.h"
 #include "cli/arguments.h"
@@ -21,7 +22,8 @@ constexpr std::string_view examples = "  kelvane-cli settings list\n"
                                       "  kelvane-cli settings get nHugeFileMB\n"
                                       "  kelvane-cli settings set nHugeFileMB 20\n"
                                       "  kelvane-cli settings export my.ini\n"
-                                      "  kelvane-cli settings import my.ini\n";
+                                      "  kelvane-cli settings import my.ini\n"
+                                      "  kelvane-cli settings --clear-cache\n";
 
 enum class Action { list, get, set, exportFile, importFile };
 
@@ -34,7 +36,7 @@ constexpr std::array actions = {
 struct RawSettings {
     std::vector<std::string> words;
     std::string settings;
-    bool json = false, overwrite = false;
+    bool json = false, overwrite = false, clearCache = false;
 };
 
 std::string unknownKey(const std::string& typed)
@@ -50,16 +52,38 @@ std::string unknownKey(const std::string& typed)
            (near.empty() ? "" : ' ' + filledText(TextId::didYouMean, {offer})) + filledText(TextId::listPrintsSettings);
 }
 
-ExitCode list(CRegistryAccess& settings, const RawSettings& raw, const Console& console)
+std::string cacheText(TextId text, const RunCacheFigures& figures)
 {
+    const std::string count = countedText(figures.values, TextId::oneDescriptor, TextId::manyDescriptors);
+    return filledText(text, {count, sizeText({figures.bytes})});
+}
+
+ExitCode clearCache(const RawSettings& raw, RunCaches& caches, const Console& console)
+{
+    if (!raw.words.empty() || !raw.settings.empty() || raw.json || raw.overwrite)
+        return refuse(console, filledText(TextId::clearCacheAlone) + helpHint("settings"));
+    const Result<RunCacheFigures> before = caches.figures();  // what cannot be read can be cleared all the same
+    if (Status cleared = caches.clear(); !cleared) {
+        complain(console, filledText(TextId::cacheNotCleared, {cleared.error().detail}));
+        return ExitCode::incomplete;
+    }
+    console.out << cacheText(TextId::cacheCleared, before ? *before : RunCacheFigures{}) << '\n';
+    return ExitCode::done;
+}
+
+ExitCode list(CRegistryAccess& settings, const RawSettings& raw, RunCaches& caches, const Console& console)
+{
+    const Result<RunCacheFigures> cache = caches.figures();
     if (!raw.json) {
         writeSettingsText(settings, console.out);
+        if (cache)
+            console.out << '\n' << cacheText(TextId::cacheHolds, *cache) << '\n';
         return ExitCode::done;
     }
     std::vector<const SettingRow*> rows;
     for (const SettingRow& row : settingsTable())
         rows.push_back(&row);
-    writeSettingsJson(settings, rows, console.out);
+    writeSettingsJson(settings, rows, console.out, cache ? &*cache : nullptr);
     return ExitCode::done;
 }
 
@@ -181,7 +205,7 @@ ExitCode act(Action action, const RawSettings& raw, Platform& platform, const Co
         return refuse(console, settings.error().detail);
     switch (action) {
     case Action::list:
-        return list(**settings, raw, console);
+        return list(**settings, raw, platform.runCaches(), console);
     case Action::get:
         return get(**settings, raw, console);
     case Action::set:
@@ -205,9 +229,12 @@ ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Cons
     app.add_option("--settings", raw.settings, filledText(TextId::settingsFileHelp))->type_name("FILE")->take_last();
     app.add_flag("--json", raw.json, filledText(TextId::settingsJsonHelp));
     app.add_flag("--overwrite", raw.overwrite, filledText(TextId::settingsOverwriteHelp));
-    if (const auto over =
-            parseArguments(app, "list | get KEY... | set KEY VALUE | export FILE | import FILE", arguments, console))
+    app.add_flag("--clear-cache", raw.clearCache, filledText(TextId::helpClearCache));
+    if (const auto over = parseArguments(
+            app, "list | get KEY... | set KEY VALUE | export FILE | import FILE | --clear-cache", arguments, console))
         return *over;
+    if (raw.clearCache)
+        return clearCache(raw, platform.runCaches(), console);
     if (raw.words.empty())
         return refuse(console, filledText(TextId::settingsNeedsAction) + helpHint("settings"));
     const auto action = choose<Action>(TextId::unknownAction, raw.words.front(), actions);

@@ -46,6 +46,27 @@ TEST_F(SettingsVerb, ListsEverySettingAndWhereTheyAre)
     EXPECT_EQ(platform_.settings.commits, 0);
 }
 
+TEST_F(SettingsVerb, SaysWhatIsKeptFromRunToRunAndThrowsItAway)
+{
+    const auto cache = platform_.caches.open(1'000'000);
+    ASSERT_TRUE(cache);
+    RunCacheKey key;
+    for (key.identity = {1, 1}; key.identity.index <= 3; ++key.identity.index)
+        (*cache)->put(key, std::vector<std::byte>(5000));
+    EXPECT_THAT(settings({"list"}).out, HasSubstr("\nKept of documents from run to run: 3 descriptors, 14.6 KB\n"));
+    EXPECT_EQ(json::parse(settings({"list", "--json"}).out).at("cache").at("descriptors"), 3);
+    EXPECT_FALSE(json::parse(settings({"get", "--json", "nHugeFileMB"}).out).contains("cache"));
+    EXPECT_EQ(settings({"--clear-cache", "list"}).code, ExitCode::usage);
+
+    platform_.caches.failure = Error{ErrorKind::accessDenied, 0, "descriptors.db: may not be removed"};
+    const ConsoleRun failed = settings({"--clear-cache"});
+    EXPECT_EQ(failed.code, ExitCode::incomplete);
+    EXPECT_THAT(failed.err, HasSubstr("the cache cannot be cleared: descriptors.db: may not be removed"));
+    platform_.caches.failure.reset();
+    EXPECT_EQ(settings({"--clear-cache"}).out, "cache cleared: 3 descriptors, 14.6 KB\n");
+    EXPECT_EQ(settings({"--clear-cache"}).out, "cache cleared: 0 descriptors, 0 bytes\n");
+}
+
 TEST_F(SettingsVerb, SetsWithinTheBoundsAndSaysSo)
 {
     EXPECT_EQ(get("nHugeFileMB"), "10\n");

@@ -14,7 +14,7 @@ class SettingsPage(unittest.TestCase):
     def test_every_key_has_a_row(self):
         with tempfile.TemporaryDirectory() as folder:
             run = subprocess.run([os.environ["KELVANE_CLI"], "settings", "list", "--json"], capture_output=True,
-                                 check=True, env={**os.environ, "XDG_CONFIG_HOME": folder})
+                                 check=True, env={**os.environ, "XDG_CONFIG_HOME": folder, "XDG_CACHE_HOME": folder})
             self.assertEqual(os.listdir(folder), [], "a look writes nothing")
         document = json.loads(run.stdout)
         keys = [row["key"] for row in document["settings"] + document["lists"]]

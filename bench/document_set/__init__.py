@@ -1,0 +1,1 @@
+"""Real documents of this machine, written in several formats, with copies of every degree of likeness."""
