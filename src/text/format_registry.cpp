@@ -6,8 +6,11 @@
 
 #include "base/file_masks.h"
 #include "base/words.h"
+#include "text/format_fictionbook.h"
 #include "text/format_html.h"
 #include "text/format_ooxml.h"
+#include "text/format_opendocument.h"
+#include "text/format_pdf.h"
 #include "text/format_plain_text.h"
 #include "text/format_rtf.h"
 #include "text/format_xml.h"
@@ -22,9 +25,12 @@ const auto& formats()
     static const std::array all = {
         // packages
         ooxmlFormat,
+        openDocumentFormat,
         // signatures
+        pdfFormat,
         rtfFormat,
         // markup
+        fictionBookFormat,
         htmlFormat,
         xmlFormat,
         // no bytes tell: these two stay last

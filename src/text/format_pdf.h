@@ -1,0 +1,10 @@
+// PDF, by the programs of poppler-utils.
+#pragma once
+
+#include "text/document_format.h"
+
+namespace kelvane {
+
+extern const DocumentFormat pdfFormat;
+
+}  // namespace kelvane

@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include "support/linux_office_documents.h"
+
+namespace kelvane {
+namespace {
+
+using testing::DocumentWorld;
+using testing::officeWorld;
+using testing::valueText;
+
+// A PDF of one page for each text, lines parted by '\n'. The table of objects is left out: readers build it anew.
+std::string makePdf(const std::vector<std::string>& pages, const std::string& facts = "",
+                    const std::string& trailer = "")
+{
+    std::string kids, objects;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        const std::string page = std::to_string(10 + 2 * i), content = std::to_string(11 + 2 * i);
+        kids += page + " 0 R ";
+        objects += page + " 0 obj <</Type/Page/Parent 2 0 R/MediaBox[0 0 600 800]/Resources<</Font<</F 3 0 R>>>>" +
+                   "/Contents " + content + " 0 R>> endobj\n";
+        std::string stream = "BT /F 12 Tf 14 TL 50 700 Td ";
+        std::string_view rest = pages[i];
+        while (!rest.empty()) {
+            const std::size_t end = std::min(rest.find('\n'), rest.size());
+            stream += "(" + std::string(rest.substr(0, end)) + ") Tj T* ";
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+        stream += "ET";
+        objects += content + " 0 obj <</Length " + std::to_string(stream.size()) + ">> stream\n" + stream +
+                   "\nendstream endobj\n";
+    }
+    return "%PDF-1.4\n1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj\n2 0 obj <</Type/Pages/Count " +
+           std::to_string(pages.size()) + "/Kids[" + kids + "]>> endobj\n" +
+           "3 0 obj <</Type/Font/Subtype/Type1/BaseFont/Helvetica/Encoding/WinAnsiEncoding>> endobj\n" + objects +
+           "4 0 obj <<" + facts + ">> endobj\ntrailer <</Root 1 0 R/Info 4 0 R" + trailer + ">>\n%%EOF\n";
+}
+
+// Hears which programs are asked for, and answers for them.
+class FakeFilters final : public FilterPrograms {
+public:
+    bool installed(const std::string&) const override { return !missing; }
+    Status run(const std::string& program, const std::vector<std::string>&, RandomAccessFile&,
+               const OutputSink& sink) override
+    {
+        if (missing)
+            return Error{ErrorKind::notFound, 0, program};
+        if (fails)
+            return Error{ErrorKind::invalid, 1, program};
+        (void)sink(std::as_bytes(std::span(program == "pdftotext" ? text : facts)));
+        return {};
+    }
+    bool missing = false, fails = false;
+    std::string text, facts;
+};
+
+ExtractedDocument extractWith(FakeFilters filters, std::string content = "%PDF-1.4")
+{
+    DocumentWorld world = officeWorld();
+    world.filters = std::make_unique<FakeFilters>(std::move(filters));
+    return world.extract("a.pdf", std::move(content));
+}
+
+TEST(LinuxFormatPdfTest, ReadsPagesAndFacts)
+{
+    DocumentWorld world = officeWorld();
+    world.filters = makeLinuxFilterPrograms(std::chrono::milliseconds(0));
+    const auto document =
+        world.extract("a.pdf", makePdf({"A first line that goes on and on\nto its end.\nShort.\nLast", "Caf\\351"},
+                                       "/Title(On PDF)/Author(Ann; Bob)/CreationDate(D:19700101000001Z)"));
+    EXPECT_EQ(document.outcome, TextOutcome::extracted) << document.detail;
+    EXPECT_EQ(document.text, u"A first line that goes on and on to its end.\nShort.\nLast\nCaf\u00e9");
+    EXPECT_EQ(valueText(document, "System.Title"), "On PDF");
+    EXPECT_EQ(valueText(document, "System.Author"), "Ann|Bob");
+    EXPECT_EQ(valueText(document, "System.Document.PageCount"), "2");
+    EXPECT_EQ(valueText(document, "System.Document.DateCreated"), "116444736010000000");
+}
+
+TEST(LinuxFormatPdfTest, SaysWhyThereIsNoText)
+{
+    DocumentWorld world = officeWorld();
+    world.filters = makeLinuxFilterPrograms(std::chrono::milliseconds(0));
+    const auto empty = world.extract("a.pdf", makePdf({""}));
+    EXPECT_EQ(empty.outcome, TextOutcome::extracted) << empty.detail;
+    EXPECT_EQ(empty.text, u"");
+    const std::string key(64, '0');
+    EXPECT_EQ(world
+                  .extract("a.pdf", makePdf({"secret"}, "",
+                                            "/ID[<00><00>]/Encrypt<</Filter/Standard/V 1/R 2/P -4/O<" + key + ">/U<" +
+                                                key + ">>>"))
+                  .outcome,
+              TextOutcome::encrypted);
+    EXPECT_EQ(world.extract("a.pdf", "%PDF-1.4\nnoise").outcome, TextOutcome::damaged);
+    FakeFilters none;
+    none.missing = true;
+    const auto missing = extractWith(none);
+    EXPECT_EQ(missing.outcome, TextOutcome::toolMissing);
+    EXPECT_EQ(missing.missingTool, "pdftotext");
+}
+
+TEST(LinuxFormatPdfTest, JoinsTheLinesOfABlockOnly)
+{
+    FakeFilters filters;
+    filters.text = "Heading\n\nthis paragraph is set in lines\nof nearly the same length, and the\nlast one ends early"
+                   ".\nNext paragraph\n\fnew page";
+    filters.facts = "Title:          a: b\nPages:          none\n";
+    const auto document = extractWith(filters);
+    EXPECT_EQ(document.text,
+              u"Heading\nthis paragraph is set in lines of nearly the same length, and the last one ends "
+              u"early.\nNext paragraph\nnew page");
+    EXPECT_EQ(valueText(document, "System.Title"), "a: b");
+    EXPECT_EQ(valueText(document, "System.Document.PageCount"), "");
+}
+
+TEST(LinuxFormatPdfTest, TakesLinesOfAnyLength)
+{
+    FakeFilters filters;
+    for (int i = 0; i < 100'001; ++i)
+        filters.text += "\xc3\xa4";
+    const auto document = extractWith(filters);
+    EXPECT_EQ(document.text.find(u'\uFFFD'), std::u16string::npos);
+    EXPECT_EQ(document.text.find_first_not_of(u"\u00e4"), std::u16string::npos);
+    EXPECT_TRUE(document.cut);
+}
+
+}  // namespace
+}  // namespace kelvane
