@@ -6,6 +6,7 @@
 
 #include "base/file_masks.h"
 #include "base/words.h"
+#include "text/format_epub.h"
 #include "text/format_fictionbook.h"
 #include "text/format_html.h"
 #include "text/format_ooxml.h"
@@ -26,6 +27,7 @@ const auto& formats()
         // packages
         ooxmlFormat,
         openDocumentFormat,
+        epubFormat,
         // signatures
         pdfFormat,
         rtfFormat,

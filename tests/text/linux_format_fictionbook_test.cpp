@@ -24,7 +24,7 @@ TEST(LinuxFormatFictionBookTest, ReadsTextAndDescriptionInAnyCharsetAndPacked)
 {
     DocumentWorld world = officeWorld();
     for (const auto& [name, bytes] : {std::pair<const char*, std::string>{"a.fb2", book},
-                                      {"a.xml", book},
+                                      {"a.doc", book},
                                       {"a.fb2.zip", makeZip({{"a.fb2", book}})}}) {
         const auto document = world.extract(name, bytes);
         EXPECT_EQ(document.outcome, TextOutcome::extracted);
