@@ -168,6 +168,8 @@ Status CacheFile::remove() const
 Result<RunCacheFigures> CacheFile::figures() const
 {
     RunCacheFigures figures;
+    if (Status own = checkOwnFolder(path_.parent_path()); !own)
+        return own.error().kind == ErrorKind::notFound ? Result(figures) : named(own.error());
     for (const char* suffix : suffixes) {
         struct stat info {};
         if (::lstat(withSuffix(path_, suffix).c_str(), &info) == 0 && S_ISREG(info.st_mode))
@@ -185,6 +187,8 @@ Result<RunCacheFigures> CacheFile::figures() const
 
 Status CacheFile::clear() const
 {
+    if (Status own = checkOwnFolder(path_.parent_path()); !own)
+        return own.error().kind == ErrorKind::notFound ? Status() : named(own.error());
     const FileHandle lock = lockFolder(path_.parent_path());
     SqliteDatabase database;
     const Result<State> state = connect(database);

@@ -19,20 +19,26 @@ int makePrivateFolders(const std::filesystem::path& folder)
     return ::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
 }
 
-Status makeOwnFolder(const std::filesystem::path& folder)
+Status checkOwnFolder(const std::filesystem::path& folder)
 {
     struct stat info {};
-    if (::stat(folder.c_str(), &info) != 0) {
-        if (const int error = makePrivateFolders(folder); error != 0)
-            return osError(error);
-        if (::stat(folder.c_str(), &info) != 0)
-            return osError(errno);
-    }
+    if (::stat(folder.c_str(), &info) != 0)
+        return osError(errno);
     if (!S_ISDIR(info.st_mode))
         return osError(ENOTDIR);
     if (info.st_uid != ::geteuid() || (info.st_mode & (S_IWGRP | S_IWOTH)) != 0)
         return Error{ErrorKind::accessDenied, 0, "others may change its folder"};
     return {};
+}
+
+Status makeOwnFolder(const std::filesystem::path& folder)
+{
+    Status checked = checkOwnFolder(folder);
+    if (checked || checked.error().systemCode != ENOENT)
+        return checked;
+    if (const int error = makePrivateFolders(folder); error != 0)
+        return osError(error);
+    return checkOwnFolder(folder);
 }
 
 }  // namespace kelvane::linux_os

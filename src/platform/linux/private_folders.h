@@ -11,7 +11,11 @@ namespace kelvane::linux_os {
 // stays as it is. 0 or an errno value.
 [[nodiscard]] int makePrivateFolders(const std::filesystem::path& folder);
 
-// The same, for a folder whose contents are believed: it must belong to the person, and nobody else may change it.
+// For a folder whose contents are believed: it must belong to the person, and nobody else may change it. notFound where
+// it is missing.
+[[nodiscard]] Status checkOwnFolder(const std::filesystem::path& folder);
+
+// The same, after it was made where it is missing.
 [[nodiscard]] Status makeOwnFolder(const std::filesystem::path& folder);
 
 }  // namespace kelvane::linux_os
