@@ -11,7 +11,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <map>
+#include <sstream>
 
 #include "base/byte_stream.h"
 #include "platform/linux/descriptor_file.h"
@@ -115,10 +117,10 @@ std::string countFiles(const Call&)
 
 std::string runTool(const Call& call)
 {
-    const std::string tool = call.rest.substr(0, call.rest.find(' '));
-    std::vector<std::string> arguments;
-    if (tool.size() < call.rest.size())
-        arguments.push_back(call.rest.substr(tool.size() + 1));
+    std::istringstream words(call.rest);
+    const std::vector<std::string> all{std::istream_iterator<std::string>(words), {}};
+    const std::string& tool = all.at(0);
+    const std::vector<std::string> arguments(all.begin() + 1, all.end());
     std::string output;
     const Status status = call.platform.filters().run(tool, arguments, call.file, [&](auto piece) {
         output.append(reinterpret_cast<const char*>(piece.data()), piece.size());
