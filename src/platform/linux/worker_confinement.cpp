@@ -5,13 +5,16 @@
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <signal.h>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include "platform/linux/call_filter.h"
+#include "platform/linux/file_handle.h"
 #include "platform/linux/landlock_rules.h"
+#include "platform/linux/whole_writes.h"
 #include "platform/worker_frames.h"
 
 namespace kelvane::linux_os {
@@ -47,10 +50,22 @@ void dropCapabilities()
     static_cast<void>(::syscall(SYS_capset, &header, none.data()));
 }
 
+// When memory runs out, a document is lost rather than the program.
+void volunteerAsVictim()
+{
+    constexpr std::string_view most = "1000";
+    const FileHandle score(::open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
+    if (score.valid())
+        static_cast<void>(writeAll(score.get(), std::as_bytes(std::span(most))));
+}
+
 }  // namespace
 
 void leaveTheProgramBehind()
 {
+    const bool movedAway = ::chdir("/") == 0;  // keeps no volume busy
+    static_cast<void>(movedAway);
+    volunteerAsVictim();
     ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
     ::prctl(PR_SET_NAME, "kelvane-worker", 0, 0, 0);
     ::fcntl(workerSocket, F_SETFD, FD_CLOEXEC);
