@@ -144,6 +144,26 @@ TEST(LinuxRunCache, FlippedBytesAreNeverTrusted)
     EXPECT_LT(found, 200 * count);
 }
 
+// A file that is sound as a database, and whose values are: they only belong elsewhere.
+TEST(LinuxRunCache, AValueThatBelongsElsewhereIsNotTaken)
+{
+    for (const char* change :
+         {"UPDATE value SET data = (SELECT data FROM value WHERE file = 2) WHERE file = 1",
+          "DELETE FROM value WHERE file = 1; UPDATE value SET file = 1, size = 1001 WHERE file = 2",
+          "UPDATE value SET length = 9999 WHERE file = 1"}) {
+        SCOPED_TRACE(change);
+        CacheWorld world;
+        world.fill(0, 5);
+        const auto cache = world.open();
+        EXPECT_EQ(world.kept(*cache, 0, 5), 5u);
+        world.sql(change);
+        EXPECT_EQ(world.kept(*cache, 1, 1), 0u);
+        EXPECT_EQ(world.caches()->figures()->values, 0u) << "begun anew";
+        cache->put(cacheKey(1), cachedText("new"));
+        EXPECT_EQ(cache->find(cacheKey(1)), cachedText("new"));
+    }
+}
+
 TEST(LinuxRunCache, CutShortItIsBegunAnew)
 {
     CacheWorld world;
