@@ -6,6 +6,7 @@
 
 #include "base/file_masks.h"
 #include "base/words.h"
+#include "text/format_compound.h"
 #include "text/format_epub.h"
 #include "text/format_fictionbook.h"
 #include "text/format_html.h"
@@ -30,6 +31,7 @@ const auto& formats()
         epubFormat,
         // signatures
         pdfFormat,
+        compoundFormat,
         rtfFormat,
         // markup
         fictionBookFormat,

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "support/fake_filters.h"
 #include "support/linux_office_documents.h"
 
 namespace kelvane {
 namespace {
 
 using testing::DocumentWorld;
+using testing::FakeFilters;
 using testing::officeWorld;
 using testing::valueText;
 
@@ -35,24 +37,6 @@ std::string makePdf(const std::vector<std::string>& pages, const std::string& fa
            "3 0 obj <</Type/Font/Subtype/Type1/BaseFont/Helvetica/Encoding/WinAnsiEncoding>> endobj\n" + objects +
            "4 0 obj <<" + facts + ">> endobj\ntrailer <</Root 1 0 R/Info 4 0 R" + trailer + ">>\n%%EOF\n";
 }
-
-// Hears which programs are asked for, and answers for them.
-class FakeFilters final : public FilterPrograms {
-public:
-    bool installed(const std::string&) const override { return !missing; }
-    Status run(const std::string& program, const std::vector<std::string>&, RandomAccessFile&,
-               const OutputSink& sink) override
-    {
-        if (missing)
-            return Error{ErrorKind::notFound, 0, program};
-        if (fails)
-            return Error{ErrorKind::invalid, 1, program};
-        (void)sink(std::as_bytes(std::span(program == "pdftotext" ? text : facts)));
-        return {};
-    }
-    bool missing = false, fails = false;
-    std::string text, facts;
-};
 
 ExtractedDocument extractWith(FakeFilters filters, std::string content = "%PDF-1.4")
 {
@@ -101,9 +85,10 @@ TEST(LinuxFormatPdfTest, SaysWhyThereIsNoText)
 TEST(LinuxFormatPdfTest, JoinsTheLinesOfABlockOnly)
 {
     FakeFilters filters;
-    filters.text = "Heading\n\nthis paragraph is set in lines\nof nearly the same length, and the\nlast one ends early"
-                   ".\nNext paragraph\n\fnew page";
-    filters.facts = "Title:          a: b\nPages:          none\n";
+    filters.outputs["pdftotext"] =
+        "Heading\n\nthis paragraph is set in lines\nof nearly the same length, and the\nlast one ends early"
+        ".\nNext paragraph\n\fnew page";
+    filters.outputs["pdfinfo"] = "Title:          a: b\nPages:          none\n";
     const auto document = extractWith(filters);
     EXPECT_EQ(document.text,
               u"Heading\nthis paragraph is set in lines of nearly the same length, and the last one ends "
@@ -116,7 +101,7 @@ TEST(LinuxFormatPdfTest, TakesLinesOfAnyLength)
 {
     FakeFilters filters;
     for (int i = 0; i < 100'001; ++i)
-        filters.text += "\xc3\xa4";
+        filters.outputs["pdftotext"] += "\xc3\xa4";
     const auto document = extractWith(filters);
     EXPECT_EQ(document.text.find(u'\uFFFD'), std::u16string::npos);
     EXPECT_EQ(document.text.find_first_not_of(u"\u00e4"), std::u16string::npos);
