@@ -10,11 +10,13 @@
 #include "text/format_epub.h"
 #include "text/format_fictionbook.h"
 #include "text/format_html.h"
+#include "text/format_mail.h"
 #include "text/format_ooxml.h"
 #include "text/format_opendocument.h"
 #include "text/format_pdf.h"
 #include "text/format_plain_text.h"
 #include "text/format_rtf.h"
+#include "text/format_subtitles.h"
 #include "text/format_xml.h"
 #include "text/text_charset.h"
 
@@ -37,6 +39,9 @@ const auto& formats()
         fictionBookFormat,
         htmlFormat,
         xmlFormat,
+        // other texts with a shape
+        mailFormat,
+        subtitleFormat,
         // no bytes tell: these two stay last
         plainTextFormat,
         sourceCodeFormat,

@@ -141,11 +141,11 @@ std::optional<std::u16string> decodeAs(std::string_view bytes, const std::string
     return text ? std::optional(std::move(*text)) : std::nullopt;
 }
 
-// A document that could be read for its declaration byte by byte is not in UTF-16, whatever it declares.
+// Who declares UTF-16 in a document that can be read byte by byte is wrong, and one that is right is recognised anyway.
 std::string declaredCharset(std::string_view declared)
 {
-    const std::string charset = usualCharset(declared);
-    return charset.starts_with("utf-16") || charset.starts_with("utf-32") ? "utf-8" : charset;
+    std::string charset = usualCharset(declared);
+    return charset.starts_with("utf-16") || charset.starts_with("utf-32") ? std::string() : charset;
 }
 
 std::string undeclaredCharset(std::string_view bytes, const TextDecoding& decoding)
