@@ -33,6 +33,14 @@ std::size_t charactersIn(std::string_view utf8)
         std::count_if(utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
+constexpr auto bullets = std::to_array<std::string_view>({"\u2022", "\u25e6", "\u25aa", "\u2023", "\u00b7"});
+
+bool beginsWithBullet(std::string_view line)
+{
+    return std::any_of(bullets.begin(), bullets.end(),
+                       [line](std::string_view bullet) { return line.starts_with(bullet); });
+}
+
 // A page has lines where other formats of the same text have paragraphs, so lines are joined: all of a block but those
 // that end so early that the next word would have had room.
 class Paragraphs {
@@ -43,37 +51,55 @@ public:
     {
         line = trimmed(line);
         if (!line.empty())
-            block_.emplace_back(line);
+            block_.push_back({std::string(line), charactersIn(line)});
         if (line.empty() || block_.size() > longestBlock)
             endBlock();
     }
 
     void endBlock()
     {
-        std::size_t width = 0;
-        for (const std::string& line : block_)
-            width = std::max(width, charactersIn(line));
+        for (const Line& line : block_)
+            width_ = std::max(width_, line.length);
         for (std::size_t i = 0; i < block_.size(); ++i) {
-            sink_.text(std::string_view(block_[i]));
-            if (i + 1 < block_.size() && goesOn(block_[i], block_[i + 1], width))
+            sink_.text(std::string_view(block_[i].text));
+            if (goesOn(i))
                 sink_.gap();
             else
                 sink_.lineBreak();
         }
         block_.clear();
+        width_ = 0;
     }
 
 private:
-    // Letters are not of one width, hence the margin.
-    static bool goesOn(std::string_view line, std::string_view next, std::size_t width)
+    struct Line {
+        std::string text;
+        std::size_t length;
+    };
+
+    // Whether the paragraph goes on in the next line. Columns and cells of tables may share a block, hence a line is
+    // measured by the lines around it as well, unless it is so short that names and headings are like it.
+    bool goesOn(std::size_t i) const
     {
-        const std::size_t needed = charactersIn(line) + 1 + charactersIn(next.substr(0, next.find(' ')));
-        return needed * 100 > width * 85;
+        constexpr std::size_t notShort = 30;
+        if (i + 1 >= block_.size() || beginsWithBullet(block_[i + 1].text))
+            return false;
+        if (block_[i].length == 1)
+            return beginsWithBullet(block_[i].text);
+        const std::string_view next = block_[i + 1].text;
+        const std::size_t needed = block_[i].length + 1 + charactersIn(next.substr(0, next.find(' ')));
+        const std::size_t before = i > 0 ? block_[i - 1].length : 0;
+        const std::size_t around = std::max({before, block_[i].length, block_[i + 1].length});
+        return fills(needed, width_) || (block_[i].length >= notShort && fills(needed, around));
     }
+
+    // Letters are not of one width, hence the margin.
+    static bool fills(std::size_t needed, std::size_t width) { return needed * 100 > width * 82; }
 
     static constexpr std::size_t longestBlock = 500;
     DocumentSink& sink_;
-    std::vector<std::string> block_;
+    std::vector<Line> block_;
+    std::size_t width_ = 0;
 };
 
 // What pdfinfo writes: "Title:           On Growth and Form".
