@@ -25,6 +25,7 @@
 #include "platform/shared_libraries.h"
 #include "platform/terminal.h"
 #include "platform/text_modules.h"
+#include "platform/worker_processes.h"
 
 struct _GUID;
 
@@ -55,5 +56,7 @@ namespace kelvane {
 [[nodiscard]] std::unique_ptr<DesktopActivation> makeDdeActivation();
 [[nodiscard]] std::unique_ptr<TextModules> makeWindowsTextModules(FileSystem& files);
 [[nodiscard]] std::unique_ptr<SharedLibraries> makeWindowsSharedLibraries();
+// The worker is looked for in the folder of the program and in the one above.
+[[nodiscard]] std::unique_ptr<WorkerProcesses> makeWindowsWorkerProcesses(const std::filesystem::path& programFolder);
 
 }  // namespace kelvane

@@ -65,7 +65,7 @@ private:
     std::unique_ptr<XmlParsing> xml_ = makeMissingXmlParsing();
     std::unique_ptr<PackagedFiles> packages_ = makeMissingPackagedFiles();
     std::unique_ptr<FilterPrograms> filters_ = makeMissingFilterPrograms();
-    std::unique_ptr<WorkerProcesses> workers_ = makeMissingWorkerProcesses();
+    std::unique_ptr<WorkerProcesses> workers_ = makeWindowsWorkerProcesses(places_->programFolder());
     std::unique_ptr<SharedLibraries> libraries_ = makeWindowsSharedLibraries();
     std::unique_ptr<RunCaches> runCaches_ = makeMissingRunCaches();
     std::unique_ptr<CrashCapture> crashCapture_ = makeWindowsCrashCapture();

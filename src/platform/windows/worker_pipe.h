@@ -1,0 +1,61 @@
+// The program's end of the pipe to a worker.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <span>
+
+#include "base/cancel.h"
+#include "base/result.h"
+#include "platform/windows/handle.h"
+#include "platform/worker_processes.h"
+
+namespace kelvane::windows_os {
+
+// How long one exchange may take; no time: as long as it likes.
+class Patience {
+public:
+    Patience(std::chrono::milliseconds time, const CancelFlag& cancel);
+
+    // Nothing while it lasts.
+    [[nodiscard]] std::optional<WorkerEnd> over() const;
+    // Until the flag should be looked at again.
+    [[nodiscard]] DWORD nextLook() const;
+
+private:
+    std::chrono::steady_clock::time_point end_;
+    const CancelFlag& cancel_;
+};
+
+// One thread at a time.
+class WorkerPipe {
+public:
+    struct Ends;
+    // The other end is to be inherited by the worker.
+    [[nodiscard]] static Result<Ends> make();
+
+    WorkerPipe() = default;
+    [[nodiscard]] bool valid() const { return pipe_.valid(); }
+    void close() { pipe_ = Handle(); }
+
+    // All of the bytes, or why not. After a failure the pipe is good for nothing more.
+    [[nodiscard]] std::optional<WorkerEnd> send(std::span<const std::byte> bytes, const Patience& patience);
+    [[nodiscard]] std::optional<WorkerEnd> receive(std::span<std::byte> bytes, const Patience& patience);
+    // Whether the other end is there and has said nothing.
+    [[nodiscard]] bool silent() const;
+
+private:
+    WorkerPipe(Handle pipe, Handle done) : pipe_(std::move(pipe)), done_(std::move(done)) {}
+    [[nodiscard]] std::optional<WorkerEnd> finish(OVERLAPPED& transfer, const Patience& patience, DWORD& moved);
+
+    Handle pipe_;
+    Handle done_;  // the event of the transfer in work
+};
+
+struct WorkerPipe::Ends {
+    WorkerPipe ours;
+    Handle theirs;
+};
+
+}  // namespace kelvane::windows_os
