@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/settings_node.h"
-#include "text/content_plugins.h"
+#include "text/plugin_entry.h"
 
 namespace kelvane {
 

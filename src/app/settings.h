@@ -12,7 +12,7 @@
 #include "engine/engine_options.h"
 #include "engine/ignored_pairs.h"
 #include "engine/scan_node.h"
-#include "text/content_plugins.h"
+#include "text/plugin_entry.h"
 
 namespace kelvane {
 

@@ -13,15 +13,9 @@
 #include "text/detect_string.h"
 #include "text/other_texts.h"
 #include "text/plugin_access.h"
+#include "text/plugin_entry.h"
 
 namespace kelvane {
-
-// A line of the list.
-struct ContentPluginEntry {
-    std::filesystem::path library;  // absolute
-    std::string detect;             // in place of the plug-in's own detect string; empty: that one counts
-    friend bool operator==(const ContentPluginEntry&, const ContentPluginEntry&) = default;
-};
 
 // One that answered.
 struct ListedPlugin {
