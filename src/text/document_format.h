@@ -40,6 +40,9 @@ struct DocumentFormat {
     // Files are made of characters (markup, mail), so that the name is believed where bytes do not tell. Of all other
     // formats the bytes do tell: text under such a name is plain text.
     bool textual = false;
+    // Read by tools that open their input by its name ("/dev/stdin"): out of a confined process that works with a copy
+    // in memory alone.
+    bool asCopy = false;
     // Whether the first bytes (up to 4096) are those of this format; null where bytes do not tell. A file whose bytes
     // are those of another format is read as that one, whatever its name says.
     bool (*recognises)(std::span<const std::byte> head) = nullptr;

@@ -18,8 +18,8 @@ namespace {
 
 constexpr const char* workerName = "kelvane-worker";
 
-// Of an entry of an archive whose size the settings do not bound: it is held in memory.
-constexpr std::uint64_t largestEntry = 256u * 1'048'576u;
+// Of what is held in memory, where the settings do not bound it.
+constexpr std::uint64_t largestCopy = 256u * 1'048'576u;
 
 // So many starts in a row that go wrong are no accident any more.
 constexpr unsigned mostFailedStarts = 3;
@@ -83,7 +83,7 @@ private:
     ExtractedDocument extractFrom(ShellFile& file, const ShellItem& item, const std::string& name,
                                   const CancelFlag& cancel);
     ExtractedDocument extractHere(RandomAccessFile& file, const std::string& name);
-    ExtractedDocument extractEntry(ShellFile& file, const std::string& name, const CancelFlag& cancel);
+    ExtractedDocument extractCopy(ShellFile& file, const std::string& name, const CancelFlag& cancel);
     ExtractedDocument askWorker(const std::string& name, const WorkerInput& input, const CancelFlag& cancel);
     ExtractedDocument withoutWorker(const Error& error);
     [[nodiscard]] bool readWhateverSize(const std::string& name) const;
@@ -130,8 +130,8 @@ ExtractedDocument ExtractionService::extractFrom(ShellFile& file, const ShellIte
         return extractHere(file, name);
     if (!readWhateverSize(name) && file.size() > options_.largestStream)
         return nothing(TextOutcome::tooLarge);
-    if (!item.inFileSystem())
-        return extractEntry(file, name, cancel);
+    if (!item.inFileSystem() || format->asCopy)
+        return extractCopy(file, name, cancel);
     return options_.worker ? askWorker(name, {item.path(), {}, linksOf(item)}, cancel) : extractHere(file, name);
 }
 
@@ -141,9 +141,9 @@ ExtractedDocument ExtractionService::extractHere(RandomAccessFile& file, const s
 }
 
 // An archive is unpacked once, from its beginning: whoever reads the entry here and there gets a copy.
-ExtractedDocument ExtractionService::extractEntry(ShellFile& file, const std::string& name, const CancelFlag& cancel)
+ExtractedDocument ExtractionService::extractCopy(ShellFile& file, const std::string& name, const CancelFlag& cancel)
 {
-    auto content = readWhole(file, readWhateverSize(name) ? largestEntry : options_.largestStream);
+    auto content = readWhole(file, readWhateverSize(name) ? largestCopy : options_.largestStream);
     if (!content)
         return nothing(TextOutcome::unreadable, content.error().detail);
     if (content->tooLong)

@@ -61,12 +61,14 @@ bool isEncryptedPresentation(CompoundFile& file)
 
 const std::array<Kind, 4>& kinds()
 {
-    static const std::vector<std::string> sheets{"-d", "utf-8", "-q", "0", "-c", " "};
+    // Without the name of a file these two crash.
+    static const std::vector<std::string> sheets{"-d", "utf-8", "-q", "0", "-c", " ", "/dev/stdin"};
+    static const std::vector<std::string> slides{"-d", "utf-8", "/dev/stdin"};
     static const std::array<Kind, 4> all = {
         Kind{"WordDocument", "catdoc", {"-w", "-d", "utf-8"}, isEncryptedText},
         Kind{"Workbook", "xls2csv", sheets, isEncryptedWorkbook},
         Kind{"Book", "xls2csv", sheets, isEncryptedWorkbook},
-        Kind{"PowerPoint Document", "catppt", {"-d", "utf-8"}, isEncryptedPresentation},
+        Kind{"PowerPoint Document", "catppt", slides, isEncryptedPresentation},
     };
     return all;
 }
@@ -131,6 +133,7 @@ bool isCompound(std::span<const std::byte> head)
 const DocumentFormat compoundFormat = {
     .name = "Office 97",
     .masks = "doc,dot,xls,xlt,ppt,pps,pot",
+    .asCopy = true,
     .recognises = isCompound,
     .read = readCompound,
 };
