@@ -9,6 +9,24 @@ namespace {
 
 constexpr std::size_t ownCategories = 5;
 
+std::vector<std::string> utf8List(const std::vector<std::u16string>& words)
+{
+    std::vector<std::string> list;
+    for (const std::u16string& word : words)
+        list.push_back(toUtf8(word));
+    return list;
+}
+
+void applyExtraction(const Settings& settings, ExtractionOptions& options)
+{
+    options.textSample = settings.textSample;
+    options.largestStream = settings.largestExtraction;
+    options.timeout = std::chrono::milliseconds(settings.extractionTimeoutMs);
+    options.worker = settings.backgroundExtraction;
+    options.excluded = utf8List(settings.extractionExcluded);
+    options.whiteList = utf8List(settings.extractionWhiteList);
+}
+
 }  // namespace
 
 EngineOptions engineOptionsFrom(const Settings& settings)
@@ -34,6 +52,7 @@ void applyEngineNumbers(const Settings& settings, EngineOptions& options)
     options.songStartMs = settings.songStartMs;
     options.hoursPerPercent = settings.hoursPerPercent;
     options.excludedVolumes = settings.excludedVolumes;
+    applyExtraction(settings, options.extraction);
     const std::size_t categories = std::min({ownCategories, settings.fileTypes.size(), options.categories.size()});
     std::copy_n(settings.fileTypes.begin(), categories, options.categories.begin());
 }

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <array>
 
 #include "base/filled_text.h"
 #include "base/random.h"
@@ -8,6 +9,7 @@
 #include "cli/property_access.h"
 #include "cli/requested_criteria.h"
 #include "cli/settings_in_force.h"
+#include "cli/similar_search.h"
 #include "cli/verbs.h"
 #include "engine/same_file.h"
 #include "platform/native_text.h"
@@ -52,14 +54,35 @@ void noteIfLeftOut(const std::string& path, const ShellItem& item, const ScanCri
         complain(console, path + ": " + filledText(TextId::sizeLeavesOut));
 }
 
+// Says why a file has nothing that could be compared.
+void describeBoth(const ScanCriteria& criteria, std::array<Candidate, 2>& pair, SimilarContent& similar,
+                  const Console& console)
+{
+    if (!isDescribed(criteria, &similar))
+        return;
+    for (Candidate& file : pair)
+        similar.announce(criteria, file);
+    const auto complainOf = [&](const ShellItem& item, const NoDescriptorCause& cause) {
+        complain(console, filledText(TextId::noDescriptor, {bytesFromNative(item.fullName()), causeText(cause)}));
+    };
+    static_cast<void>(similar.settle(
+        console.cancel, [](std::uint64_t) {}, complainOf));  // the flag tells of a cancel
+}
+
 Comparison comparePair(const Arguments& files, const Pair& items, const ScanCriteria& criteria,
-                       const PropertySource& source, Platform& platform, const Console& console)
+                       const PropertySource& source, SimilarContent& similar, Platform& platform,
+                       const Console& console)
 {
     Comparison comparison{files[0], files[1], {}, {}, sameFile(*items.a, *items.b, platform.paths())};
-    Candidate a(items.a);
-    Candidate b(items.b);
+    std::array<Candidate, 2> pair = {Candidate(items.a), Candidate(items.b)};
+    describeBoth(criteria, pair, similar, console);
+    if (console.cancel.cancelled()) {
+        comparison.result.stage = -1;
+        return comparison;
+    }
+    auto& [a, b] = pair;
     ContentComparer contents(platform.shell(), criteria.options, console.cancel);
-    Matcher matcher(criteria, source, platform.shell(), contents, nullptr);
+    Matcher matcher(criteria, source, platform.shell(), contents, &similar);
     matcher.reportTo(&comparison.stages);
     comparison.result = matcher.compare(a, b, std::nullopt);
     return comparison;
@@ -73,13 +96,15 @@ ExitCode print(OutputFormat format, const Comparison& comparison, const Console&
     return comparison.result.match() ? ExitCode::done : ExitCode::incomplete;
 }
 
-ExitCode compare(const ScanRequest& request, const Arguments& files, Platform& platform, const Console& console)
+ExitCode compare(const ScanRequest& request, const Settings& settings, const Arguments& files, Platform& platform,
+                 const Console& console)
 {
+    seedRandom(request.seed.value_or(platform.clock().ticks()));
     const PropertyAccess properties(platform, request.options);
-    const auto criteria = requestedCriteria(request, properties.catalogue);
+    SimilarSearch similar(request, settings, properties, ProbeNumbers::shared, platform, console);
+    const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
         return refuse(console, criteria.error().detail);
-    seedRandom(request.seed.value_or(platform.clock().ticks()));
     std::vector<Ref<ShellItem>> items;
     for (const std::string& file : files) {
         auto item = openItem(file, *criteria, platform);
@@ -88,7 +113,9 @@ ExitCode compare(const ScanRequest& request, const Arguments& files, Platform& p
         noteIfLeftOut(file, **item, *criteria, console);
         items.push_back(*item);
     }
-    const auto compared = comparePair(files, {items[0], items[1]}, *criteria, properties.source, platform, console);
+    const auto compared =
+        comparePair(files, {items[0], items[1]}, *criteria, properties.source, similar.content(), platform, console);
+    complainOfMissingTools(*properties.extraction, console);
     return print(request.format, compared, console);
 }
 
@@ -106,15 +133,15 @@ ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Conso
         return *over;
     if (files.size() != 2)
         return refuse(console, filledText(TextId::compareNeedsFiles) + helpHint("compare"));
-    const auto settings = engineSettings(raw.settings, platform, console);
+    const auto settings = scanSettings(raw.settings, platform, console);
     if (!settings)
         return refuse(console, settings.error().detail);
-    const auto request = makeRequest(raw, {}, platform.paths(), *settings);
+    const auto request = makeRequest(raw, {}, platform.paths(), settings->options);
     if (!request)
         return refuse(console, request.error().detail);
     if (request->format == OutputFormat::null)
         return refuse(console, filledText(TextId::verbPrints, {"compare", "text, json, csv"}));
-    return compare(*request, files, platform, console);
+    return compare(*request, settings->settings, files, platform, console);
 }
 
 }  // namespace kelvane

@@ -32,12 +32,20 @@ std::string verdictText(const StageReport& stage, bool approximate)
     return filledText(stage.equal ? TextId::stageEqual : TextId::stageDifferent);
 }
 
+// A value as text, or how much of a content was compared.
+std::string sideText(const std::u16string& text, const std::optional<ContentMeasure>& measure)
+{
+    if (!measure)
+        return toUtf8(text);
+    return filledText(TextId::documentMeasure, {std::to_string(measure->length), std::to_string(measure->size)});
+}
+
 Row stageCells(const StageReport& stage, bool approximate)
 {
     return {std::to_string(stage.stage),
             stage.name,
-            toUtf8(stage.textA),
-            toUtf8(stage.textB),
+            sideText(stage.textA, stage.measureA),
+            sideText(stage.textB, stage.measureB),
             percentText(stage.difference),
             percentText(stage.allowed),
             stage.score ? std::to_string(*stage.score) : "",
@@ -111,8 +119,10 @@ Json optionalJson(const auto& value)
 }
 
 // The value by its kind; a stage that is about no property may still have texts.
-Json sideJson(const PropValue& value, const std::u16string& text)
+Json sideJson(const PropValue& value, const std::u16string& text, const std::optional<ContentMeasure>& measure)
 {
+    if (measure)
+        return {{"length", measure->length}, {"size", measure->size}};
     if (value.missing() && !text.empty())
         return toUtf8(text);
     return valueJson(value, {});
@@ -122,8 +132,8 @@ Json stageJson(const StageReport& stage)
 {
     return {{"stage", stage.stage},
             {"name", stage.name},
-            {"a", sideJson(stage.a, stage.textA)},
-            {"b", sideJson(stage.b, stage.textB)},
+            {"a", sideJson(stage.a, stage.textA, stage.measureA)},
+            {"b", sideJson(stage.b, stage.textB, stage.measureB)},
             {"difference", optionalJson(stage.difference)},
             {"allowed", optionalJson(stage.allowed)},
             {"equal", stage.equal}};

@@ -1,18 +1,23 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <ostream>
 
 #include "base/filled_text.h"
 #include "base/size_text.h"
 #include "base/utf.h"
 #include "cli/arguments.h"
+#include "cli/choices.h"
 #include "cli/options.h"
 #include "cli/printable.h"
 #include "cli/problems.h"
 #include "cli/property_access.h"
 #include "cli/settings_in_force.h"
+#include "cli/similar_search.h"
+#include "cli/text_descriptor.h"
 #include "cli/value_json.h"
 #include "cli/verbs.h"
+#include "engine/document_description.h"
 #include "platform/native_text.h"
 #include "props/value_convert.h"
 
@@ -21,6 +26,7 @@ namespace {
 
 constexpr std::string_view examples = "  kelvane-cli describe photo.jpg\n"
                                       "  kelvane-cli describe --json photo.jpg\n"
+                                      "  kelvane-cli describe --as text --json letter.odt\n"
                                       "  kelvane-cli describe --list\n";
 
 constexpr std::uint64_t leastRounded = 10 * 1024;  // below, a size is shown in bytes anyway
@@ -37,10 +43,12 @@ struct Described {
     const PROPCACHE* node = nullptr;
 };
 
-// Only a scan gives a file a group; descriptors and previews are objects, which have no text.
+// Only a scan gives a file a group; descriptors and previews are objects, which have no text. The text of a document is
+// no property that one would read in a list.
 bool canBeShown(const PropRef& property)
 {
-    return property.info->type != VarType::object && property.identifier != property_id::groupId;
+    return property.info->type != VarType::object && property.identifier != property_id::groupId &&
+           property.info->name != "System.Search.Contents";
 }
 
 // Every property that has a value, the system's first, then the program's own.
@@ -116,6 +124,42 @@ ExitCode describeFile(const std::string& path, OutputFormat format, const Proper
     return ExitCode::done;
 }
 
+ExitCode describeText(const std::string& path, OutputFormat format, TextExtraction& extraction, Platform& platform,
+                      const Console& console)
+{
+    const auto item = platform.shell().parse(nativeFromBytes(path));
+    if (!item)
+        return refuse(console, path + ": " + errorText(item.error()));
+    if ((*item)->info().kind != FileKind::regular)
+        return refuse(console, path + ": " + filledText(TextId::notRegularFile));
+    const DocumentDescriber describer(platform.shell(), extraction, nullptr);
+    const DocumentDescription described = describer.describe(**item, false, console.cancel);
+    if (console.cancel.cancelled())
+        return stopCancelled(console);
+    if (!described.descriptor) {
+        complain(console, filledText(TextId::noDescriptor, {path, causeText(described.cause())}));
+        complainOfMissingTools(extraction, console);
+        return ExitCode::incomplete;
+    }
+    writeTextDescriptor(format, path, *described.descriptor, console.out);
+    return ExitCode::done;
+}
+
+// What --as asks for, where it can be had; only texts are described yet.
+Status checkDescriptor(const std::string& word)
+{
+    constexpr std::array choices = {Choice<bool>{"text", true}, Choice<bool>{"audio", false},
+                                    Choice<bool>{"image", false}};
+    if (word.empty())
+        return {};
+    const auto built = choose<bool>(TextId::unknownDescriptor, word, choices);
+    if (!built)
+        return built.error();
+    if (!*built)
+        return Error{ErrorKind::notSupported, 0, filledText(TextId::notBuiltYet, {"describe --as " + word})};
+    return {};
+}
+
 void addDescribeOptions(CLI::App& app, RawDescribe& raw)
 {
     app.add_option("FILE", raw.files, filledText(TextId::describeFileHelp))->type_name("");
@@ -136,8 +180,8 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     addDescribeOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))
         return *over;
-    if (!raw.descriptor.empty())
-        return refuse(console, filledText(TextId::notBuiltYet, {"describe --as " + raw.descriptor}));
+    if (const Status known = checkDescriptor(raw.descriptor); !known)
+        return refuse(console, known.error().detail);
     const auto format = chooseFormat(raw.format, raw.json);
     if (!format)
         return refuse(console, format.error().detail);
@@ -153,6 +197,8 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     }
     if (raw.files.size() != 1)
         return refuse(console, filledText(TextId::describeNeedsFile) + helpHint("describe"));
+    if (!raw.descriptor.empty())
+        return describeText(raw.files.front(), *format, *properties.extraction, platform, console);
     return describeFile(raw.files.front(), *format, properties.source, platform, console);
 }
 

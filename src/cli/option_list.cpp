@@ -47,6 +47,8 @@ void addMatchOptions(Declarer& add, RawOptions& raw)
     add.flag("--content", raw.content, TextId::helpContent);
     add.flag("--no-content", raw.noContent, TextId::helpNoContent);
     add.flag("--same-type", raw.sameType, TextId::helpSameType);
+    add.flag("--file-sizes", raw.fileSizes, TextId::helpFileSizes);
+    add.flag("--exhaustive", raw.exhaustive, TextId::helpExhaustive);
 }
 
 void addOutputOptions(Declarer& add, RawOptions& raw)
@@ -64,6 +66,7 @@ void addRunOptions(Declarer& add, RawOptions& raw)
     add.word("--threads", raw.threads, "N", TextId::helpThreads);
     add.flag("--low-priority", raw.lowPriority, TextId::helpLowPriority);
     add.word("--seed", raw.seed, "N", TextId::helpSeed);
+    add.flag("--no-cache", raw.noCache, TextId::helpNoCache);
     add.word("--settings", raw.settings, "FILE", TextId::helpSettings);
 }
 

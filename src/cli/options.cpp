@@ -117,6 +117,8 @@ void readEngineFlags(const RawOptions& raw, EngineOptions& options)
         options.flags |= option_flag::enterVirtualFolders;
     if (raw.lowPriority)
         options.flags |= option_flag::lowPriority;
+    options.exhaustive = raw.exhaustive;
+    options.sizesOnDisk = raw.fileSizes;
 }
 
 Status readRunning(const RawOptions& raw, ScanRequest& request)
@@ -129,6 +131,8 @@ Status readRunning(const RawOptions& raw, ScanRequest& request)
     if (!raw.seed.empty())
         request.seed = seed;
     readEngineFlags(raw, request.options);
+    request.options.extraction.workers = request.options.threads;
+    request.useCache = !raw.noCache;
     return {};
 }
 

@@ -27,6 +27,7 @@ struct RawOptions {
     std::string progress = "auto", format;
     bool content = false, noContent = false, sameType = false, ignoreSmall = false, noSubfolders = false;
     bool noProtect = false, followLinks = false, archives = false, lowPriority = false, json = false, verbose = false;
+    bool exhaustive = false, fileSizes = false, noCache = false;
 };
 
 // Checked, and put into the engine's terms.
@@ -37,6 +38,7 @@ struct ScanRequest {
     ProgressMode progress = ProgressMode::automatic;
     OutputFormat format = OutputFormat::text;
     bool verbose = false;
+    bool useCache = true;  // what earlier runs found out about contents
 };
 
 // Declares the options with their help; `raw` must outlive the parsing.

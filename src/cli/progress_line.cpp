@@ -23,6 +23,8 @@ std::string phaseText(ScanPhase phase)
         return filledText(TextId::phaseSorting);
     case ScanPhase::comparing:
         return filledText(TextId::phaseComparing);
+    case ScanPhase::describing:
+        return filledText(TextId::phaseTexts);
     }
     return {};
 }

@@ -1,6 +1,8 @@
 #include "cli/property_access.h"
 
 #include "base/text_table.h"
+#include "text/document_readers.h"
+#include "text/extraction_service.h"
 
 namespace kelvane {
 namespace {
@@ -27,8 +29,12 @@ KindMasks kindMasks(const EngineOptions& options)
 }  // namespace
 
 PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options)
-    : catalogue(platform.properties()),
-      source(catalogue, platform.shell(), platform.readers(), platform.folding(), kindMasks(options))
+    : extraction(makeTextExtraction({platform.shell(), platform.workers(), platform.decoding(), platform.xml(),
+                                     platform.packages(), platform.filters()},
+                                    options.extraction)),
+      readers(makeDocumentReaders(*extraction, platform.readers())),
+      catalogue(platform.properties()),
+      source(catalogue, platform.shell(), *readers, platform.folding(), kindMasks(options))
 {
 }
 

@@ -1,9 +1,12 @@
-// The catalogue and the one source of values, wired to a platform.
+// The catalogue, the one source of values and the texts of documents, wired to a platform.
 #pragma once
+
+#include <memory>
 
 #include "engine/engine_options.h"
 #include "platform/platform.h"
 #include "props/property_source.h"
+#include "text/text_extraction.h"
 
 namespace kelvane {
 
@@ -13,6 +16,8 @@ struct PropertyAccess {
     PropertyAccess(const PropertyAccess&) = delete;
     PropertyAccess& operator=(const PropertyAccess&) = delete;
 
+    std::unique_ptr<TextExtraction> extraction;  // starts its workers when the first text is asked for
+    std::unique_ptr<PropertyReaders> readers;    // those of the platform, and what documents say of themselves
     PropertyCatalogue catalogue;
     PropertySource source;
 };

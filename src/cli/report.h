@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@
 
 namespace kelvane {
 
+// By item id: how alike a file is to the one that it was found by; nothing for the first one of a group.
+using FileScores = std::vector<std::optional<std::int32_t>>;
+
 // How a listing departs from the usual one.
 struct ListingShape {
     bool flat = false;         // file by file in the order of the list, each with the number of its group
@@ -21,6 +25,7 @@ struct ListingShape {
     std::vector<PropRef> columns{};
     const PropertySource* properties = nullptr;  // reads the values of the columns
     const std::vector<bool>* isNew = nullptr;    // by item id; null when nothing was asked about it
+    const FileScores* scores = nullptr;          // null where files have none, or they are not asked for
 };
 
 // What is printed, for as long as it is printed: of the results, what is in view.
@@ -34,6 +39,10 @@ struct Listing {
 
     [[nodiscard]] const ShellItem& file(ItemId id) const { return results.item(id).file.item(); }
     [[nodiscard]] bool marksNew() const { return shape.isNew != nullptr; }
+    [[nodiscard]] std::optional<std::int32_t> score(ItemId id) const
+    {
+        return shape.scores != nullptr ? (*shape.scores)[static_cast<std::size_t>(id)] : std::nullopt;
+    }
     [[nodiscard]] bool isNew(ItemId id) const { return marksNew() && (*shape.isNew)[static_cast<std::size_t>(id)]; }
 };
 

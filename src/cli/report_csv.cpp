@@ -34,6 +34,8 @@ void writeCounts(const Listing& listing, std::ostream& out)
 void writeTitles(const Listing& listing, std::ostream& out)
 {
     std::vector<std::string> titles = {"group", "approximate", "size", "modified", "path", "path_bytes"};
+    if (listing.shape.scores != nullptr)
+        titles.emplace_back("score");
     if (listing.marksNew())
         titles.emplace_back("new");
     for (const PropRef& column : listing.shape.columns)
@@ -52,6 +54,8 @@ void writeFile(const Listing& listing, const GroupFacts& group, ItemId id, std::
                                       info.modified.ticks != 0 ? toIso8601(info.modified) : "",
                                       displayText(path),
                                       isValidUtf8(path) ? "" : percentEncode(path)};
+    if (listing.shape.scores != nullptr)
+        cells.push_back(listing.score(id) ? std::to_string(*listing.score(id)) : "");
     if (listing.marksNew())
         cells.push_back(word(listing.isNew(id)));
     for (const PropRef& column : listing.shape.columns)

@@ -90,6 +90,8 @@ Json fileJson(const Listing& listing, ItemId id)
     addPath(file, bytesFromNative(item.fullName()));
     file["size"] = item.info().size.bytes;
     file["modified"] = timeJson(item.info().modified);
+    if (const auto score = listing.score(id))
+        file["score"] = *score;
     if (listing.marksNew())
         file["new"] = listing.isNew(id);
     if (!listing.shape.columns.empty())

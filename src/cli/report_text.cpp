@@ -56,6 +56,8 @@ void writeFile(const Listing& listing, ItemId id, std::ostream& out)
     if (listing.marksNew())
         out << (listing.isNew(id) ? "+ " : "  ");
     out << printable(bytesFromNative(listing.file(id).fullName()));
+    if (const auto score = listing.score(id))
+        out << '\t' << filledText(TextId::scoreOfFile, {std::to_string(*score)});
     for (const PropRef& column : listing.shape.columns)
         out << '\t' << printable(toUtf8(cellText(listing.results.file(id), column, *listing.shape.properties)));
     out << '\n';

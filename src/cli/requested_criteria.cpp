@@ -15,13 +15,14 @@ bool namesAreKnown(const CScanNode& definition, const PropertyCatalogue& catalog
 
 }  // namespace
 
-Result<ScanCriteria> requestedCriteria(const ScanRequest& request, const PropertyCatalogue& catalogue)
+Result<ScanCriteria> requestedCriteria(const ScanRequest& request, const PropertyCatalogue& catalogue,
+                                       const SimilarContent& similar)
 {
     // Asked first, since without a descriptor there may be nothing else to compare either.
     ScanCriteria asked;
     asked.definition = request.definition;
     asked.options = request.options;
-    if (auto able = checkDescriptors(asked, nullptr); !able)
+    if (auto able = checkDescriptors(asked, &similar); !able)
         return able.error();
     auto criteria = makeCriteria(request.definition, request.options, catalogue);
     if (criteria || namesAreKnown(request.definition, catalogue))

@@ -10,8 +10,10 @@
 #include "cli/requested_criteria.h"
 #include "cli/scan_save.h"
 #include "cli/scan_watch.h"
+#include "cli/score_keeper.h"
 #include "cli/settings_in_force.h"
 #include "cli/settled_runs.h"
+#include "cli/similar_search.h"
 #include "cli/verbs.h"
 
 namespace kelvane {
@@ -55,6 +57,9 @@ void noteLeftOut(const ScanReport& report, const ScanCriteria& criteria, const C
     if (walk.withoutValue > 0)
         complain(console, filledText(walk.withoutValue == 1 ? TextId::oneWithoutValue : TextId::manyWithoutValue,
                                      {criteria.primary.info->name, std::to_string(walk.withoutValue)}));
+    for (const auto& [reason, files] : walk.undescribed)
+        complain(console, filledText(files == 1 ? TextId::oneUndescribed : TextId::manyUndescribed,
+                                     {reason, std::to_string(files)}));
     if (walk.offlineSkipped > 0)
         complain(console, countedText(walk.offlineSkipped, TextId::oneStoredElsewhere, TextId::manyStoredElsewhere));
     if (const std::uint64_t pairs = report.grouping.ignoredPairs; pairs > 0)
@@ -66,12 +71,23 @@ struct ScanOutcome {
     const ScanCriteria& criteria;
     const ScanReport& report;
     ResultsModel& results;
+    const FileScores& scores;
 };
 
-void print(OutputFormat format, const ScanOutcome& outcome, const Console& console)
+// Text is for the eye, which scores would only distract.
+bool showsScores(const ScanRequest& request, const ScanCriteria& criteria)
 {
+    return criteria.similarContents() && (request.format != OutputFormat::text || request.verbose);
+}
+
+void print(const ScanRequest& request, const ScanOutcome& outcome, const Console& console)
+{
+    const OutputFormat format = request.format;
     const ScanFigures figures = figuresOf(outcome.report, outcome.criteria.options);
-    const Listing listing{&outcome.criteria, figures.roots, figures, outcome.results, console.cancel};
+    const Listing listing{
+        &outcome.criteria, figures.roots,
+        figures,           outcome.results,
+        console.cancel,    {.scores = showsScores(request, outcome.criteria) ? &outcome.scores : nullptr}};
     writeReport(format, listing, console.out);
     console.out.flush();
     if (format == OutputFormat::text)
@@ -80,13 +96,13 @@ void print(OutputFormat format, const ScanOutcome& outcome, const Console& conso
 
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
 {
-    print(request.format, outcome, console);
+    print(request, outcome, console);
     const std::uint64_t skipped = outcome.report.walk.skipped + outcome.report.grouping.skipped;
     complainOfSkipped(skipped, watch, request, console);
     noteLeftOut(outcome.report, outcome.criteria, console);
     if (request.format != OutputFormat::json && console.cancel.cancelled())
         return ExitCode::cancelled;
-    return skipped > 0 ? ExitCode::incomplete : ExitCode::done;
+    return skipped > 0 || outcome.report.walk.undescribedFailed ? ExitCode::incomplete : ExitCode::done;
 }
 
 // Saved before it is printed: a reader that closes its pipe takes nothing away from the file.
@@ -104,23 +120,36 @@ ExitCode saveAndReport(const ScanRequest& request, const SaveTarget& target, con
         {rootFault ? ExitCode::incomplete : ExitCode::done, saved, report(request, outcome, watch, console)});
 }
 
-ExitCode scan(const ScanRequest& request, const SaveTarget& target, const IgnoredPairs& ignored, Platform& platform,
-              const Console& console)
+// What a scan was asked for, all of it checked.
+struct ScanJob {
+    const ScanRequest& request;
+    const SaveTarget& target;
+    const Settings& settings;
+    const IgnoredPairs& ignored;
+};
+
+ExitCode scan(const ScanJob& job, Platform& platform, const Console& console)
 {
+    const ScanRequest& request = job.request;
+    seedRandom(request.seed.value_or(platform.clock().ticks()));
     const PropertyAccess properties(platform, request.options);
-    const auto criteria = requestedCriteria(request, properties.catalogue);
+    SimilarSearch similar(request, job.settings, properties, ProbeNumbers::perPair, platform, console);
+    const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
         return refuse(console, criteria.error().detail);
     settleRuns(platform, console);
-    seedRandom(request.seed.value_or(platform.clock().ticks()));
     ResultsModel results;
+    ScoreKeeper keeper(results);
     ScanWatch watch(console, platform.clock(), request);
     const ScanPorts ports{
-        platform.shell(), platform.paths(), properties.source, platform.clock(), platform.priority(), watch,
-        console.cancel,   results,          nullptr,           &ignored};
+        platform.shell(), platform.paths(), properties.source,  platform.clock(), platform.priority(), watch,
+        console.cancel,   keeper,           &similar.content(), &job.ignored};
     const ScanReport scanned = runScan(*criteria, ports);
     watch.finish();
-    return saveAndReport(request, target, {*criteria, scanned, results}, watch, platform, console);
+    const ScanOutcome outcome{*criteria, scanned, results, keeper.scores()};
+    const ExitCode code = saveAndReport(request, job.target, outcome, watch, platform, console);
+    complainOfMissingTools(*properties.extraction, console);
+    return code;
 }
 
 void addSaveOptions(CLI::App& app, SaveTarget& target)
@@ -162,10 +191,10 @@ ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console&
     const auto request = makeRequest(raw, roots, platform.paths(), settings->options);
     if (!request)
         return refuse(console, request.error().detail);
-    const IgnoredPairs ignored(withIgnored ? std::span<const IgnoredGroup>{} : settings->ignored);
+    const IgnoredPairs ignored(withIgnored ? std::span<const IgnoredGroup>{} : settings->settings.ignoredGroups);
     if (const Status free = checkTarget(target, platform); !free)
         return refuse(console, free.error().detail);
-    return scan(*request, target, ignored, platform, console);
+    return scan({*request, target, settings->settings, ignored}, platform, console);
 }
 
 }  // namespace kelvane

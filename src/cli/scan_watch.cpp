@@ -26,6 +26,12 @@ void ScanWatch::skipped(const SkippedItem& item)
     skipped_.push_back(item);
 }
 
+// Listed like what could not be read; counted apart, by the reasons.
+void ScanWatch::undescribed(const SkippedItem& item)
+{
+    skipped(item);
+}
+
 void ScanWatch::finish()
 {
     if (line_)

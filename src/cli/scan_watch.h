@@ -20,6 +20,7 @@ public:
     void progress(const ScanProgress& progress) override;
     void ended() override;
     void skipped(const SkippedItem& item) override;
+    void undescribed(const SkippedItem& item) override;
 
     // Erases the progress line; to be called before anything else is written.
     void finish();

@@ -62,7 +62,7 @@ Result<ScanSettings> scanSettings(const std::string& iniFile, Platform& platform
         return settings.error();
     ScanSettings taken;
     applyEngineNumbers((*settings)->settings(), taken.options);
-    taken.ignored = (*settings)->settings().ignoredGroups;
+    taken.settings = (*settings)->settings();
     return taken;
 }
 

@@ -28,7 +28,7 @@ enum class NamedSettings { mustExist, mayBeNew };
 // What a scan takes from them.
 struct ScanSettings {
     EngineOptions options;
-    std::vector<IgnoredGroup> ignored;
+    Settings settings;
 };
 [[nodiscard]] Result<ScanSettings> scanSettings(const std::string& iniFile, Platform& platform, const Console& console);
 

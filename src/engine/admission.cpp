@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/matcher.h"
 #include "platform/native_text.h"
 
 namespace kelvane {
@@ -18,7 +19,9 @@ Admission::Admission(const ScanCriteria& criteria, ShellNamespace& shell, const 
       shell_(shell),
       properties_(properties),
       similar_(similar),
-      tinyLimit_(std::max(criteria.options.tinyFile.bytes, leastTinyLimit))
+      tinyLimit_(std::max(criteria.options.tinyFile.bytes, leastTinyLimit)),
+      descriptorIsPrimary_(isDescribed(criteria, similar) &&
+                           criteria.primary == properties.catalogue().stock(StockProperty::simDocDescriptor))
 {
 }
 
@@ -69,12 +72,21 @@ bool Admission::hasRightAttributes(const ShellItem& file) const
 
 bool Admission::hasRightContents(Candidate& file)
 {
+    if (descriptorIsPrimary_)
+        return mayHaveDescriptor(file);
     if (properties_.value(file, criteria_.primary).missing()) {
         ++withoutValue_;
         return false;
     }
-    return !similar_ || !criteria_.similarContents() || !similar_->supports(criteria_.category()) ||
-           similar_->admits(criteria_, file);
+    return !isDescribed(criteria_, similar_) || similar_->admits(criteria_, file);
+}
+
+// Whether it really has one is seen when its text was taken.
+bool Admission::mayHaveDescriptor(const Candidate& file)
+{
+    const bool may = similar_->mayAdmit(criteria_, file);
+    withoutValue_ += may ? 0 : 1;
+    return may;
 }
 
 }  // namespace kelvane

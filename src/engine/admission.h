@@ -25,7 +25,7 @@ public:
 
     // Files that stayed out because their contents would have had to be fetched.
     [[nodiscard]] std::uint64_t offlineSkipped() const { return offlineSkipped_; }
-    // Files that stayed out because they have no value for the primary property.
+    // Files that stayed out because they have no value for the primary property, or cannot have a descriptor.
     [[nodiscard]] std::uint64_t withoutValue() const { return withoutValue_; }
 
 private:
@@ -34,12 +34,14 @@ private:
     [[nodiscard]] bool isFetched(const ShellItem& file) const;
     [[nodiscard]] bool hasRightAttributes(const ShellItem& file) const;
     [[nodiscard]] bool hasRightContents(Candidate& file);
+    [[nodiscard]] bool mayHaveDescriptor(const Candidate& file);
 
     const ScanCriteria& criteria_;
     ShellNamespace& shell_;
     const PropertySource& properties_;
     SimilarContent* similar_;
     std::uint64_t tinyLimit_;
+    bool descriptorIsPrimary_;  // it is made after the test, in the background
     std::uint64_t offlineSkipped_ = 0;
     std::uint64_t withoutValue_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <numeric>
 
+#include "props/sim_doc_cache.h"
 #include "props/value_order.h"
 
 namespace kelvane {
@@ -65,12 +66,13 @@ bool sortKeys(std::vector<Key>& keys, const CancelFlag& cancel)
     return true;
 }
 
-// Documents are ordered by size, where "sizes too different to be scored" ends the inner walk; no two of them are known
-// to be equal by that.
-PropRef sortProperty(const ScanCriteria& criteria, const PropertyCatalogue& catalogue)
+// Documents are ordered by the sizes that their descriptors go by, where "sizes too different to be scored" ends the
+// inner walk; no two of them are known to be equal by that.
+PropValue documentSize(Candidate& file, const PropRef& descriptor)
 {
-    const bool byDescriptor = criteria.primary == catalogue.stock(StockProperty::simDocDescriptor);
-    return byDescriptor ? catalogue.byName("System.Size") : criteria.primary;
+    const Ref<const SimDocDescriptor> held = documentDescriptor(file, descriptor, {});
+    return held ? PropValue{PropKind::number, held->size(), {}}
+                : PropValue{PropKind::number, PROPCACHE::missingMark, {}};
 }
 
 // Signed numbers as unsigned ones of the same order.
@@ -82,12 +84,16 @@ std::uint64_t orderedBits(std::uint64_t bits)
 class Sorter {
 public:
     Sorter(CandidateList& list, const PropertySource& properties, const CancelFlag& cancel, PropRef property)
-        : list_(list), properties_(properties), cancel_(cancel), property_(property)
+        : list_(list),
+          properties_(properties),
+          cancel_(cancel),
+          property_(property),
+          documents_(property == properties.catalogue().stock(StockProperty::simDocDescriptor))
     {
     }
 
     // Nothing when cancelled.
-    std::optional<SortedCandidates> run(bool equalValuesAreOneClass)
+    std::optional<SortedCandidates> run()
     {
         const PropKind kind = property_.kind();
         std::optional<SortedCandidates> sorted;
@@ -96,12 +102,17 @@ public:
             sorted = sort(numbers);
         else
             sorted = sortValues();
-        if (sorted && !equalValuesAreOneClass)
+        if (sorted && documents_)
             std::iota(sorted->classes.begin(), sorted->classes.end(), 0);
         return sorted;
     }
 
 private:
+    [[nodiscard]] PropValue valueOf(Candidate& file) const
+    {
+        return documents_ ? documentSize(file, property_) : properties_.value(file, property_);
+    }
+
     template <class Take>
     bool forEach(Take take)
     {
@@ -109,7 +120,7 @@ private:
         for (Candidate& file : list_) {
             if (cancel_.cancelled())
                 return false;
-            if (!file.group.isExcluded() && !take(properties_.value(file, property_), index))
+            if (!file.group.isExcluded() && !take(valueOf(file), index))
                 return false;
             ++index;
         }
@@ -161,6 +172,7 @@ private:
     const PropertySource& properties_;
     const CancelFlag& cancel_;
     PropRef property_;
+    bool documents_;
 };
 
 }  // namespace
@@ -183,8 +195,7 @@ void prepareCandidates(const ScanCriteria& criteria, CandidateList& candidates, 
 std::optional<SortedCandidates> sortCandidates(const ScanCriteria& criteria, CandidateList& candidates,
                                                const PropertySource& properties, const CancelFlag& cancel)
 {
-    const PropRef property = sortProperty(criteria, properties.catalogue());
-    return Sorter(candidates, properties, cancel, property).run(property == criteria.primary);
+    return Sorter(candidates, properties, cancel, criteria.primary).run();
 }
 
 }  // namespace kelvane

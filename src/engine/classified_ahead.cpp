@@ -54,7 +54,8 @@ public:
         const std::size_t part = reached_++;
         return !tasks_ || tasks_->await(part, ports_.cancel, whileWaiting);
     }
-    std::uint32_t next(std::uint32_t position) const override { return links_.next(position); }
+    // Equal files are equal to one another, so that the chain of them holds whichever is the reference.
+    std::uint32_t next(std::uint32_t, std::uint32_t after) const override { return links_.next(after); }
     std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override
     {
         return classesAgree_ || sorted_.classes[a] == sorted_.classes[b];

@@ -18,7 +18,12 @@ GroupWalk::GroupWalk(const ScanCriteria& criteria, const GroupingPorts& ports, c
       ignored_(ports.ignored, ports.shell, criteria.options, ports.cancel),
       matcher_(criteria, ports.properties, ports.shell, contents_, ports.similar),
       pacer_(ports.clock, ports.observer),
+      whileWaiting_([this] {
+          if (pacer_.due())
+              report(seed_);
+      }),
       used_(sorted.size()),
+      scores_(criteria.similarContents() ? sorted.size() : 0),
       known_(ports.paths)
 {
     matcher_.setContentOracle([this](const Candidate&, const Candidate&) -> std::optional<ContentResult> {
@@ -26,26 +31,23 @@ GroupWalk::GroupWalk(const ScanCriteria& criteria, const GroupingPorts& ports, c
             return ContentResult::equal;
         return std::nullopt;
     });
+    matcher_.setScoreOracle([this] { return neighbours_->knownScore(compared_.first, compared_.second); });
 }
 
 bool GroupWalk::run(Neighbours& neighbours)
 {
     neighbours_ = &neighbours;
-    std::uint32_t seed = 0;
-    while (seed < sorted_.size() && seedGroup(seed))
-        ++seed;
-    report(seed);
-    return seed == sorted_.size();
+    seed_ = 0;
+    while (seed_ < sorted_.size() && seedGroup(seed_))
+        ++seed_;
+    report(seed_);
+    return seed_ == sorted_.size();
 }
 
 bool GroupWalk::seedGroup(std::uint32_t seed)
 {
-    const auto reportWhenDue = [&] {
-        if (pacer_.due())
-            report(seed);
-    };
-    reportWhenDue();
-    if (!neighbours_->ready(seed, reportWhenDue) || ports_.cancel.cancelled())
+    whileWaiting_();
+    if (!neighbours_->ready(seed, whileWaiting_) || ports_.cancel.cancelled())
         return false;
     if (used_[seed])
         return true;
@@ -60,7 +62,8 @@ bool GroupWalk::collect(std::uint32_t seed)
     approximate_ = false;
     reference_ = seed;
     bool knowsSeed = false;
-    for (std::uint32_t i = neighbours_->next(seed); i != Neighbours::none; i = neighbours_->next(i)) {
+    std::uint32_t i = seed;
+    while ((i = neighbours_->next(reference_, i)) != Neighbours::none) {
         if (used_[i])
             continue;
         const MatchResult result = compare(reference_, i);
@@ -75,26 +78,31 @@ bool GroupWalk::collect(std::uint32_t seed)
             knowsSeed = known_.insert(sorted_.at(seed).item());
         }
         approximate_ = approximate_ || result.approximate;
-        accept(i);
+        if (!scores_.empty())
+            scores_[i] = result.score;
+        if (accept(i) && !neighbours_->follow(i, whileWaiting_))
+            return false;
     }
     return true;
 }
 
 MatchResult GroupWalk::compare(std::uint32_t a, std::uint32_t b)
 {
+    compared_ = {a, b};
     return matcher_.compare(sorted_.at(a), sorted_.at(b), neighbours_->keysEqual(a, b));
 }
 
-void GroupWalk::accept(std::uint32_t candidate)
+bool GroupWalk::accept(std::uint32_t candidate)
 {
     used_[candidate] = true;
     Candidate& file = sorted_.at(candidate);
     if (!known_.insert(file.item())) {
         file.group.value = GroupField::excluded;
-        return;
+        return false;
     }
     members_.push_back(candidate);
     reference_ = candidate;
+    return true;
 }
 
 // A search for one file's duplicates keeps no other group.
@@ -161,7 +169,8 @@ void GroupWalk::handOver(std::uint32_t position, std::uint32_t flags)
     Candidate& file = sorted_.at(position);
     file.group.value = static_cast<std::int32_t>(stats_.groups);
     ports_.properties.groupChanged(file);
-    if (ports_.sink.add(file, flags))
+    const auto score = scores_.empty() ? std::nullopt : scores_[position];
+    if (ports_.sink.add(file, flags, score))
         ++stats_.grouped;
 }
 

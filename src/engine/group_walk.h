@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "engine/candidate_sort.h"
@@ -32,7 +33,8 @@ private:
     [[nodiscard]] bool seedGroup(std::uint32_t seed);
     [[nodiscard]] bool collect(std::uint32_t seed);
     [[nodiscard]] MatchResult compare(std::uint32_t a, std::uint32_t b);
-    void accept(std::uint32_t candidate);
+    // Whether the file is compared with from now on; a further name of a file that is in the group is not.
+    [[nodiscard]] bool accept(std::uint32_t candidate);
     [[nodiscard]] bool wanted(std::span<const std::uint32_t> group) const;
     [[nodiscard]] bool handOver(std::uint32_t seed);
     // Nothing when cancelled.
@@ -51,10 +53,15 @@ private:
     IgnoredSplitter ignored_;
     Matcher matcher_;
     ProgressPacer pacer_;
+    std::function<void()> whileWaiting_;  // reports where the walk stands
     Neighbours* neighbours_ = nullptr;
     std::vector<bool> used_;  // visited or excluded, by position
     std::vector<std::uint32_t> members_;
+    std::uint32_t seed_ = 0;
     std::uint32_t reference_ = 0;
+    std::pair<std::uint32_t, std::uint32_t> compared_;  // the pair that the matcher has in hand
+    // By position, of searches for similar contents: the score by which each file joined its group.
+    std::vector<std::optional<std::int32_t>> scores_;
     bool approximate_ = false;
     KnownFiles known_;
 };

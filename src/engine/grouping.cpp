@@ -3,6 +3,7 @@
 #include "base/text_table.h"
 #include "engine/candidate_sort.h"
 #include "engine/classified_ahead.h"
+#include "engine/described_candidates.h"
 #include "engine/group_walk.h"
 
 namespace kelvane {
@@ -30,7 +31,24 @@ std::unique_ptr<Neighbours> findNeighbours(const ScanCriteria& criteria, const S
 {
     if (criteria.exact() && criteria.options.classifyAhead)
         return classifyAhead(criteria, sorted, ports, mode.budget != nullptr ? *mode.budget : AheadBudget{}, stats);
+    if (isDescribed(criteria, ports.similar) && criteria.options.classifyAhead) {
+        if (auto narrowed = ports.similar->narrow(criteria, sorted, ports.cancel))
+            return narrowed;
+    }
     return std::make_unique<AllLater>(sorted);
+}
+
+// Earlier results bring no descriptors with them. False when cancelled.
+bool describeAgain(const ScanCriteria& criteria, CandidateList& candidates, const GroupingPorts& ports)
+{
+    if (!isDescribed(criteria, ports.similar))
+        return true;
+    const AnnouncedCandidates announced(ports.similar);
+    for (Candidate& file : candidates)
+        ports.similar->announce(criteria, file);
+    WalkStats unused;
+    return settleDescriptors(criteria, candidates,
+                             {ports.similar, ports.properties, ports.clock, ports.observer, ports.cancel}, unused);
 }
 
 }  // namespace
@@ -39,6 +57,8 @@ std::int64_t groupCandidates(const ScanCriteria& criteria, CandidateList& candid
                              const GroupingMode& mode, GroupingStats& stats)
 {
     stats = {};
+    if (mode.recheck && !describeAgain(criteria, candidates, ports))
+        return -1;
     prepareCandidates(criteria, candidates, ports.properties, mode);
     if (candidates.size() < 2)
         return 0;

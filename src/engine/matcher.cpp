@@ -194,17 +194,32 @@ MatchResult Matcher::similarContents(std::int32_t stage, Candidate& a, Candidate
         return {};
     if (similar_ == nullptr || !similar_->supports(criteria_.category()))
         return partedAt(stage);
-    const ContentScore score = similar_->compare(criteria_, a, b);
+    const auto known = scoreOracle_ ? scoreOracle_() : std::nullopt;
+    const ContentScore score = known ? *known : similar_->compare(criteria_, a, b);
     const bool similar = score.comparable && score.score >= criteria_.similarity;
-    if (report_ != nullptr) {
-        StageReport line{stage, "content", {}, {}, {}, {}, {}, 100.0 - criteria_.similarity, {}, similar};
-        if (score.comparable)
-            line.score = score.score;
-        report_->push_back(std::move(line));
-    }
+    if (report_ != nullptr)
+        reportScore(stage, score, similar);
     if (similar)
-        return {};
+        return {.score = score.score};
     return score.endsWalk ? partedAt(1, true) : partedAt(stage);
+}
+
+// Sizes that are too different have a number of their own in place of a score.
+void Matcher::reportScore(std::int32_t stage, const ContentScore& score, bool similar) const
+{
+    StageReport line;
+    line.stage = score.endsWalk ? 1 : stage;
+    line.name = "content";
+    line.equal = similar;
+    line.allowed = 100.0 - criteria_.similarity;
+    if (score.comparable || score.endsWalk)
+        line.score = score.score;
+    const auto measured = [](const ContentMeasure& measure) {
+        return measure.size == 0 && measure.length == 0 ? std::nullopt : std::optional(measure);
+    };
+    line.measureA = measured(score.a);
+    line.measureB = measured(score.b);
+    report_->push_back(std::move(line));
 }
 
 bool Matcher::sameSeries(Candidate& a, Candidate& b) const
@@ -240,12 +255,15 @@ bool comparedBySamples(const ShellItem& a, const ShellItem& b, const EngineOptio
     return isSampled(a.info().size, hugeLimit(options.hugeFile, plainFiles));
 }
 
+bool isDescribed(const ScanCriteria& criteria, const SimilarContent* similar)
+{
+    return similar != nullptr && criteria.similarContents() && similar->supports(criteria.category());
+}
+
 Status checkDescriptors(const ScanCriteria& criteria, const SimilarContent* similar)
 {
     const Category category = criteria.category();
-    if (!criteria.similarContents() || category >= Category::folders)
-        return {};
-    if (similar != nullptr && similar->supports(category))
+    if (!criteria.similarContents() || category >= Category::folders || isDescribed(criteria, similar))
         return {};
     const auto& categories = criteria.options.categories;
     const auto index = static_cast<std::size_t>(category);

@@ -19,8 +19,9 @@ namespace kelvane {
 // stage, then the content stage), -1 when cancelled.
 struct MatchResult {
     std::int32_t stage = 0;
-    bool endsWalk = false;     // no later file in sort order can match the seed either
-    bool approximate = false;  // contents were sampled
+    bool endsWalk = false;                             // no later file in sort order can match the seed either
+    bool approximate = false;                          // contents were sampled
+    std::optional<std::int32_t> score = std::nullopt;  // of similar contents, where they were compared
     [[nodiscard]] bool match() const { return stage == 0; }
     [[nodiscard]] bool cancelled() const { return stage < 0; }
 };
@@ -35,6 +36,8 @@ struct StageReport {
     std::optional<double> allowed;      // percent
     std::optional<std::int32_t> score;  // of a similar-content stage
     bool equal = false;
+    // How much was compared, of a similar-content stage.
+    std::optional<ContentMeasure> measureA = std::nullopt, measureB = std::nullopt;
 };
 
 // Decides for pairs. One a thread. Ports outlive it.
@@ -51,6 +54,10 @@ public:
     using ContentOracle = std::function<std::optional<ContentResult>(const Candidate& a, const Candidate& b)>;
     void setContentOracle(ContentOracle oracle) { oracle_ = std::move(oracle); }
 
+    // The same for similar contents: the score of the pair that is being compared, where it is known.
+    using ScoreOracle = std::function<std::optional<ContentScore>()>;
+    void setScoreOracle(ScoreOracle oracle) { scoreOracle_ = std::move(oracle); }
+
     // Every stage up to the one that parts the two (that one included) is appended to `report` from now on.
     void reportTo(std::vector<StageReport>* report) { report_ = report; }
 
@@ -64,6 +71,7 @@ private:
     [[nodiscard]] bool sameType(std::int32_t stage, const Candidate& a, const Candidate& b) const;
     [[nodiscard]] MatchResult exactContents(std::int32_t stage, const Candidate& a, const Candidate& b);
     [[nodiscard]] MatchResult similarContents(std::int32_t stage, Candidate& a, Candidate& b);
+    void reportScore(std::int32_t stage, const ContentScore& score, bool similar) const;
     [[nodiscard]] bool sameSeries(Candidate& a, Candidate& b) const;
     void reportProperty(std::size_t index, Candidate& a, Candidate& b, std::optional<std::int32_t> percent,
                         bool equal) const;
@@ -77,11 +85,15 @@ private:
     bool keepsSeriesApart_;
     PropRef folderName_;
     ContentOracle oracle_;
+    ScoreOracle scoreOracle_;
     std::vector<StageReport>* report_ = nullptr;
 };
 
 // Whether the sizes alone say that contents are compared over samples: by the limit of the pair.
 [[nodiscard]] bool comparedBySamples(const ShellItem& a, const ShellItem& b, const EngineOptions& options);
+
+// Whether the criteria ask for similar contents of a category that `similar` has descriptors for; it may be null.
+[[nodiscard]] bool isDescribed(const ScanCriteria& criteria, const SimilarContent* similar);
 
 // `notSupported`, with a message that names the category, when the criteria need a descriptor that nothing supplies.
 [[nodiscard]] Status checkDescriptors(const ScanCriteria& criteria, const SimilarContent* similar);

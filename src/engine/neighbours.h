@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "engine/candidate_sort.h"
+#include "engine/similar_content.h"
 
 namespace kelvane {
 
@@ -23,8 +24,20 @@ public:
     {
         return true;
     }
-    // The nearest later position that may match this one, or none.
-    [[nodiscard]] virtual std::uint32_t next(std::uint32_t position) const = 0;
+    // Called when a found file becomes the one that others are compared with; waits like ready().
+    [[nodiscard]] virtual bool follow(std::uint32_t /*reference*/, const std::function<void()>& /*whileWaiting*/)
+    {
+        return true;
+    }
+    // The nearest position behind `after` that may match the reference, or none. `after` is the last one tried, and not
+    // before the reference.
+    [[nodiscard]] virtual std::uint32_t next(std::uint32_t reference, std::uint32_t after) const = 0;
+    // What comparing the contents of the two gave, where that is known.
+    [[nodiscard]] virtual std::optional<ContentScore> knownScore(std::uint32_t /*reference*/,
+                                                                 std::uint32_t /*position*/) const
+    {
+        return std::nullopt;
+    }
     // Whether the two have equal primary values by the sort.
     [[nodiscard]] virtual std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const = 0;
     // Whether this file and its neighbours were read already and have equal contents.
@@ -38,9 +51,9 @@ public:
 class AllLater final : public Neighbours {
 public:
     explicit AllLater(const SortedCandidates& sorted) : sorted_(sorted) {}
-    [[nodiscard]] std::uint32_t next(std::uint32_t position) const override
+    [[nodiscard]] std::uint32_t next(std::uint32_t /*reference*/, std::uint32_t after) const override
     {
-        return position + 1 < sorted_.size() ? position + 1 : none;
+        return after + 1 < sorted_.size() ? after + 1 : none;
     }
     [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override
     {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text_table.h"
+#include "engine/described_candidates.h"
 
 namespace kelvane {
 namespace {
@@ -84,6 +85,10 @@ bool gather(const ScanCriteria& criteria, const ScanPorts& ports, CandidateList&
     for (std::size_t i = 0; finished && i < report.roots.roots.size(); ++i)
         finished = walker.walk(report.roots.roots[i]) == WalkResult::done;
     report.walk = walker.stats();
+    finished =
+        finished &&
+        settleDescriptors(criteria, candidates,
+                          {ports.similar, ports.properties, ports.clock, ports.observer, ports.cancel}, report.walk);
     report.walkSeconds = static_cast<double>(ports.clock.ticks() - start) / 1000.0;
     report.candidates = candidates.size();
     report.candidateBytes = totalBytes(candidates);
@@ -94,6 +99,7 @@ void runPhases(const ScanCriteria& criteria, const ScanPorts& ports, ScanReport&
 {
     report.roots = prepareRoots(criteria, ports);
     CandidateList candidates;
+    const AnnouncedCandidates announced(ports.similar);
     if (!gather(criteria, ports, candidates, report)) {
         report.rows = -1;
         return;

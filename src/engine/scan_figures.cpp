@@ -120,6 +120,8 @@ ScanFigures figuresOf(const ScanReport& report, const EngineOptions& options)
     figures.skipped = report.walk.skipped + report.grouping.skipped;
     figures.offlineSkipped = report.walk.offlineSkipped;
     figures.withoutValue = report.walk.withoutValue;
+    for (const auto& [reason, files] : report.walk.undescribed)
+        figures.withoutValue += files;
     figures.seconds = report.seconds;
     figures.walkSeconds = report.walkSeconds;
     figures.sortSeconds = report.grouping.sortSeconds;

@@ -12,7 +12,8 @@
 
 namespace kelvane {
 
-enum class ScanPhase { gathering = 1, sorting = 2, comparing = 3 };
+// Describing belongs to the first phase: it goes on while files are gathered, and is waited for after that.
+enum class ScanPhase { gathering = 1, sorting = 2, comparing = 3, describing = 4 };
 
 // How far a phase has come. Totals are 0 while they are not known.
 struct ScanProgress {
@@ -45,6 +46,8 @@ public:
     // A notice that is shown once for ever, until the person asks not to see it again.
     virtual void notice(std::u16string_view /*text*/) {}
     virtual void skipped(const SkippedItem& /*item*/) {}
+    // A file that took no part since it has no descriptor; the error's detail says why.
+    virtual void undescribed(const SkippedItem& /*item*/) {}
     // A sound: the scan took long and is done, or it could not begin.
     enum class Sound { information, error };
     virtual void sound(Sound /*sound*/) {}

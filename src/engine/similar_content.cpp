@@ -4,6 +4,11 @@
 
 namespace kelvane {
 
+std::string causeText(const NoDescriptorCause& cause)
+{
+    return cause.detail.empty() ? cause.reason : cause.reason + " (" + cause.detail + ')';
+}
+
 bool SimilarContent::mayAdmit(const ScanCriteria&, const ItemContext&) const
 {
     return true;
@@ -16,6 +21,8 @@ bool SimilarContent::settle(const CancelFlag& cancel, const std::function<void(s
 {
     return !cancel.cancelled();
 }
+
+void SimilarContent::abandon() noexcept {}
 
 std::unique_ptr<Neighbours> SimilarContent::narrow(const ScanCriteria&, const SortedCandidates&, const CancelFlag&)
 {

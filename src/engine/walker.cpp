@@ -7,6 +7,7 @@
 #include "engine/admission.h"
 #include "engine/descend.h"
 #include "engine/folder_prefetch.h"
+#include "engine/matcher.h"
 #include "engine/walk_progress.h"
 #include "platform/native_text.h"
 
@@ -113,8 +114,12 @@ private:
     void takeFile(const Ref<ShellItem>& file)
     {
         ++stats_.filesSeen;
-        if (auto candidate = admission_.test(file))
-            candidates_.push_back(*std::move(candidate));
+        auto candidate = admission_.test(file);
+        if (!candidate)
+            return;
+        candidates_.push_back(*std::move(candidate));
+        if (isDescribed(criteria_, ports_.similar))
+            ports_.similar->announce(criteria_, candidates_.back());
     }
 
     void push(const Ref<ShellItem>& folder)

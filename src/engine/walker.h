@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -23,7 +24,9 @@ struct WalkStats {
     std::uint64_t filesSeen = 0;  // before any test
     std::uint64_t skipped = 0;    // roots and folders that could not be read; not those that vanished meanwhile
     std::uint64_t offlineSkipped = 0;
-    std::uint64_t withoutValue = 0;  // files that have no value for the primary property
+    std::uint64_t withoutValue = 0;                    // files that have no value for the primary property
+    std::map<std::string, std::uint64_t> undescribed;  // files that got no descriptor, by the reason
+    bool undescribedFailed = false;                    // for some of them, another try may do better
 };
 
 // Everything the walk asks of the world; all of it outlives the walker.
@@ -51,6 +54,7 @@ public:
 
     // A root that cannot be parsed or listed is skipped and told to the observer. A root that is a file stands for
     // itself only. Where archives are entered, an archive is walked as a folder and stays a candidate file as well.
+    // Candidates that are to be described are announced; the list then has to be settled before it is used or ended.
     // After `cancelled` the walker is good for nothing but its statistics.
     [[nodiscard]] WalkResult walk(const std::string& root);
 

@@ -8,7 +8,7 @@ namespace kelvane {
 ResultsModel::ResultsModel() = default;
 ResultsModel::~ResultsModel() = default;
 
-Status ResultsModel::add(const Candidate& file, std::uint32_t flags)
+Status ResultsModel::add(const Candidate& file, std::uint32_t flags, std::optional<std::int32_t> /*score*/)
 {
     add(file.itemRef(), static_cast<std::uint32_t>(file.group.value), (flags & add_flag::approximate) != 0);
     return {};

@@ -48,7 +48,7 @@ public:
 
     // Filling, at the end of the list. Items of one group come one after the other. What was done before cannot be
     // undone any more.
-    [[nodiscard]] Status add(const Candidate& file, std::uint32_t flags) override;
+    [[nodiscard]] Status add(const Candidate& file, std::uint32_t flags, std::optional<std::int32_t> score) override;
     void add(Ref<const ShellItem> file, std::uint32_t groupNumber, bool approximate);
     void selectLast() override;
     // Everything goes, history included; options and observers stay.

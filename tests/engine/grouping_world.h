@@ -19,6 +19,7 @@ public:
         std::string path;
         std::int32_t group = 0;
         bool approximate = false;
+        std::optional<std::int32_t> score = std::nullopt;
         friend bool operator==(const Row&, const Row&) = default;
         friend std::ostream& operator<<(std::ostream& out, const Row& row)
         {
@@ -26,12 +27,12 @@ public:
         }
     };
 
-    Status add(const Candidate& file, std::uint32_t flags) override
+    Status add(const Candidate& file, std::uint32_t flags, std::optional<std::int32_t> score) override
     {
         const std::string path = posix(file.item().fullName());
         if (path == refuses)
             return Error{};
-        rows.push_back({path, file.group.value, (flags & add_flag::approximate) != 0});
+        rows.push_back({path, file.group.value, (flags & add_flag::approximate) != 0, score});
         return {};
     }
     void selectLast() override { ++selections; }

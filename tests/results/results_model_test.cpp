@@ -20,7 +20,7 @@ TEST(ResultsModel, KeepsTheGroupsAsTheyAreHandedOver)
     {
         const Candidate files[] = {candidate("/a", 1), candidate("/b", 1), candidate("/c", 2), candidate("/d", 2)};
         for (const Candidate& file : files)
-            EXPECT_TRUE(model.add(file, file.group.value == 2 ? add_flag::approximate : 0));
+            EXPECT_TRUE(model.add(file, file.group.value == 2 ? add_flag::approximate : 0, {}));
     }
     ASSERT_EQ(model.rowCount(), 4u);
     ASSERT_EQ(model.groupCount(), 2u);

@@ -1,0 +1,58 @@
+// Similar documents found ahead of the group walk, by workers.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "base/cancel.h"
+#include "engine/document_pairs.h"
+#include "engine/neighbours.h"
+#include "engine/ordered_tasks.h"
+
+namespace kelvane {
+
+// The documents by position, in ascending order of their sizes.
+struct OrderedDocuments {
+    std::vector<Ref<const SimDocDescriptor>> descriptors;  // null: there is none
+    std::vector<std::uint32_t> types;                      // equal for files that may match; empty: all may
+};
+
+// For each position the nearest later one that matches is looked for ahead, in the order of the walk: a group is a
+// chain, so that further ones are wanted only where the nearest is taken already. Those the walk compares itself.
+class DocumentNeighbours final : public Neighbours {
+public:
+    // Whether a pair may match at all. Thread-safe; empty: every pair is compared.
+    using PairFilter = std::function<bool(std::uint32_t a, std::uint32_t b)>;
+
+    DocumentNeighbours(OrderedDocuments documents, const DocumentPairs& pairs, PairFilter filter, unsigned threads,
+                       const CancelFlag& cancel);
+
+    [[nodiscard]] bool ready(std::uint32_t position, const std::function<void()>& whileWaiting) override;
+    [[nodiscard]] bool follow(std::uint32_t reference, const std::function<void()>& whileWaiting) override;
+    [[nodiscard]] std::uint32_t next(std::uint32_t reference, std::uint32_t after) const override;
+    [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override { return a == b; }
+    [[nodiscard]] std::optional<ContentScore> knownScore(std::uint32_t reference,
+                                                         std::uint32_t position) const override;
+
+private:
+    struct Nearest {
+        std::uint32_t position = none;
+        std::int32_t score = 0;
+    };
+
+    [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(documents_.descriptors.size()); }
+    // The nearest position behind `after` that nothing but the score may part from the reference, or none.
+    [[nodiscard]] std::uint32_t comparable(std::uint32_t reference, std::uint32_t after) const;
+    void findNearest(std::uint32_t reference);
+
+    const OrderedDocuments documents_;
+    const DocumentPairs pairs_;
+    const PairFilter filter_;
+    const CancelFlag& cancel_;
+    std::vector<Nearest> nearest_;  // each written by one worker, read once its task is done
+    OrderedTasks tasks_;            // last: its threads use everything above
+};
+
+}  // namespace kelvane
