@@ -17,7 +17,7 @@ struct PropertyAccess {
     PropertyAccess& operator=(const PropertyAccess&) = delete;
 
     std::unique_ptr<TextExtraction> extraction;  // starts its workers when the first text is asked for
-    std::unique_ptr<PropertyReaders> readers;    // those of the platform, and what documents say of themselves
+    std::unique_ptr<PropertyReaders> readers;    // what documents say of themselves, and what the platform reads
     PropertyCatalogue catalogue;
     PropertySource source;
 };

@@ -33,7 +33,11 @@ protected:
             world.cancel, [](std::uint64_t) {}, none));
         return documentDescriptor(file, world.catalogue.stock(StockProperty::simDocDescriptor), {});
     }
-    void useCache() { world.cache = *world.caches.open(1 << 20); }
+    void useCache()
+    {
+        auto opened = world.caches.open(1 << 20);
+        world.cache = std::move(*opened);
+    }
 
     DocumentWorld world;
     std::vector<std::string> causes;

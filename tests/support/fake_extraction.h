@@ -26,7 +26,7 @@ public:
         while (blocked && !cancel.cancelled())
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         if (cancel.cancelled())
-            return {.outcome = TextOutcome::cancelled};
+            return ended(TextOutcome::cancelled, {});
         const auto found = documents_.find(path);
         return found != documents_.end() ? found->second : ExtractedDocument{};
     }
@@ -37,17 +37,20 @@ public:
     // As a file that is its text and nothing else.
     void setPlain(const std::string& path, std::u16string text)
     {
-        documents_[path] = {.outcome = TextOutcome::extracted, .text = std::move(text), .plain = true};
+        setRich(path, std::move(text));
+        documents_[path].plain = true;
     }
     // As the text of a format that wraps it.
     void setRich(const std::string& path, std::u16string text)
     {
-        const std::uint64_t weight = text.size();
-        documents_[path] = {.outcome = TextOutcome::extracted, .text = std::move(text), .weight = weight};
+        ExtractedDocument document = ended(TextOutcome::extracted, {});
+        document.weight = text.size();
+        document.text = std::move(text);
+        documents_[path] = std::move(document);
     }
     void fail(const std::string& path, TextOutcome outcome, std::string detail = {})
     {
-        documents_[path] = {.outcome = outcome, .detail = std::move(detail)};
+        documents_[path] = ended(outcome, std::move(detail));
     }
 
     ExtractionOptions settings;
@@ -56,6 +59,14 @@ public:
     std::function<void(const std::string& path)> onExtract;
 
 private:
+    static ExtractedDocument ended(TextOutcome outcome, std::string detail)
+    {
+        ExtractedDocument document;
+        document.outcome = outcome;
+        document.detail = std::move(detail);
+        return document;
+    }
+
     std::map<std::string, ExtractedDocument> documents_;
 };
 
