@@ -75,7 +75,8 @@ RecordingSink groupLibrary(DocumentWorld& world, const ScanCriteria& by)
     CandidateList list;
     world.gather(list);
     RecordingSink sink;
-    EXPECT_EQ(world.group(by, list, sink), static_cast<std::int64_t>(sink.rows.size()));
+    const std::int64_t rows = world.group(by, list, sink);
+    EXPECT_EQ(rows, static_cast<std::int64_t>(sink.rows.size()));
     return sink;
 }
 
@@ -93,13 +94,14 @@ int chainsIn(const RecordingSink& sink, DocumentWorld& world, const ScanCriteria
 
 TEST(RandomDocuments, GroupTheSamePairByPairAndFoundAhead)
 {
+    constexpr std::int32_t similarities[] = {85, 350, 550};  // the last ones leave the most edited copies apart
     int chains = 0;
     std::size_t rows = 0;
     for (unsigned seed = 1; seed <= 12; ++seed) {
         DocumentWorld world;
-        Library(seed).fill(world, 40);
+        Library(seed).fill(world, 30);
         for (const std::uint32_t flags : {0u, scan_flag::sameType}) {
-            const ScanCriteria by = world.alike(seed % 3 == 0 ? 100 : 85, flags);
+            const ScanCriteria by = world.alike(similarities[seed % 3], flags);
             ScanCriteria pairwise = by;
             pairwise.options.classifyAhead = false;
             const RecordingSink plain = groupLibrary(world, pairwise);
@@ -111,7 +113,7 @@ TEST(RandomDocuments, GroupTheSamePairByPairAndFoundAhead)
             }
         }
     }
-    EXPECT_GT(rows, 300u);
+    EXPECT_GT(rows, 200u);
     EXPECT_GT(chains, 0) << "no group was a chain";
 }
 
