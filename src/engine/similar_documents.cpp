@@ -9,6 +9,7 @@
 #include "engine/background_work.h"
 #include "engine/classified_ahead.h"
 #include "engine/document_description.h"
+#include "engine/document_filter.h"
 #include "engine/document_neighbours.h"
 #include "props/sim_doc_cache.h"
 
@@ -103,9 +104,11 @@ public:
             documents.descriptors.push_back(descriptorOf(criteria, sorted.at(i)));
         if (criteria.has(scan_flag::sameType))
             documents.types = typesOf(sorted);
-        return std::make_unique<DocumentNeighbours>(std::move(documents),
-                                                    DocumentPairs(pairNumber_, criteria.similarity),
-                                                    DocumentNeighbours::PairFilter(), threads_, cancel);
+        DocumentNeighbours::PairFilter filter;
+        if (!criteria.options.exhaustive)
+            filter = makeDocumentFilter(documents, criteria.similarity, threads_, cancel);
+        const DocumentPairs pairs(pairNumber_, criteria.similarity);
+        return std::make_unique<DocumentNeighbours>(std::move(documents), pairs, std::move(filter), threads_, cancel);
     }
 
 private:

@@ -101,7 +101,8 @@ TEST(RandomDocuments, GroupTheSamePairByPairAndFoundAhead)
         DocumentWorld world;
         Library(seed).fill(world, 30);
         for (const std::uint32_t flags : {0u, scan_flag::sameType}) {
-            const ScanCriteria by = world.alike(similarities[seed % 3], flags);
+            ScanCriteria by = world.alike(similarities[seed % 3], flags);
+            by.options.exhaustive = true;
             ScanCriteria pairwise = by;
             pairwise.options.classifyAhead = false;
             const RecordingSink plain = groupLibrary(world, pairwise);
