@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/utf.h"
+#include "text/document_values.h"
 #include "text/property_values.h"
 
 namespace kelvane {
@@ -12,24 +13,19 @@ namespace {
 constexpr std::size_t longestValue = 32 * 1024;
 constexpr std::size_t mostValues = 256;
 
-std::vector<std::u16string> splitValues(const std::vector<std::string>& values, std::string_view separators)
+RawValue listValue(const std::vector<std::string>& values, std::u16string_view separators)
 {
     std::vector<std::u16string> all;
-    for (std::string_view rest : values) {
-        while (!rest.empty()) {
-            const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
-            if (const auto one = trimmed(rest.substr(0, end)); !one.empty() && all.size() < mostValues)
-                all.push_back(toUtf16(one));
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
-    }
-    return all;
+    for (const std::string& value : values)
+        for (std::u16string& one : listOf(toUtf16(value), separators))
+            if (all.size() < mostValues)
+                all.push_back(std::move(one));
+    return all.empty() ? RawValue{} : RawValue::texts(std::move(all));
 }
 
-RawValue timeValue(std::optional<FileTime> time)
+RawValue momentValue(std::optional<FileTime> time)
 {
-    return time && time->ticks > 0 ? RawValue::number(VarType::fileTime, static_cast<std::uint64_t>(time->ticks))
-                                   : RawValue{};
+    return time ? dateValue(*time) : RawValue{};
 }
 
 template <class Number>
@@ -44,20 +40,15 @@ RawValue minutesValue(std::string_view text)
     return minutes ? RawValue::number(VarType::uint64, *minutes * std::uint64_t{60} * ticksPerSecond) : RawValue{};
 }
 
-RawValue textsValue(std::vector<std::u16string> texts)
-{
-    return texts.empty() ? RawValue{} : RawValue::texts(std::move(texts));
-}
-
 RawValue valueOf(ValueShape shape, const std::vector<std::string>& values)
 {
     switch (shape) {
     case ValueShape::texts:
-        return textsValue(splitValues(values, ";"));
+        return listValue(values, u";");
     case ValueShape::keywords:
-        return textsValue(splitValues(values, ";,"));
+        return listValue(values, u";,");
     case ValueShape::date:
-        return timeValue(isoDate(values[0]));
+        return momentValue(parseIsoDate(values[0]));
     case ValueShape::count:
         return numberValue(VarType::int32, wholeNumber(values[0]));
     case ValueShape::minutes:

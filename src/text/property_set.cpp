@@ -5,9 +5,8 @@
 #include <limits>
 #include <optional>
 
-#include "base/utf.h"
+#include "text/document_values.h"
 #include "text/little_endian.h"
-#include "text/property_values.h"
 
 namespace kelvane {
 namespace {
@@ -133,16 +132,10 @@ private:
     std::uint16_t codePage_ = 1252;
 };
 
-RawValue textsValue(std::u16string_view text, std::u16string_view separators)
+RawValue listValue(std::u16string_view text, std::u16string_view separators)
 {
-    std::vector<std::u16string> texts;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of(separators), text.size());
-        if (const auto one = trimmed(toUtf8(text.substr(0, end))); !one.empty())
-            texts.push_back(toUtf16(one));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return texts.empty() ? RawValue{} : RawValue::texts(std::move(texts));
+    auto values = listOf(text, separators);
+    return values.empty() ? RawValue{} : RawValue::texts(std::move(values));
 }
 
 RawValue valueOf(const PropertySet& set, const NumberedRule& rule, const TextDecoding& decoding)
@@ -151,9 +144,9 @@ RawValue valueOf(const PropertySet& set, const NumberedRule& rule, const TextDec
     case Shape::text:
         return RawValue::text(set.text(rule.number, decoding));
     case Shape::texts:
-        return textsValue(set.text(rule.number, decoding), u";");
+        return listValue(set.text(rule.number, decoding), u";");
     case Shape::keywords:
-        return textsValue(set.text(rule.number, decoding), u";,");
+        return listValue(set.text(rule.number, decoding), u";,");
     case Shape::count:
         if (const auto count = set.count(rule.number))
             return RawValue::number(VarType::int32, *count);

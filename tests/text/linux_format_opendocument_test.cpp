@@ -6,19 +6,10 @@ namespace kelvane {
 namespace {
 
 using testing::DocumentWorld;
-using testing::MadeEntry;
+using testing::makeOdf;
 using testing::makeZip;
 using testing::officeWorld;
 using testing::valueText;
-
-std::string makeOdf(const std::string& body, const std::string& kind = "text", std::vector<MadeEntry> others = {})
-{
-    std::vector<MadeEntry> entries{{"mimetype", "application/vnd.oasis.opendocument." + kind}};
-    entries.push_back({"content.xml", "<office:document-content>\n <office:body>" + body +
-                                          "</office:body>\n</office:document-content>"});
-    entries.insert(entries.end(), others.begin(), others.end());
-    return makeZip(entries, true);
-}
 
 ExtractedDocument extract(const std::string& bytes, std::string_view name = "a.odt")
 {

@@ -8,35 +8,9 @@ namespace {
 
 using testing::DocumentWorld;
 using testing::FakeFilters;
+using testing::makePdf;
 using testing::officeWorld;
 using testing::valueText;
-
-// A PDF of one page for each text, lines parted by '\n'. The table of objects is left out: readers build it anew.
-std::string makePdf(const std::vector<std::string>& pages, const std::string& facts = "",
-                    const std::string& trailer = "")
-{
-    std::string kids, objects;
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-        const std::string page = std::to_string(10 + 2 * i), content = std::to_string(11 + 2 * i);
-        kids += page + " 0 R ";
-        objects += page + " 0 obj <</Type/Page/Parent 2 0 R/MediaBox[0 0 600 800]/Resources<</Font<</F 3 0 R>>>>" +
-                   "/Contents " + content + " 0 R>> endobj\n";
-        std::string stream = "BT /F 12 Tf 14 TL 50 700 Td ";
-        std::string_view rest = pages[i];
-        while (!rest.empty()) {
-            const std::size_t end = std::min(rest.find('\n'), rest.size());
-            stream += "(" + std::string(rest.substr(0, end)) + ") Tj T* ";
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
-        stream += "ET";
-        objects += content + " 0 obj <</Length " + std::to_string(stream.size()) + ">> stream\n" + stream +
-                   "\nendstream endobj\n";
-    }
-    return "%PDF-1.4\n1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj\n2 0 obj <</Type/Pages/Count " +
-           std::to_string(pages.size()) + "/Kids[" + kids + "]>> endobj\n" +
-           "3 0 obj <</Type/Font/Subtype/Type1/BaseFont/Helvetica/Encoding/WinAnsiEncoding>> endobj\n" + objects +
-           "4 0 obj <<" + facts + ">> endobj\ntrailer <</Root 1 0 R/Info 4 0 R" + trailer + ">>\n%%EOF\n";
-}
 
 ExtractedDocument extractWith(FakeFilters filters, std::string content = "%PDF-1.4")
 {
