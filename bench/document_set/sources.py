@@ -23,6 +23,9 @@ PLACES = {
 }
 UNWANTED = re.compile(r"[^\n\t -\ud7ff\ue000-\ufffd\U00010000-\U0010ffff]|[\x7f-\x9f]")
 
+# Rules drawn across a page: as wide as the page that the text was set for.
+RULES = re.compile(r"([^\w\s])\1{3,}")
+
 
 class Page(html.parser.HTMLParser):
     """The paragraphs of an HTML page, as its block elements part them."""
@@ -95,7 +98,7 @@ def paragraphs_of(place):
     paragraphs = []
     room = MOST_CHARACTERS
     for line in lines:
-        paragraph = re.sub(r"\s+", " ", UNWANTED.sub("", line)).strip()
+        paragraph = re.sub(r"\s+", " ", RULES.sub(r"\1\1\1", UNWANTED.sub("", line))).strip()
         room -= len(paragraph) + 1
         if room < 0:
             break
