@@ -1,0 +1,46 @@
+// Zip packages, down to the library that reads them.
+#include <cstdlib>
+
+#include "../support/bytes_file.h"
+#include "platform/linux/adapters.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::uint64_t limit = 4096;
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+// Every other part is passed over, which makes the library seek.
+void tryPackage(std::string bytes)
+{
+    testing::BytesFile file(std::move(bytes));
+    const auto packages = makeLibarchivePackages();
+    unsigned parts = 0;
+    bool failed = false;
+    const Status status = packages->walk(file, [&](PackagePart& part) {
+        if (++parts % 2 == 0)
+            return true;
+        bool cut = false;
+        const auto content = part.read(limit, &cut);
+        require(!content || content->size() <= limit);
+        require(!content || !cut || content->size() == limit);
+        failed = failed || !content;
+        return true;
+    });
+    require(parts <= 65'535);
+    require(!failed || !status);
+}
+
+}  // namespace
+}  // namespace kelvane
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    kelvane::tryPackage({reinterpret_cast<const char*>(data), size});
+    return 0;
+}
