@@ -1,7 +1,5 @@
 #include "text/format_mail.h"
 
-#include <chrono>
-
 #include <gtest/gtest.h>
 
 #include "support/document_world.h"
@@ -92,6 +90,7 @@ TEST(Mail, HeaderBecomesProperties)
     EXPECT_EQ(valueText(document, "System.Message.HasAttachments"), "65535");
 }
 
+// Quadratic work on any of these would not end within the time that a test is given.
 TEST(Mail, HostileMessagesTakeNoLongerThanOthers)
 {
     std::string nested(head), parts = std::string(head) + "Content-Type: multipart/mixed; boundary=A\n\n";
@@ -103,12 +102,10 @@ TEST(Mail, HostileMessagesTakeNoLongerThanOthers)
     std::string words = std::string(head.substr(0, head.find("Subject"))) + "Date: x\nSubject: ";
     for (int i = 0; i < 100'000; ++i)
         words += "=?a?b?";
-    const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(read(nested).outcome, TextOutcome::extracted);
     EXPECT_EQ(textOf(parts).substr(0, 5), "x\nx\nx");
     EXPECT_EQ(read(words).outcome, TextOutcome::extracted);
     EXPECT_EQ(read(std::string(head) + std::string(1'000'000, '(')).outcome, TextOutcome::extracted);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 }  // namespace

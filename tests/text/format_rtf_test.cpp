@@ -1,7 +1,5 @@
 #include "text/format_rtf.h"
 
-#include <chrono>
-
 #include <gtest/gtest.h>
 
 #include "support/document_world.h"
@@ -70,6 +68,7 @@ TEST(Rtf, InfoBecomesProperties)
     EXPECT_EQ(valueText(document, "System.Document.DateSaved"), "");  // no such month
 }
 
+// Quadratic work on any of these would not end within the time that a test is given.
 TEST(Rtf, HostileDocumentsTakeNoLongerThanOthers)
 {
     const auto repeated = [](std::string_view piece, std::size_t count) {
@@ -78,14 +77,12 @@ TEST(Rtf, HostileDocumentsTakeNoLongerThanOthers)
             body += piece;
         return body;
     };
-    const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(textOf(repeated("{\\b", 100'000) + " deep" + repeated("}", 100'000) + " out"), "deep out");
     EXPECT_EQ(textOf(repeated("{", 1'100'000) + "deep" + repeated("}", 1'100'000) + "out"), "deepout");
     EXPECT_EQ(textOf(repeated("\\", 1'000'000)), std::string(65'536, '\\'));
     EXPECT_EQ(textOf("{\\fonttbl{\\f1\\fcharset204 x;}}" + repeated("\\f1\\'cf\\f0\\'e9", 40'000)).substr(0, 8),
               "ПéПé");
     EXPECT_EQ(textOf("\\u1" + std::string(1'000'000, '9')), "\uFFFF");
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
 }
 
 TEST(Rtf, WhatIsNoRtfIsReadAsWhatItIs)

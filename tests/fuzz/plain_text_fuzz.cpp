@@ -1,0 +1,17 @@
+// Texts without markup, and subtitles: what is in UTF-8 comes out as it is.
+#include "base/utf.h"
+#include "document_fuzz.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    namespace testing = kelvane::testing;
+    testing::tryDocument("words.txt", data, size);
+    testing::tryDocument("film.srt", data, size);
+    testing::DocumentWorld world;
+    world.decoding = std::make_unique<testing::NarrowDecoding>();
+    const std::string content(reinterpret_cast<const char*>(data), size);
+    const auto source = world.extract("words.cpp", content);
+    if (source.plain && !source.cut && !content.starts_with("\xEF\xBB\xBF") && kelvane::isValidUtf8(content))
+        testing::require(kelvane::toUtf8(source.text) == content);
+    return 0;
+}
