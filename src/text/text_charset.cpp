@@ -7,6 +7,7 @@
 
 #include "base/utf.h"
 #include "base/words.h"
+#include "text/html_tokens.h"
 
 namespace kelvane {
 namespace {
@@ -29,8 +30,8 @@ struct Superset {
     std::string_view charset;
 };
 constexpr std::array supersets = {
-    Superset{"ascii", "windows-1252"},
-    Superset{"us-ascii", "windows-1252"},
+    Superset{"ascii", "us-ascii"},
+
     Superset{"iso-8859-1", "windows-1252"},
     Superset{"iso8859-1", "windows-1252"},
     Superset{"iso_8859-1", "windows-1252"},
@@ -47,6 +48,7 @@ constexpr std::array supersets = {
     Superset{"x-sjis", "shift_jis"},
     Superset{"utf8", "utf-8"},
     Superset{"unicode", "utf-16le"},
+    Superset{"ansi_x3.4-1968", "us-ascii"},
 };
 
 // The bytes without a UTF-8 character that they end within.
@@ -123,6 +125,21 @@ std::u16string utf16Of(std::string_view bytes, bool bigEndian)
     return text;
 }
 
+std::u16string utf32Of(std::string_view bytes, bool bigEndian)
+{
+    std::u16string text;
+    for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
+        char32_t character = 0;
+        for (std::size_t at = 0; at < 4; ++at)
+            character = character << 8 | static_cast<unsigned char>(bytes[i + (bigEndian ? at : 3 - at)]);
+        const bool surrogate = character >= 0xD800 && character < 0xE000;
+        appendCharacter(text, surrogate || character > 0x10FFFF ? 0xFFFD : character);
+    }
+    if (text.starts_with(u'\uFEFF'))
+        text.erase(0, 1);
+    return text;
+}
+
 std::u16string utf8Text(std::string_view bytes)
 {
     if (bytes.starts_with("\xEF\xBB\xBF"))
@@ -137,15 +154,34 @@ std::optional<std::u16string> decodeAs(std::string_view bytes, const std::string
         return utf8Text(bytes);
     if (charset == "utf-16le" || charset == "utf-16be" || charset == "utf-16")
         return utf16Of(bytes, charset == "utf-16be");
+    if (charset == "utf-32le" || charset == "utf-32be")
+        return utf32Of(bytes, charset == "utf-32be");
     auto text = decoding.decode(asBytes(bytes), charset);
     return text ? std::optional(std::move(*text)) : std::nullopt;
 }
 
 // Who declares UTF-16 in a document that can be read byte by byte is wrong, and one that is right is recognised anyway.
+// ASCII is what programs declare that did not look; it is right where UTF-8 is.
 std::string declaredCharset(std::string_view declared)
 {
     std::string charset = usualCharset(declared);
-    return charset.starts_with("utf-16") || charset.starts_with("utf-32") ? std::string() : charset;
+    const bool untold = charset.starts_with("utf-16") || charset.starts_with("utf-32") || charset == "us-ascii";
+    return untold ? std::string() : charset;
+}
+
+// A short text that ends with its only byte beyond ASCII is a word with an accent at its end, not a cut one.
+bool looksLikeUtf8(std::string_view bytes)
+{
+    constexpr std::size_t longEnough = 4096;
+    const std::string_view whole = withoutCutCharacter(bytes);
+    const bool ascii = std::all_of(whole.begin(), whole.end(), [](char byte) { return (byte & 0x80) == 0; });
+    return isValidUtf8(whole) && (whole.size() == bytes.size() || bytes.size() >= longEnough || !ascii);
+}
+
+bool holdsUtf8Character(std::string_view bytes)
+{
+    const std::u16string text = toUtf16(bytes);
+    return std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit >= 0x80 && unit != 0xFFFD; });
 }
 
 std::string undeclaredCharset(std::string_view bytes, const TextDecoding& decoding)
@@ -153,13 +189,14 @@ std::string undeclaredCharset(std::string_view bytes, const TextDecoding& decodi
     if (const std::string_view wide = unmarkedUtf16(bytes); !wide.empty())
         return std::string(wide);
     const bool shiftsSets = bytes.find("\x1B$") != std::string_view::npos;  // ISO 2022 is made of ASCII alone
-    const bool utf8 = isValidUtf8(withoutCutCharacter(bytes));
+    const bool utf8 = looksLikeUtf8(bytes);
     if (utf8 && !shiftsSets)
         return "utf-8";
     const auto guess = decoding.guess(asBytes(bytes));
     if (utf8)
         return guess && guess->starts_with("ISO-2022") ? *guess : "utf-8";
-    return guess ? usualCharset(*guess) : std::string(lastResort);
+    const std::string likely = guess ? usualCharset(*guess) : std::string(lastResort);
+    return likely == "utf-8" && !holdsUtf8Character(bytes) ? std::string(lastResort) : likely;
 }
 
 // The text where nothing decodes it: its bytes as the first characters of Unicode.

@@ -39,6 +39,7 @@ TEST(Mail, GivesTheBodyThatAPersonReads)
          "\nR3L!D\n\n \\vMOf*ZSBhbiBhbGw",
          "Grüße an all"},
         {"undeclared charset", "\nplain caf\xC3\xA9", "plain café"},
+        {"a charset that nobody looked at", "Content-Type: text/plain; charset=us-ascii\n\ncaf\xC3\xA9", "café"},
         {"flowed", "Content-Type: text/plain; format=flowed\n\nOne long \nline.\nAnother.", "One long line.\nAnother."},
         {"html alone", "Content-Type: text/html; charset=windows-1251\n\n<p>\xCF<p>x", "П\nx"},
         {"alternatives",

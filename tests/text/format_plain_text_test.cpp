@@ -21,20 +21,6 @@ std::string utf16(std::u16string_view text, bool bigEndian)
     return bytes;
 }
 
-// Enough of a language for statistics to tell the charset.
-constexpr std::string_view russian1251 =
-    "\xC2\xF1\xE5 \xF1\xF7\xE0\xF1\xF2\xEB\xE8\xE2\xFB\xE5 \xF1\xE5\xEC\xFC\xE8 \xEF\xEE\xF5\xEE\xE6\xE8 "
-    "\xE4\xF0\xF3\xE3 \xED\xE0 \xE4\xF0\xF3\xE3\xE0, \xEA\xE0\xE6\xE4\xE0\xFF \xED\xE5\xF1\xF7\xE0\xF1\xF2"
-    "\xEB\xE8\xE2\xE0\xFF \xF1\xE5\xEC\xFC\xFF \xED\xE5\xF1\xF7\xE0\xF1\xF2\xEB\xE8\xE2\xE0 \xEF\xEE-"
-    "\xF1\xE2\xEE\xE5\xEC\xF3.";
-constexpr std::u16string_view russian = u"Все счастливые семьи похожи друг на друга, каждая несчастливая семья "
-                                        u"несчастлива по-своему.";
-constexpr std::string_view japaneseSjis =
-    "\x8C\xE1\x94\x79\x82\xCD\x94\x4C\x82\xC5\x82\xA0\x82\xE9\x81\x42\x96\xBC\x91\x4F\x82\xCD\x82\xDC\x82\xBE"
-    "\x96\xB3\x82\xA2\x81\x42\x82\xC7\x82\xB1\x82\xC5\x90\xB6\x82\xEA\x82\xBD\x82\xA9\x82\xC6\x82\xF1\x82\xC6"
-    "\x8C\xA9\x93\x96\x82\xAA\x82\xC2\x82\xA9\x82\xCA\x81\x42";
-constexpr std::u16string_view japanese = u"吾輩は猫である。名前はまだ無い。どこで生れたかとんと見当がつかぬ。";
-
 TEST(PlainText, IsDecodedFromItsCharset)
 {
     struct Case {
@@ -50,13 +36,8 @@ TEST(PlainText, IsDecodedFromItsCharset)
         {"UTF-16LE with mark", "\xFF\xFE" + utf16(u"Grüße 😀", false), u"Grüße 😀", false},
         {"UTF-16BE with mark", "\xFE\xFF" + utf16(u"Grüße 😀", true), u"Grüße 😀", false},
         {"UTF-16LE without mark", utf16(u"Plain words.\r\n", false), u"Plain words.\r\n", false},
-        {"UTF-16BE without mark", utf16(russian, true), russian, false},
+        {"UTF-16BE without mark", utf16(u"Все счастливые семьи", true), u"Все счастливые семьи", false},
         {"UTF-32LE with mark", "\xFF\xFE\0\0A\0\0\0\x00\xF6\x01\0"s, u"A😀", false},
-        {"windows-1251", std::string(russian1251), russian, false},
-        {"Shift_JIS", std::string(japaneseSjis), japanese, false},
-        {"Latin-1", "Les \xE9l\xE8ves \xE9taient tr\xE8s \xE9tonn\xE9s de la le\xE7on du ma\xEEtre.",
-         u"Les élèves étaient très étonnés de la leçon du maître.", false},
-        {"ISO-2022-JP", "\x1B$B$3$s$K$A$O\x1B(B", u"こんにちは", false},
         {"escapes of a terminal", "\x1B[31mred\x1B[0m", u"\x1B[31mred\x1B[0m", true},
         {"a broken character", "broken \xC3 tail, \xE2\x82", u"", false},
     };
