@@ -101,6 +101,7 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
 {
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     const PropertyAccess properties(platform, request.options);
+    properties.plugins->complainOf(console);
     SimilarSearch similar(request, settings, properties, ProbeNumbers::shared, platform, console);
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
@@ -116,6 +117,7 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
     const auto compared =
         comparePair(files, {items[0], items[1]}, *criteria, properties.source, similar.content(), platform, console);
     complainOfMissingTools(*properties.extraction, console);
+    properties.plugins->complainOf(console);
     return print(request.format, compared, console);
 }
 

@@ -191,6 +191,7 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     if (!settings)
         return refuse(console, settings.error().detail);
     const PropertyAccess properties(platform, *settings);
+    properties.plugins->complainOf(console);
     if (raw.list) {
         writeNames(*format, properties.catalogue, console.out);
         return ExitCode::done;

@@ -29,12 +29,13 @@ KindMasks kindMasks(const EngineOptions& options)
 }  // namespace
 
 PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options)
-    : extraction(makeTextExtraction({platform.shell(), platform.workers(), platform.decoding(), platform.xml(),
-                                     platform.packages(), platform.filters()},
+    : plugins(std::make_unique<PluginSupport>(platform, options.extraction)),
+      extraction(makeTextExtraction({platform.shell(), platform.workers(), platform.decoding(), platform.xml(),
+                                     platform.packages(), platform.filters(), plugins->texts()},
                                     options.extraction)),
       readers(makeDocumentReaders(*extraction, platform.readers())),
-      catalogue(platform.properties()),
-      source(catalogue, platform.shell(), *readers, platform.folding(), kindMasks(options))
+      catalogue(plugins->properties()),
+      source(catalogue, platform.shell(), plugins->readers(*readers), platform.folding(), kindMasks(options))
 {
 }
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "cli/plugin_support.h"
 #include "engine/engine_options.h"
 #include "platform/platform.h"
 #include "props/property_source.h"
@@ -16,6 +17,7 @@ struct PropertyAccess {
     PropertyAccess(const PropertyAccess&) = delete;
     PropertyAccess& operator=(const PropertyAccess&) = delete;
 
+    std::unique_ptr<PluginSupport> plugins;      // asked what they offer at once, if any are listed
     std::unique_ptr<TextExtraction> extraction;  // starts its workers when the first text is asked for
     std::unique_ptr<PropertyReaders> readers;    // what documents say of themselves, and what the platform reads
     PropertyCatalogue catalogue;

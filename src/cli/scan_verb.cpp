@@ -133,6 +133,7 @@ ExitCode scan(const ScanJob& job, Platform& platform, const Console& console)
     const ScanRequest& request = job.request;
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     const PropertyAccess properties(platform, request.options);
+    properties.plugins->complainOf(console);
     SimilarSearch similar(request, job.settings, properties, ProbeNumbers::perPair, platform, console);
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
@@ -149,6 +150,7 @@ ExitCode scan(const ScanJob& job, Platform& platform, const Console& console)
     const ScanOutcome outcome{*criteria, scanned, results, keeper.scores()};
     const ExitCode code = saveAndReport(request, job.target, outcome, watch, platform, console);
     complainOfMissingTools(*properties.extraction, console);
+    properties.plugins->complainOf(console);
     return code;
 }
 

@@ -63,6 +63,10 @@ Result<ScanSettings> scanSettings(const std::string& iniFile, Platform& platform
     ScanSettings taken;
     applyEngineNumbers((*settings)->settings(), taken.options);
     taken.settings = (*settings)->settings();
+    if (auto plugins = (*settings)->contentPlugins())
+        taken.options.extraction.plugins = *std::move(plugins);
+    else
+        complain(console, plugins.error().detail);
     return taken;
 }
 

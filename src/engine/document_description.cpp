@@ -89,6 +89,8 @@ std::string settingsText(const ExtractionOptions& options)
                       std::to_string(options.largestStream) + ',';
     append(all, options.excluded);
     append(all, options.whiteList);
+    for (const ContentPluginEntry& plugin : options.plugins)
+        append(all, {toUtf8(plugin.library.u16string()), plugin.detect});
     return all;
 }
 
