@@ -9,6 +9,7 @@
 #include "base/utf.h"
 #include "base/words.h"
 #include "engine/chunk_buckets.h"
+#include "platform/native_text.h"
 
 namespace kelvane {
 namespace {
@@ -90,7 +91,7 @@ std::string settingsText(const ExtractionOptions& options)
     append(all, options.excluded);
     append(all, options.whiteList);
     for (const ContentPluginEntry& plugin : options.plugins)
-        append(all, {toUtf8(plugin.library.u16string()), plugin.detect});
+        append(all, {bytesFromNative(plugin.library.native()), plugin.detect});
     return all;
 }
 
