@@ -3,7 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/utf.h"
 #include "console_run.h"
+#include "engine/document_world.h"
 #include "support/temp_tree.h"
 
 namespace kelvane {
@@ -56,10 +58,10 @@ TEST_F(Plugins, ScanMatchesByTheirFields)
 
 TEST_F(Plugins, TheirTextsServeDocumentsThatNothingElseReads)
 {
-    const auto file = tree_.write("in/words.smp", std::string("\x01\x02 words of a format of its own"));
+    const auto file = tree_.write("in/words.smp", toUtf8(testing::madeUpText(1, 4000)));
     const auto described = run({"describe", "--as", "text", "--json", file.string()});
     EXPECT_EQ(described.code, ExitCode::done) << described.err;
-    EXPECT_EQ(json::parse(described.out).at("text").at("length"), 31);
+    EXPECT_EQ(json::parse(described.out).at("text").at("length"), 4000);
 }
 
 }  // namespace
