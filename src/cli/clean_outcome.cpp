@@ -129,6 +129,11 @@ void writeCount(std::uint64_t count, TextId text, std::ostream& out)
         out << filledText(text, {countedFiles(count)}) << '\n';
 }
 
+bool hasLog(const CleanupReport& report)
+{
+    return !report.log.empty() && !report.logFailure;
+}
+
 }  // namespace
 
 void writeOutcomeText(const CleanOutcome& outcome, bool all, std::ostream& out)
@@ -159,7 +164,7 @@ void writeOutcomeSums(const CleanOutcome& outcome, std::ostream& out)
         out << filledText(action == CleanupAction::deletePermanently ? TextId::forGoodStaysGone : TextId::undoTakesBack,
                           {std::to_string(static_cast<std::uint32_t>(*report.run))})
             << '\n';
-    if (!report.log.empty())
+    if (hasLog(report))
         out << printable(filledText(TextId::logIsHere, {bytesFromNative(report.log.native())})) << '\n';
 }
 
@@ -171,7 +176,7 @@ void writeOutcomeJson(const CleanOutcome& outcome, std::ostream& out)
         << ",\n\"action\": " << dump(kelvane::nameOf(report.plan.action), Layout::oneLine)
         << ",\n\"cancelled\": " << (outcome.stopped ? "true" : "false")
         << ",\n\"sums\": " << dump(sumsJson(outcome), Layout::oneLine);
-    if (!report.log.empty())
+    if (hasLog(report))
         out << ",\n\"log\": " << dump(pathJson(bytesFromNative(report.log.native())), Layout::oneLine);
     writeJsonList("items", report.items, out, [&](const auto& item) { return itemJson(outcome, item); });
     writeJsonList("skipped", report.plan.skipped, out,
@@ -184,7 +189,7 @@ ExitCode exitCodeOf(const CleanOutcome& outcome)
     const CleanupReport& report = outcome.report;
     if (outcome.stopped)
         return ExitCode::cancelled;
-    const bool allDone = report.plan.skipped.empty() && !report.pass.journalError &&
+    const bool allDone = report.plan.skipped.empty() && !report.pass.journalError && !report.logFailure &&
                          countOf(report, ItemResult::done) == report.items.size();
     return allDone ? ExitCode::done : ExitCode::incomplete;
 }

@@ -103,6 +103,7 @@ private:
         const auto run = journals_.read(report_.run);
         if (!run)
             return notOpened(run.error());
+        tellDamage(*run);
         const PassPorts ports = passPorts(platform_);
         for (auto entry = run->entries.rbegin(); entry != run->entries.rend(); ++entry) {
             if (console_.cancel.cancelled()) {
@@ -125,11 +126,20 @@ private:
             {EntryNumber{}, entry.intent.item, entry.intent.action, entry.link, std::move(obstacle), {}});
     }
 
+    // What the journal has lost cannot come back, and nothing else would say so.
+    void tellDamage(const JournalRun& run)
+    {
+        damaged_ = run.damaged;
+        if (damaged_)
+            complain(console_, filledText(TextId::settledDamaged, {numberText(run.number)}));
+    }
+
     ExitCode takeBack()
     {
         auto opened = journals_.reopen(report_.run);
         if (!opened)
             return notOpened(opened.error());
+        tellDamage(opened->run);
         const auto filter = [&](const JournalEntry& entry) { return isChosen(entry); };
         CleanWatch watch(console_, platform_.clock(), request_.progress);
         watch.begin(workIn(opened->run));
@@ -173,7 +183,7 @@ private:
             code = ExitCode::incomplete;
         }
         const auto fell = [](const UndoneItem& item) { return item.failure || item.metadataNotKept; };
-        if (std::any_of(report_.items.begin(), report_.items.end(), fell))
+        if (damaged_ || std::any_of(report_.items.begin(), report_.items.end(), fell))
             code = ExitCode::incomplete;
         if (report_.outcome.cancelled)
             return stopCancelled(console_);
@@ -233,6 +243,7 @@ private:
     Journals journals_;
     ItemChoice items_;
     UndoReport report_;
+    bool damaged_ = false;
 };
 
 }  // namespace

@@ -165,5 +165,20 @@ TEST_F(UndoVerb, RefusesWhatItDoesNotUnderstandAndStopsWhenCancelled)
     EXPECT_THAT(busy.err, HasSubstr("another process works on it"));
 }
 
+TEST_F(UndoVerb, WhatADamagedJournalHasLostIsSaid)
+{
+    (void)run(CleanupAction::link, {"a", "b"});
+    const fs::path folder = journalFolder(platform_.ownPlaces.state);
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().extension() == ".kvrun")
+            fs::resize_file(entry.path(), fs::file_size(entry.path()) - 3);
+    for (const Arguments& how : {Arguments{"--dry-run"}, Arguments{}}) {
+        const auto undone = undo(how);
+        EXPECT_EQ(undone.code, ExitCode::incomplete);
+        EXPECT_THAT(undone.err, HasSubstr("damaged"));
+    }
+    EXPECT_FALSE(isLink("a"));
+}
+
 }  // namespace
 }  // namespace kelvane
