@@ -8,12 +8,6 @@ Error missing()
     return {ErrorKind::notSupported, 0, {}};
 }
 
-class MissingTextDecoding final : public TextDecoding {
-public:
-    Result<std::u16string> decode(std::span<const std::byte>, std::string_view) const override { return missing(); }
-    std::optional<std::string> guess(std::span<const std::byte>) const override { return std::nullopt; }
-};
-
 class MissingXmlParsing final : public XmlParsing {
 public:
     Status parse(std::span<const std::byte>, XmlHandler&) override { return missing(); }
@@ -33,16 +27,6 @@ public:
     }
 };
 
-class MissingWorkerProcesses final : public WorkerProcesses {
-public:
-    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits&) override { return missing(); }
-};
-
-class MissingSharedLibraries final : public SharedLibraries {
-public:
-    Result<std::unique_ptr<SharedLibrary>> load(const std::filesystem::path&) override { return missing(); }
-};
-
 class MissingRunCaches final : public RunCaches {
 public:
     Result<std::unique_ptr<RunCache>> open(std::uint64_t) override { return missing(); }
@@ -51,11 +35,6 @@ public:
 };
 
 }  // namespace
-
-std::unique_ptr<TextDecoding> makeMissingTextDecoding()
-{
-    return std::make_unique<MissingTextDecoding>();
-}
 
 std::unique_ptr<XmlParsing> makeMissingXmlParsing()
 {
@@ -70,16 +49,6 @@ std::unique_ptr<PackagedFiles> makeMissingPackagedFiles()
 std::unique_ptr<FilterPrograms> makeMissingFilterPrograms()
 {
     return std::make_unique<MissingFilterPrograms>();
-}
-
-std::unique_ptr<WorkerProcesses> makeMissingWorkerProcesses()
-{
-    return std::make_unique<MissingWorkerProcesses>();
-}
-
-std::unique_ptr<SharedLibraries> makeMissingSharedLibraries()
-{
-    return std::make_unique<MissingSharedLibraries>();
 }
 
 std::unique_ptr<RunCaches> makeMissingRunCaches()
