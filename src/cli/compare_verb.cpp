@@ -22,10 +22,6 @@ constexpr std::string_view examples =
     "  kelvane-cli compare --match System.FileName,System.DateModified a/x.jpg b/x.jpg\n"
     "  kelvane-cli compare --json a.bin b.bin\n";
 
-struct Pair {
-    Ref<ShellItem> a, b;
-};
-
 // A file that can be read as far as the criteria ask; the error is one to show.
 Result<Ref<ShellItem>> openItem(const std::string& path, const ScanCriteria& criteria, Platform& platform)
 {
@@ -69,12 +65,12 @@ void describeBoth(const ScanCriteria& criteria, std::array<Candidate, 2>& pair, 
         console.cancel, [](std::uint64_t) {}, complainOf));  // the flag tells of a cancel
 }
 
-Comparison comparePair(const Arguments& files, const Pair& items, const ScanCriteria& criteria,
+// Texts of the stages point into what the pair has cached.
+Comparison comparePair(const Arguments& files, std::array<Candidate, 2>& pair, const ScanCriteria& criteria,
                        const PropertySource& source, SimilarContent& similar, Platform& platform,
                        const Console& console)
 {
-    Comparison comparison{files[0], files[1], {}, {}, sameFile(*items.a, *items.b, platform.paths())};
-    std::array<Candidate, 2> pair = {Candidate(items.a), Candidate(items.b)};
+    Comparison comparison{files[0], files[1], {}, {}, sameFile(pair[0].item(), pair[1].item(), platform.paths())};
     describeBoth(criteria, pair, similar, console);
     if (console.cancel.cancelled()) {
         comparison.result.stage = -1;
@@ -106,16 +102,16 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
         return refuse(console, criteria.error().detail);
-    std::vector<Ref<ShellItem>> items;
+    std::vector<Candidate> opened;
     for (const std::string& file : files) {
         auto item = openItem(file, *criteria, platform);
         if (!item)
             return refuse(console, file + ": " + errorText(item.error()));
         noteIfLeftOut(file, **item, *criteria, console);
-        items.push_back(*item);
+        opened.emplace_back(*item);
     }
-    const auto compared =
-        comparePair(files, {items[0], items[1]}, *criteria, properties.source, similar.content(), platform, console);
+    std::array<Candidate, 2> pair = {std::move(opened[0]), std::move(opened[1])};
+    const auto compared = comparePair(files, pair, *criteria, properties.source, similar.content(), platform, console);
     complainOfMissingTools(*properties.extraction, console);
     properties.plugins->complainOf(console);
     return print(request.format, compared, console);

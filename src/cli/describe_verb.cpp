@@ -137,7 +137,10 @@ ExitCode describeText(const std::string& path, OutputFormat format, TextExtracti
     if (console.cancel.cancelled())
         return stopCancelled(console);
     if (!described.descriptor) {
-        complain(console, filledText(TextId::noDescriptor, {path, causeText(described.cause())}));
+        const std::string reason = causeText(described.cause());
+        if (format == OutputFormat::json)
+            writeNoTextDescriptor(path, reason, console.out);
+        complain(console, filledText(TextId::noDescriptor, {path, reason}));
         complainOfMissingTools(extraction, console);
         return ExitCode::incomplete;
     }

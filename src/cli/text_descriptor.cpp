@@ -34,4 +34,13 @@ void writeTextDescriptor(OutputFormat format, const std::string& path, const Sim
     out << '\n';
 }
 
+void writeNoTextDescriptor(const std::string& path, const std::string& reason, std::ostream& out)
+{
+    Json document;
+    addPath(document, path);
+    document["text"] = nullptr;
+    document["reason"] = reason;
+    out << dump(document, Layout::indented) << '\n';
+}
+
 }  // namespace kelvane

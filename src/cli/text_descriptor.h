@@ -13,4 +13,7 @@ namespace kelvane {
 void writeTextDescriptor(OutputFormat format, const std::string& path, const SimDocDescriptor& descriptor,
                          std::ostream& out);
 
+// For programs: that there is none, and why.
+void writeNoTextDescriptor(const std::string& path, const std::string& reason, std::ostream& out);
+
 }  // namespace kelvane

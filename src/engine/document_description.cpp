@@ -84,14 +84,21 @@ void append(std::string& all, const std::vector<std::string>& words)
         all += std::to_string(word.size()) + ':' + word;
 }
 
-std::string settingsText(const ExtractionOptions& options)
+// A plug-in that was replaced reads otherwise.
+std::string stateOf(ShellNamespace& shell, const std::filesystem::path& library)
+{
+    const auto details = shell.files().details(library, Links::followed);
+    return details ? std::to_string(details->size.bytes) + '/' + std::to_string(details->modified.ticks) : "";
+}
+
+std::string settingsText(const ExtractionOptions& options, ShellNamespace& shell)
 {
     std::string all = std::to_string(documentDescriptorVersion) + ',' + std::to_string(options.textSample) + ',' +
                       std::to_string(options.largestStream) + ',';
     append(all, options.excluded);
     append(all, options.whiteList);
     for (const ContentPluginEntry& plugin : options.plugins)
-        append(all, {bytesFromNative(plugin.library.native()), plugin.detect});
+        append(all, {bytesFromNative(plugin.library.native()), plugin.detect, stateOf(shell, plugin.library)});
     return all;
 }
 
@@ -118,7 +125,7 @@ bool isLasting(TextOutcome outcome)
 }
 
 DocumentDescriber::DocumentDescriber(ShellNamespace& shell, TextExtraction& extraction, RunCache* cache)
-    : shell_(shell), extraction_(extraction), cache_(cache), settings_(settingsText(extraction.options()))
+    : shell_(shell), extraction_(extraction), cache_(cache), settings_(settingsText(extraction.options(), shell))
 {
 }
 
@@ -131,7 +138,7 @@ DocumentDescription DocumentDescriber::describe(const ShellItem& item, bool size
     }
     DocumentDescription made = extract(item, sizeOnDisk, cancel);
     // A file that changed while it was read is kept under neither of its states.
-    if (key && isLasting(made.outcome) && keyOf(item, sizeOnDisk) == key)
+    if (key && isLasting(made.outcome) && key->size == item.info().size && keyOf(item, sizeOnDisk) == key)
         keep(*key, made);
     return made;
 }

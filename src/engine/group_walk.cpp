@@ -144,7 +144,10 @@ std::optional<std::vector<std::vector<std::uint32_t>>> GroupWalk::parted(std::ve
         items.push_back(&sorted_.at(position).item());
     IgnoredSplitter::Matches matches;
     if (!criteria_.exact())
-        matches = [&](std::uint32_t a, std::uint32_t b) { return compare(group[a], group[b]).match(); };
+        matches = [&](std::uint32_t a, std::uint32_t b) {
+            const auto [first, second] = std::minmax(group[a], group[b]);
+            return compare(first, second).match();  // in the order, and so with the numbers, of the walk
+        };
     auto parts = ignored_.split(items, matches);
     if (!parts || ports_.cancel.cancelled())
         return std::nullopt;

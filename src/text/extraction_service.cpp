@@ -177,8 +177,12 @@ ExtractedDocument ExtractionService::withoutWorker(const Error& error)
 {
     if (error.kind == ErrorKind::tooManyOpen || error.kind == ErrorKind::io)
         return nothing(TextOutcome::unreadable, error.detail);
-    const bool forGood = error.kind != ErrorKind::invalid;
-    failedStarts_ = forGood ? mostFailedStarts : failedStarts_ + 1;
+    // A program that is there and does not start is not missing.
+    if (error.kind == ErrorKind::invalid) {
+        ++failedStarts_;
+        return nothing(TextOutcome::crashed, std::string(workerName) + ": " + error.detail);
+    }
+    failedStarts_ = mostFailedStarts;
     ExtractedDocument document = nothing(TextOutcome::toolMissing, error.detail);
     document.missingTool = workerName;
     return document;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <unordered_map>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -386,7 +386,7 @@ private:
     bool starred_ = false;
     int documentPage_ = latinPage;
     int defaultFont_ = 0, definedFont_ = 0;
-    std::unordered_map<int, int> fontPages_;
+    std::map<int, int> fontPages_;  // ordered: a document chooses the numbers, and could choose those of one bucket
     const RtfWord* infoRow_ = nullptr;
     std::u16string collected_;
     CalendarTime date_;

@@ -60,10 +60,15 @@ public:
     ExtractedDocument fullText(const PluginQuestion& question, std::uint32_t characters,
                                const CancelFlag& cancel) override
     {
-        const auto answer =
-            pool_.ask(encodePluginRequest({PluginAsk::fullText, question, characters}), WorkerInput{}, cancel);
+        ExtractedDocument text;
+        const auto sensible = [&](std::span<const std::byte> message) {
+            text = decodePluginText(message);
+            return text.text.size() <= characters;
+        };
+        const auto answer = pool_.ask(encodePluginRequest({PluginAsk::fullText, question, characters}), WorkerInput{},
+                                      cancel, sensible);
         if (answer && answer->end == WorkerEnd::answered)
-            return decodePluginText(answer->message);
+            return text;
         ExtractedDocument none;
         none.outcome = answer ? endOutcome(answer->end) : TextOutcome::toolMissing;
         return none;

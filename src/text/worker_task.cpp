@@ -8,6 +8,7 @@ namespace {
 
 // Far beyond what any document has; a broken worker's claim must not make a long list.
 constexpr std::uint32_t mostProperties = 4096;
+constexpr std::size_t longestWord = 1000;  // of what is told to a person: many documents' are kept at once
 
 void writeProperties(ByteWriter& out, const std::vector<DocumentProperty>& properties)
 {
@@ -93,8 +94,8 @@ std::vector<std::byte> encodeDocument(const ExtractedDocument& document)
     out.number(static_cast<std::uint8_t>(document.plain));
     out.number(document.weight);
     writeUnits(out, document.text);
-    writeBytes(out, document.missingTool);
-    writeBytes(out, document.detail);
+    writeBytes(out, document.missingTool.substr(0, longestWord));
+    writeBytes(out, document.detail.substr(0, longestWord));
     writeProperties(out, document.properties);
     return out.take();
 }
@@ -109,7 +110,8 @@ std::optional<ExtractedDocument> decodeDocument(std::span<const std::byte> bytes
     auto text = readUnits(in);
     auto tool = readBytes(in);
     auto detail = readBytes(in);
-    if (!outcome || !cut || !plain || !weight || !text || !tool || !detail)
+    if (!outcome || !cut || !plain || !weight || !text || !tool || tool->size() > longestWord || !detail ||
+        detail->size() > longestWord)
         return std::nullopt;
     auto properties = readProperties(in);
     if (!properties || !in.atEnd())

@@ -6,6 +6,8 @@
 namespace kelvane {
 namespace {
 
+constexpr std::uint32_t mostElements = 4096;  // of a list: each costs more here than in the message
+
 // How the data of a value is written.
 enum class Shape : std::uint8_t { nothing, bits, narrow, wide, text, narrows, wides, texts };
 
@@ -100,7 +102,7 @@ template <class Element, class Read>
 std::optional<RawValue::Data> readList(ByteReader& in, Read read)
 {
     const auto count = in.number<std::uint32_t>();
-    if (!count)
+    if (!count || *count > mostElements)
         return std::nullopt;
     std::vector<Element> list;
     for (std::uint32_t i = 0; i < *count; ++i) {

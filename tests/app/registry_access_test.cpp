@@ -253,7 +253,7 @@ void fill(CRegistryAccess& access)
     EXPECT_EQ(general.writeNumber(77, u"nUnknown"), done);
     SettingsNode tags(access.root(), u"Tag colors", SettingsAccess::writing);
     EXPECT_EQ(tags.writeNumber(0xABCDEF, u"mine"), done);
-    SettingsNode plugins(access.root(), u"ContentPlugins\\inner", SettingsAccess::writing);
+    SettingsNode plugins(access.root(), u"Of another program\\inner", SettingsAccess::writing);
     EXPECT_EQ(plugins.writeString(u"plugin.wdx", u"0"), done);
 }
 
@@ -271,7 +271,7 @@ void expectFilled(CRegistryAccess& access)
     EXPECT_EQ(SettingsNode(access.root(), u"general", SettingsAccess::reading).readNumber(u"nUnknown", unknown), done);
     EXPECT_EQ(unknown, 77u);
     std::u16string plugin;
-    const SettingsNode plugins(access.root(), u"ContentPlugins\\inner", SettingsAccess::reading);
+    const SettingsNode plugins(access.root(), u"Of another program\\inner", SettingsAccess::reading);
     EXPECT_EQ(plugins.readString(plugin, u"0"), done);
     EXPECT_EQ(plugin, u"plugin.wdx");
 }

@@ -81,6 +81,20 @@ TEST_F(CompareVerb, SimilarValuesShowHowFarTheyAreApart)
     EXPECT_EQ(answer.at("stages").at(0).at("allowed"), 10);
 }
 
+// They were read from memory that was freed already.
+TEST_F(CompareVerb, TextsThatDifferAreShown)
+{
+    tree_.write("one name that is long enough for a place of its own", "x");
+    tree_.write("another name that is long enough for a place of its own", "x");
+    const json stage =
+        compareJson("one name that is long enough for a place of its own",
+                    "another name that is long enough for a place of its own", {"--match", "System.FileName"})
+            .at("stages")
+            .at(0);
+    EXPECT_EQ(stage.at("a"), "one name that is long enough for a place of its own");
+    EXPECT_EQ(stage.at("b"), "another name that is long enough for a place of its own");
+}
+
 TEST_F(CompareVerb, ItIsSaidWhatAScanWouldNotEvenCompare)
 {
     tree_.write("a.jpg", "same");

@@ -170,8 +170,10 @@ TEST_F(LinuxWorkerProcessesTest, AWorkerIsRefusedWhatItDoesNotNeed)
     for (const std::string& attempt :
          {std::string("socket"), "write " + tree_.path("new").native(), "write " + file.native(), "kill " + self,
           "trace " + self, std::string("leave-group"), std::string("outlive"), std::string("new-view"),
-          std::string("write-given"), std::string("chmod-given"), "remove " + file.native()})
+          std::string("share-memory"), "signal-by-file " + self, std::string("type"), std::string("write-given"),
+          std::string("chmod-given"), "remove " + file.native()})
         EXPECT_EQ(textOf(ask(*worker, attempt, {file, {}})), denied) << attempt;
+    EXPECT_EQ(textOf(ask(*worker, "new-call")), std::to_string(ENOSYS));
     EXPECT_EQ(tree_.read("given"), "content");
     EXPECT_FALSE(fs::exists(tree_.path("new")));
 }

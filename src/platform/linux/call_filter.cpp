@@ -151,7 +151,31 @@ constexpr const char* refused[] = {
     "copy_file_range",
     // limits are there to stay
     "setrlimit",
+    // memory and messages that outlive the process and are shared with others
+    "shmget",
+    "shmat",
+    "shmctl",
+    "shmdt",
+    "msgget",
+    "msgsnd",
+    "msgrcv",
+    "msgctl",
+    "semget",
+    "semop",
+    "semtimedop",
+    "semctl",
+    "mq_open",
+    "mq_unlink",
 };
+
+// Calls by number that are newer than the library's names: setxattrat is the first of them (Linux 6.13).
+constexpr int firstUnnamed = 463;
+constexpr int lastUnnamed = 511;
+
+// Through these the kernel sends signals to any process of the user: fcntl() of F_SETOWN, F_SETOWN_EX and F_SETSIG,
+// ioctl() of FIOSETOWN and SIOCSPGRP. And these type into the terminal: TIOCSTI, TIOCLINUX.
+constexpr std::uint64_t refusedFileCommands[] = {8, 15, 10};
+constexpr std::uint64_t refusedDeviceCommands[] = {0x8901, 0x8902, 0x5412, 0x541C};
 
 // Their arguments lie in memory where no filter sees them; programs fall back to the older calls.
 constexpr const char* absent[] = {"clone3", "openat2"};
@@ -170,6 +194,12 @@ public:
         const scmp_arg_cmp arguments[] = {comparisons..., scmp_arg_cmp{}};
         good_ = ::seccomp_rule_add_array(context_.get(), SCMP_ACT_ERRNO(static_cast<unsigned>(code)), number,
                                          sizeof...(comparisons), arguments) == 0;
+    }
+    void refuseUnnamed(int code)
+    {
+        for (int number = firstUnnamed; good_ && number <= lastUnnamed; ++number)
+            good_ = ::seccomp_rule_add_array(context_.get(), SCMP_ACT_ERRNO(static_cast<unsigned>(code)), number, 0,
+                                             nullptr) == 0;
     }
     [[nodiscard]] bool load()
     {
@@ -224,11 +254,16 @@ void refuseMisuse(Filter& filter)
     filter.refuse("tgkill", EPERM, isNot(0, self));
     filter.refuse("prctl", EPERM, is(0, PR_SET_PDEATHSIG), isNot(1, SIGKILL));
     filter.refuse("prlimit64", EPERM, isNot(2, 0));
+    for (const std::uint64_t command : refusedFileCommands)
+        filter.refuse("fcntl", EPERM, is(1, command));
+    for (const std::uint64_t command : refusedDeviceCommands)
+        filter.refuse("ioctl", EPERM, is(1, command));
+    filter.refuse("clone", EPERM, hasBits(0, CLONE_PARENT));  // a child for the program to reap
 }
 
 }  // namespace
 
-bool refuseDangerousCalls()
+bool refuseDangerousCalls(WorkerReach reach)
 {
     Filter filter;
     for (const char* name : refused)
@@ -238,6 +273,10 @@ bool refuseDangerousCalls()
     refuseWriting(filter);
     refuseNewNamespaces(filter);
     refuseMisuse(filter);
+    // Who may open any file may open a process as a file; only workers that start tools have to end some.
+    if (reach == WorkerReach::otherFiles)
+        filter.refuse("pidfd_send_signal", EPERM);
+    filter.refuseUnnamed(ENOSYS);
     return filter.load();
 }
 

@@ -15,8 +15,7 @@
 namespace kelvane::linux_os {
 namespace {
 
-constexpr int cannotStart = 127;  // as shells have it
-constexpr int firstOther = 3;     // behind the standard streams
+constexpr int firstOther = 3;  // behind the standard streams
 
 // Everything that the new process needs, made ready beforehand: between its beginning and the program's it must take
 // no memory and no lock, which another thread may have held.
@@ -56,11 +55,11 @@ becomeFilter(const FilterStart& start)
     const long messages = ::syscall(SYS_fcntl, start.messages, F_DUPFD_CLOEXEC, firstOther);
     if (::syscall(SYS_dup3, input, STDIN_FILENO, 0) < 0 || ::syscall(SYS_dup3, output, STDOUT_FILENO, 0) < 0 ||
         ::syscall(SYS_dup3, messages, STDERR_FILENO, 0) < 0 || ::syscall(SYS_close_range, firstOther, ~0U, 0) < 0)
-        ::syscall(SYS_exit_group, cannotStart);
+        ::syscall(SYS_exit_group, FilterProcess::cannotStart);
     resetSignals();
     ::syscall(SYS_execve, start.program, start.arguments, start.environment);
     for (;;)
-        ::syscall(SYS_exit_group, cannotStart);
+        ::syscall(SYS_exit_group, FilterProcess::cannotStart);
 }
 
 std::vector<char*> pointersTo(std::vector<std::string>& words)

@@ -18,6 +18,8 @@ class FilterProcess {
 public:
     // `input` and `messages` become its standard input and error; they stay the caller's. Its output comes from
     // output(). It has no other files, an environment of its own, and default signals.
+    static constexpr int cannotStart = 127;  // the exit code of a program that did not start, as shells have it
+
     [[nodiscard]] static Result<FilterProcess>
     start(const std::filesystem::path& program, const std::vector<std::string>& arguments, int input, int messages);
     FilterProcess(FilterProcess&&) noexcept = default;

@@ -88,10 +88,13 @@ Status LinuxFilterPrograms::run(const std::string& program, const std::vector<st
     if (reading == Reading::enough || (reading == Reading::ended && code && *code == 0))
         return {};
     if (reading == Reading::tooLate)
-        return Error{ErrorKind::invalid, 0, program + " took too long"};
+        return Error{ErrorKind::io, 0, program + " took too long"};
     if (reading == Reading::failed || !code)
         return Error{ErrorKind::io, 0, "the output of " + program + " could not be read"};
-    return Error{ErrorKind::invalid, *code, program + " ended with code " + std::to_string(*code)};
+    // Not started, or killed: that says nothing about the file, and the next time may be better.
+    const bool passing = *code >= FilterProcess::cannotStart;
+    return Error{passing ? ErrorKind::io : ErrorKind::invalid, *code,
+                 program + " ended with code " + std::to_string(*code)};
 }
 
 bool LinuxFilterPrograms::waitFor(int output, steady_clock::time_point deadline)

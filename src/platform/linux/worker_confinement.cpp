@@ -85,8 +85,8 @@ WorkerConfinement confineWorker(const WorkerLimits& limits)
         return walls;
     const LandlockWalls landlock = raiseLandlock(limits.reach);
     walls.files = landlock.files;
-    walls.calls = refuseDangerousCalls();
-    walls.signals = landlock.signals || walls.calls;
+    walls.calls = refuseDangerousCalls(limits.reach);
+    walls.signals = landlock.signals || (walls.calls && (walls.files || limits.reach == WorkerReach::otherFiles));
     return walls;
 }
 

@@ -2,7 +2,10 @@
 // a word and what follows it; attempts are answered with the error code of the system, 0 for success.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/ipc.h>
 #include <sys/ptrace.h>
+#include <sys/shm.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -165,6 +168,11 @@ const std::map<std::string, Deed, std::less<>> deeds = {
     {"trace", [](const Call& call) { return code(::ptrace(PTRACE_SEIZE, std::stoi(call.rest), nullptr, nullptr)); }},
     {"leave-group", [](const Call&) { return code(::setsid()); }},
     {"outlive", [](const Call&) { return code(::syscall(SYS_prctl, 1 /* PR_SET_PDEATHSIG */, 0, 0, 0, 0)); }},
+    {"share-memory", [](const Call&) { return code(::shmget(IPC_PRIVATE, 4096, IPC_CREAT | 0600)); }},
+    {"signal-by-file", [](const Call& call) { return code(::fcntl(0, F_SETOWN, std::stoi(call.rest))); }},
+    {"type", [](const Call&) { return code(::ioctl(0, TIOCSTI, "#")); }},
+    {"new-call",
+     [](const Call&) { return code(::syscall(463 /* setxattrat */, -1, nullptr, 0, nullptr, nullptr, 0)); }},
     {"new-view", [](const Call&) { return code(::syscall(SYS_unshare, 0x10000000 /* CLONE_NEWUSER */)); }},
 };
 
