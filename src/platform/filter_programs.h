@@ -20,7 +20,8 @@ public:
     [[nodiscard]] virtual bool installed(const std::string& program) const = 0;
     // Runs it with the file as its standard input; pieces of its output go to the sink, which ends the program by
     // returning false (that is success). notFound when it is not installed, `invalid` with its exit code when it
-    // failed. No shell is asked; its messages are thrown away. It ends with this process at the latest.
+    // failed, `io` when it did not start, was killed or took too long, which says nothing about the file. No shell is
+    // asked; its messages are thrown away. It ends with this process at the latest.
     using OutputSink = std::function<bool(std::span<const std::byte>)>;
     [[nodiscard]] virtual Status run(const std::string& program, const std::vector<std::string>& arguments,
                                      RandomAccessFile& input, const OutputSink& sink) = 0;

@@ -93,6 +93,7 @@ private:
     const ExtractionOptions options_;
     WorkerPool pool_;
     std::atomic<unsigned> failedStarts_ = 0;
+    std::atomic<bool> workerMissing_ = false;
     mutable std::mutex mutex_;
     std::set<std::string> missing_;
 };
@@ -158,7 +159,7 @@ ExtractedDocument ExtractionService::askWorker(const std::string& name, const Wo
                                                const CancelFlag& cancel)
 {
     if (failedStarts_ >= mostFailedStarts)
-        return withoutWorker({ErrorKind::invalid, 0, "it does not start"});
+        return withoutWorker({workerMissing_ ? ErrorKind::notFound : ErrorKind::invalid, 0, "it does not start"});
     std::optional<ExtractedDocument> document;
     const auto sensible = [&](std::span<const std::byte> answer) {
         document = decodeDocument(answer);
@@ -183,6 +184,7 @@ ExtractedDocument ExtractionService::withoutWorker(const Error& error)
         return nothing(TextOutcome::crashed, std::string(workerName) + ": " + error.detail);
     }
     failedStarts_ = mostFailedStarts;
+    workerMissing_ = true;
     ExtractedDocument document = nothing(TextOutcome::toolMissing, error.detail);
     document.missingTool = workerName;
     return document;

@@ -115,7 +115,8 @@ TEST_F(Documents, ADescriptorIsDescribed)
     EXPECT_DOUBLE_EQ(statistics[1], 0);
     const auto none = describe("text", "short.txt");
     EXPECT_EQ(none.code, ExitCode::incomplete);
-    EXPECT_EQ(none.out, "");
+    EXPECT_TRUE(json::parse(none.out).at("text").is_null());
+    EXPECT_EQ(json::parse(none.out).at("reason"), "too little text");
     EXPECT_THAT(none.err, HasSubstr("too little text"));
     EXPECT_EQ(describe("audio", "a.txt").code, ExitCode::usage);
     EXPECT_THAT(describe("txet", "a.txt").err, AllOf(HasSubstr("did you mean text?"), HasSubstr("audio, image")));

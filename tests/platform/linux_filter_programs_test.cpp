@@ -83,7 +83,7 @@ TEST_F(LinuxFilterProgramsTest, FailuresAreTold)
     EXPECT_EQ(failed.error().kind, ErrorKind::invalid);
     EXPECT_EQ(failed.error().systemCode, 3);
     EXPECT_EQ(output_, "partly\n");
-    EXPECT_EQ(run("die", nothing_).error().kind, ErrorKind::invalid);
+    EXPECT_EQ(run("die", nothing_).error().kind, ErrorKind::io);
     EXPECT_EQ(run("fail", nothing_, {std::string("a\0b", 3)}).error().kind, ErrorKind::invalid);
 }
 
@@ -95,8 +95,8 @@ TEST_F(LinuxFilterProgramsTest, AProgramEndsWhenEnoughWasHeardOrItTakesTooLong)
     EXPECT_TRUE(run("endless", nothing_, {}, 100'000).ok());
     EXPECT_GE(output_.size(), 100'000u);
     programs_ = makeLinuxFilterPrograms(100ms, tree_.path("bin").native());
-    EXPECT_EQ(run("silent", nothing_).error().kind, ErrorKind::invalid);
-    EXPECT_EQ(run("endless", nothing_).error().kind, ErrorKind::invalid);
+    EXPECT_EQ(run("silent", nothing_).error().kind, ErrorKind::io);
+    EXPECT_EQ(run("endless", nothing_).error().kind, ErrorKind::io);
     EXPECT_LT(steady_clock::now() - begun, 60s);
 }
 
