@@ -8,6 +8,11 @@ namespace kelvane {
 BackgroundWork::~BackgroundWork()
 {
     drop();
+    {
+        const std::lock_guard lock(mutex_);
+        ending_ = true;
+    }
+    added_.notify_all();
 }
 
 void BackgroundWork::add(Task task)
@@ -20,7 +25,7 @@ void BackgroundWork::add(Task task)
     }
     added_.notify_one();
     if (threads_.size() < most_ && wanted > threads_.size())
-        threads_.emplace_back([this](const std::stop_token& stop) { work(stop); });
+        threads_.emplace_back([this] { work(); });
 }
 
 bool BackgroundWork::settle(const CancelFlag& cancel, const std::function<void(std::uint64_t done)>& whileWaiting)
@@ -51,10 +56,13 @@ void BackgroundWork::drop() noexcept
     done_ = 0;
 }
 
-void BackgroundWork::work(const std::stop_token& stop)
+void BackgroundWork::work()
 {
     std::unique_lock lock(mutex_);
-    while (added_.wait(lock, stop, [this] { return !tasks_.empty(); })) {
+    for (;;) {
+        added_.wait(lock, [this] { return ending_ || !tasks_.empty(); });
+        if (tasks_.empty())
+            return;
         const Task task = std::move(tasks_.front());
         tasks_.pop_front();
         ++working_;

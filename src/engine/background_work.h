@@ -34,17 +34,17 @@ public:
     void drop() noexcept;
 
 private:
-    void work(const std::stop_token& stop);
+    void work();
     void run(const Task& task, std::unique_lock<std::mutex>& lock);
 
     const unsigned most_;
     std::mutex mutex_;  // over all that follows but the threads
-    std::condition_variable_any added_;
-    std::condition_variable idle_;
+    std::condition_variable added_, idle_;
     std::deque<Task> tasks_;
     unsigned working_ = 0;
     std::uint64_t done_ = 0;
     std::exception_ptr failure_;
+    bool ending_ = false;
     std::vector<std::jthread> threads_;
 };
 
