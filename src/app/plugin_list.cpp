@@ -43,7 +43,7 @@ SettingsCode writeContentPlugins(const SettingsRoot& root, const Settings& setti
     ListWriter writer(root, pluginSection);
     for (std::size_t number = 0; number < settings.contentPlugins.size(); ++number) {
         const ContentPluginEntry& entry = settings.contentPlugins[number];
-        writer.writeText(entryName(pathPart, number), textOfPath(entry.library));
+        writer.writeText(entryName(pathPart, number), textOfPath(entry.path));
         if (!entry.detect.empty())
             writer.writeText(detectName(number), toUtf16(entry.detect));
     }
@@ -54,7 +54,7 @@ std::vector<std::u16string> showContentPlugins(const Settings& settings)
 {
     std::vector<std::u16string> lines;
     for (const ContentPluginEntry& entry : settings.contentPlugins)
-        lines.push_back(textOfPath(entry.library) + (entry.detect.empty() ? u"" : u" " + toUtf16(entry.detect)));
+        lines.push_back(textOfPath(entry.path) + (entry.detect.empty() ? u"" : u" " + toUtf16(entry.detect)));
     return lines;
 }
 

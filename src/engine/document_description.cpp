@@ -98,7 +98,7 @@ std::string settingsText(const ExtractionOptions& options, ShellNamespace& shell
     append(all, options.excluded);
     append(all, options.whiteList);
     for (const ContentPluginEntry& plugin : options.plugins)
-        append(all, {bytesFromNative(plugin.library.native()), plugin.detect, stateOf(shell, plugin.library)});
+        append(all, {bytesFromNative(plugin.path.native()), plugin.detect, stateOf(shell, plugin.path)});
     return all;
 }
 

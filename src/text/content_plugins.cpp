@@ -71,12 +71,11 @@ ContentPlugins::ContentPlugins(std::unique_ptr<PluginAccess> access, const std::
     for (const ContentPluginEntry& entry : entries) {
         if (cancel.cancelled())
             return;
-        auto description = access_->describe(entry.library, cancel);
+        auto description = access_->describe(entry.path, cancel);
         if (!description)
-            complain(filledText(TextId::pluginRefused, {shown(entry.library), description.error().detail}));
+            complain(filledText(TextId::pluginRefused, {shown(entry.path), description.error().detail}));
         else if (description->fields.empty())
-            complain(
-                filledText(TextId::pluginRefused, {shown(entry.library), filledText(TextId::pluginWithoutFields)}));
+            complain(filledText(TextId::pluginRefused, {shown(entry.path), filledText(TextId::pluginWithoutFields)}));
         else
             add(entry, *std::move(description));
     }
@@ -85,8 +84,8 @@ ContentPlugins::ContentPlugins(std::unique_ptr<PluginAccess> access, const std::
 void ContentPlugins::add(const ContentPluginEntry& entry, PluginDescription description)
 {
     ListedPlugin plugin;
-    plugin.library = entry.library;
-    plugin.name = unusedName(wordOfName(bytesFromNative(entry.library.stem().native())), plugins_);
+    plugin.path = entry.path;
+    plugin.name = unusedName(wordOfName(bytesFromNative(entry.path.stem().native())), plugins_);
     plugin.detect = DetectString(entry.detect.empty() ? description.detect : entry.detect);
     plugin.format = formatOf(plugin.name);
     for (PluginField& field : description.fields) {
@@ -121,14 +120,14 @@ void ContentPlugins::note(std::size_t plugin, bool brokeDown)
     if (!brokeDown)
         health.breakdowns = 0;
     else if (++health.breakdowns >= mostBreakdowns && !health.givenUp.exchange(true))
-        complain(filledText(TextId::pluginGivenUp, {shown(plugins_[plugin].library), std::to_string(mostBreakdowns)}));
+        complain(filledText(TextId::pluginGivenUp, {shown(plugins_[plugin].path), std::to_string(mostBreakdowns)}));
 }
 
 RawValue ContentPlugins::value(std::size_t plugin, std::uint32_t field, const ShellItem& item)
 {
     if (!admits(plugin, item))
         return {};
-    auto value = access_->value({plugins_[plugin].library, item.path(), field}, CancelFlag());
+    auto value = access_->value({plugins_[plugin].path, item.path(), field}, CancelFlag());
     note(plugin, !value);
     return value ? *std::move(value) : RawValue{};
 }
@@ -152,7 +151,7 @@ ExtractedDocument ContentPlugins::extract(const ShellItem& item, const CancelFla
             if (!field.isFullText() || cancel.cancelled() || !admits(plugin, item))
                 continue;
             ExtractedDocument found =
-                access_->fullText({plugins_[plugin].library, item.path(), field.number}, characters_, cancel);
+                access_->fullText({plugins_[plugin].path, item.path(), field.number}, characters_, cancel);
             note(plugin, found.outcome == TextOutcome::crashed || found.outcome == TextOutcome::timedOut);
             if (found.outcome == TextOutcome::extracted)
                 return found;

@@ -19,8 +19,8 @@ namespace kelvane {
 
 // One that answered.
 struct ListedPlugin {
-    std::filesystem::path library;
-    std::string name;  // the library's without its extension; differs from that of every other one
+    std::filesystem::path path;  // of the library
+    std::string name;            // the library's without its extension; differs from that of every other one
     DetectString detect;
     std::vector<PluginField> fields;
     FormatId format;  // made from the name, so that a property keeps its key from run to run

@@ -32,24 +32,6 @@ ExtractedDocument nothing(TextOutcome outcome, std::string detail = {})
     return document;
 }
 
-TextOutcome outcomeOf(WorkerEnd end)
-{
-    switch (end) {
-    case WorkerEnd::notOpened:
-        return TextOutcome::unreadable;
-    case WorkerEnd::timedOut:
-        return TextOutcome::timedOut;
-    case WorkerEnd::tooMuchMemory:
-        return TextOutcome::tooMuchMemory;
-    case WorkerEnd::cancelled:
-        return TextOutcome::cancelled;
-    case WorkerEnd::answered:
-    case WorkerEnd::died:
-        break;
-    }
-    return TextOutcome::crashed;
-}
-
 WorkerLimits limitsFrom(const ExtractionOptions& options)
 {
     WorkerLimits limits;

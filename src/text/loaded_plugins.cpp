@@ -29,7 +29,7 @@ public:
     Result<RawValue> value(const PluginQuestion& question, const CancelFlag& /*cancel*/) override
     {
         const std::lock_guard lock(mutex_);
-        const auto plugin = loaded(question.library);
+        const auto plugin = loaded(question.path);
         return plugin ? (*plugin)->value(question.file, question.field) : Result<RawValue>(plugin.error());
     }
 
@@ -37,7 +37,7 @@ public:
                                const CancelFlag& cancel) override
     {
         const std::lock_guard lock(mutex_);
-        if (const auto plugin = loaded(question.library))
+        if (const auto plugin = loaded(question.path))
             return (*plugin)->fullText(question.file, question.field, characters, cancel);
         return {};
     }

@@ -29,7 +29,7 @@ struct PluginDescription {
 
 // A field of one plug-in for one file. Both paths are absolute.
 struct PluginQuestion {
-    std::filesystem::path library;
+    std::filesystem::path path;  // of the library
     std::filesystem::path file;
     std::uint32_t field = 0;
 };

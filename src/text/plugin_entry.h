@@ -7,8 +7,8 @@
 namespace kelvane {
 
 struct ContentPluginEntry {
-    std::filesystem::path library;  // absolute
-    std::string detect;             // in place of the plug-in's own detect string; empty: that one counts
+    std::filesystem::path path;  // of the library; absolute
+    std::string detect;          // in place of the plug-in's own detect string; empty: that one counts
     friend bool operator==(const ContentPluginEntry&, const ContentPluginEntry&) = default;
 };
 

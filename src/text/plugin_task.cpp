@@ -103,7 +103,7 @@ std::vector<std::byte> encodePluginRequest(const PluginRequest& request)
     writer.number(static_cast<std::uint32_t>(request.ask));
     writer.number(request.question.field);
     writer.number(request.characters);
-    writeText(writer, bytesFromNative(request.question.library.native()));
+    writeText(writer, bytesFromNative(request.question.path.native()));
     writeText(writer, bytesFromNative(request.question.file.native()));
     return writer.take();
 }
@@ -133,7 +133,7 @@ std::vector<std::byte> answerPluginRequest(std::span<const std::byte> request, P
     if (asked->ask == PluginAsk::fullText)
         return documentAnswer(plugins.fullText(asked->question, asked->characters, never));
     if (asked->ask == PluginAsk::describe) {
-        const auto description = plugins.describe(asked->question.library, never);
+        const auto description = plugins.describe(asked->question.path, never);
         return description ? descriptionAnswer(*description) : failure(description.error());
     }
     auto value = plugins.value(asked->question, never);

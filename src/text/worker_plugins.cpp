@@ -18,20 +18,6 @@ Error endError(const WorkerAnswer& answer)
     }
 }
 
-TextOutcome endOutcome(WorkerEnd end)
-{
-    switch (end) {
-    case WorkerEnd::timedOut:
-        return TextOutcome::timedOut;
-    case WorkerEnd::tooMuchMemory:
-        return TextOutcome::tooMuchMemory;
-    case WorkerEnd::cancelled:
-        return TextOutcome::cancelled;
-    default:
-        return TextOutcome::crashed;
-    }
-}
-
 WorkerLimits forPlugins(WorkerLimits limits)
 {
     limits.reach = WorkerReach::otherFiles;
@@ -70,7 +56,7 @@ public:
         if (answer && answer->end == WorkerEnd::answered)
             return text;
         ExtractedDocument none;
-        none.outcome = answer ? endOutcome(answer->end) : TextOutcome::toolMissing;
+        none.outcome = answer ? outcomeOf(answer->end) : TextOutcome::toolMissing;
         return none;
     }
 

@@ -120,4 +120,22 @@ std::optional<ExtractedDocument> decodeDocument(std::span<const std::byte> bytes
                              std::move(*tool), std::move(*detail)};
 }
 
+TextOutcome outcomeOf(WorkerEnd end)
+{
+    switch (end) {
+    case WorkerEnd::notOpened:
+        return TextOutcome::unreadable;
+    case WorkerEnd::timedOut:
+        return TextOutcome::timedOut;
+    case WorkerEnd::tooMuchMemory:
+        return TextOutcome::tooMuchMemory;
+    case WorkerEnd::cancelled:
+        return TextOutcome::cancelled;
+    case WorkerEnd::answered:
+    case WorkerEnd::died:
+        break;
+    }
+    return TextOutcome::crashed;
+}
+
 }  // namespace kelvane

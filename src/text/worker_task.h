@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/worker_processes.h"
 #include "text/extracted_document.h"
 #include "text/extraction_options.h"
 
@@ -32,5 +33,8 @@ struct ExtractionRequest {
 [[nodiscard]] std::vector<std::byte> encodeDocument(const ExtractedDocument& document);
 // Nothing for malformed bytes.
 [[nodiscard]] std::optional<ExtractedDocument> decodeDocument(std::span<const std::byte> bytes);
+
+// What it means for a document that its worker ended so; `answered` with nonsense counts as broken down.
+[[nodiscard]] TextOutcome outcomeOf(WorkerEnd end);
 
 }  // namespace kelvane

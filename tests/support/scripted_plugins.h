@@ -46,7 +46,7 @@ public:
 private:
     void note(const PluginQuestion& question)
     {
-        script_.asked.push_back(question.library.filename().string() + ' ' + std::to_string(question.field) + ' ' +
+        script_.asked.push_back(question.path.filename().string() + ' ' + std::to_string(question.field) + ' ' +
                                 question.file.filename().string());
     }
 
