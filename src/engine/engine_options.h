@@ -59,6 +59,7 @@ struct EngineOptions {
     unsigned threads = 0;                     // 0: by the number of processors
     bool classifyAhead = true;                // false: the plain pairwise walk, for tests and doubt
     bool exhaustive = false;                  // similar contents: compare every pair that the rules allow, filter none
+    bool secondLook = true;                   // pictures: colours and structure must not contradict the score
     bool sizesOnDisk = false;                 // documents: compare sizes of files, not the weights of their texts
 
     [[nodiscard]] bool has(std::uint32_t flag) const { return (flags & flag) != 0; }

@@ -2,14 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/cancel.h"
 #include "engine/candidate.h"
 #include "engine/criteria.h"
+#include "props/preview_signature.h"
 
 namespace kelvane {
 
@@ -26,8 +27,10 @@ struct ContentMeasure {
 struct ContentScore {
     bool comparable = true;   // false: a descriptor is missing, or the two are too different to be scored
     std::int32_t score = 0;   // the percentage scale, not clamped
+    bool vetoed = false;      // whatever the score says, the two do not match (see PreviewLook)
     bool endsWalk = false;    // no later file in sort order can match either
     ContentMeasure a{}, b{};  // zeros where there is no descriptor
+    std::optional<PreviewLook> look = std::nullopt;  // of pictures and films
 };
 
 // Why a file got no descriptor, in words for a person.
@@ -41,11 +44,8 @@ struct NoDescriptorCause {
 // "damaged (no end of the archive)".
 [[nodiscard]] std::string causeText(const NoDescriptorCause& cause);
 
-// A file that got no descriptor, and why.
-using NoDescriptor = std::function<void(const ShellItem& item, const NoDescriptorCause& cause)>;
-
-// Similar-content search for the categories that have descriptors. Used by the scan's thread; builds descriptors on
-// threads of its own.
+// Similar-content search for the categories that have descriptors. What is not said to be otherwise is used by the
+// scan's thread.
 class SimilarContent {
 public:
     virtual ~SimilarContent() = default;
@@ -53,21 +53,22 @@ public:
 
     // Whether a file can have what a descriptor needs, as far as a look at its name and record tells.
     [[nodiscard]] virtual bool mayAdmit(const ScanCriteria& criteria, const ItemContext& file) const;
-    // Begins to build the descriptor of a candidate, in the background. The candidate must stay where it is, and be
-    // left alone by everybody else, until settle() or abandon().
-    virtual void announce(const ScanCriteria& criteria, Candidate& file);
-    // Waits for everything that was announced; calls the function about every 20 ms with how many are done, and tells
-    // on the calling thread of files that got no descriptor, in the order in which they were announced. False when
-    // cancelled. Afterwards no candidate is in work any more, and without a cancel each has its descriptor in its
-    // cache, or a missing value.
-    [[nodiscard]] virtual bool settle(const CancelFlag& cancel,
-                                      const std::function<void(std::uint64_t done)>& whileWaiting,
-                                      const NoDescriptor& none);
-    // Forgets what was announced; waits for what is in work, which ends soon.
-    virtual void abandon() noexcept;
 
-    // Whether the file has a descriptor; builds it here and now where it was not announced.
+    // Builds the descriptor of a candidate and keeps it with the candidate's values, or keeps a missing value and says
+    // why. Does nothing where that was done already. Called by any thread, for one candidate by one at a time. What it
+    // says of a cancelled call is of no interest.
+    [[nodiscard]] virtual std::optional<NoDescriptorCause> describe(const ScanCriteria& criteria, Candidate& file,
+                                                                    const CancelFlag& cancel) = 0;
+
+    // The order in which described candidates are to stand, where it is not that of their primary values: a key for
+    // each, by its number in the list; those with equal keys stay as they are. Nothing where the primary values order
+    // them, and when cancelled.
+    [[nodiscard]] virtual std::optional<std::vector<std::uint64_t>>
+    order(const ScanCriteria& criteria, CandidateList& candidates, const CancelFlag& cancel);
+
+    // Whether the file has a descriptor and is long enough, after describe() and once its primary value is known.
     [[nodiscard]] virtual bool admits(const ScanCriteria& criteria, ItemContext& file) = 0;
+    // Describes what was not described yet.
     [[nodiscard]] virtual ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) = 0;
 
     // The candidates that may match, found ahead in parallel; null where the plain walk is to be taken. The same groups
@@ -76,5 +77,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Neighbours> narrow(const ScanCriteria& criteria,
                                                              const SortedCandidates& sorted, const CancelFlag& cancel);
 };
+
+// Several of them as one: each category goes to the first that supports it. They outlive the result.
+[[nodiscard]] std::unique_ptr<SimilarContent> combined(std::vector<SimilarContent*> contents);
 
 }  // namespace kelvane

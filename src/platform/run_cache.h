@@ -16,7 +16,13 @@
 namespace kelvane {
 
 // Kinds of values; kept on disk, so never renumbered.
-enum class CachedKind : std::uint32_t { documentDescriptor = 1 };
+enum class CachedKind : std::uint32_t {
+    documentDescriptor = 1,
+    audioFingerprint = 2,
+    picturePreview = 3,    // also those of films
+    previewSignature = 4,  // what is needed of a preview before two are held against each other
+    mediaFacts = 5,
+};
 
 // A value belongs to a file as it was: any other size, time or identity is another file. `shape` is a digest of
 // everything else that the value depends on (settings, the version of what made it). Nothing is kept of a file without

@@ -22,8 +22,15 @@ enum class WorkerReach : std::uint8_t {
     otherFiles,  // may also read files by their names: plug-ins open theirs themselves
 };
 
+// Which of the programs beside this one.
+enum class WorkerProgram : std::uint8_t {
+    documents,  // kelvane-worker
+    media,      // kelvane-media-worker; starts no tools
+};
+
 // 0 stands for no limit.
 struct WorkerLimits {
+    WorkerProgram program = WorkerProgram::documents;
     WorkerReach reach = WorkerReach::givenFile;
     std::uint64_t memoryBytes = 1'024u * 1'048'576u;  // address space of the worker and of each tool that it starts
     std::chrono::milliseconds perRequest{12'000};

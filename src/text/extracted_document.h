@@ -5,15 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/raw_value.h"
+#include "platform/named_value.h"
 
 namespace kelvane {
 
-// A value under its canonical name ("System.Title"), of the type that the property has.
-struct DocumentProperty {
-    std::string name;
-    RawValue value;
-};
+using DocumentProperty = NamedValue;
 
 // Why there is no text, or not all of it. In the order in which a summary names them.
 enum class TextOutcome : std::uint8_t {

@@ -3,7 +3,7 @@
 import re
 
 # A folder includes itself and what stands left of it; the faces do not include each other.
-ORDER = ["base", "platform", "text", "props", "engine", "results", "cleanup", "app", "ui", "cli", "worker"]
+ORDER = ["base", "platform", "text", "props", "media", "engine", "results", "cleanup", "app", "ui", "cli", "worker"]
 FACES = {"ui", "cli", "worker"}
 SYSTEMS = ("linux", "windows")
 
@@ -12,6 +12,8 @@ LIBRARIES = {
     "CLI/": {"cli"},
     "nlohmann/": {"cli"},
     "xxhash.h": {"engine"},
+    "unsupported/Eigen/": {"props"},
+    "Eigen/": {"props"},
     "Q": {"ui"},
 }
 

@@ -1,0 +1,21 @@
+#include "platform/linux/media/adapters.h"
+
+namespace kelvane {
+namespace {
+
+class Nothing final : public FilmDecoding {
+public:
+    DecodedPicture preview(RandomAccessFile&, std::string_view, const PreviewBounds&) override
+    {
+        return {{MediaOutcome::unknownFormat, {}, {}}, 0, 0, {}};
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<FilmDecoding> makeFfmpegFilmDecoding()
+{
+    return std::make_unique<Nothing>();
+}
+
+}  // namespace kelvane
