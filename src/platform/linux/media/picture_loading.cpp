@@ -1,0 +1,138 @@
+#include "platform/linux/media/picture_loading.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace kelvane::linux_os {
+namespace {
+
+// How a reader makes pictures smaller while it decodes.
+enum class Shrinking : std::uint8_t { none, jpeg, scaled };
+
+struct Reader {
+    std::string_view name;  // as the library's search for a reader answers
+    const char* operation;
+    Shrinking shrinking;
+    // Bytes that it holds at once: of the picture's pixels where it cannot decode line by line, and of the file.
+    std::uint32_t bytesPerPixel;
+    bool wholeFile;
+};
+
+constexpr Reader readers[] = {
+    {"VipsForeignLoadJpegSource", "jpegload_source", Shrinking::jpeg, 0, false},
+    {"VipsForeignLoadPngSource", "pngload_source", Shrinking::none, 0, false},
+    {"VipsForeignLoadNsgifSource", "gifload_source", Shrinking::none, 8, true},
+    {"VipsForeignLoadWebpSource", "webpload_source", Shrinking::scaled, 4, true},
+    {"VipsForeignLoadTiffSource", "tiffload_source", Shrinking::none, 0, false},
+    {"VipsForeignLoadHeifSource", "heifload_source", Shrinking::none, 8, false},
+    {"VipsForeignLoadJxlSource", "jxlload_source", Shrinking::none, 16, true},
+    {"VipsForeignLoadSvgSource", "svgload_source", Shrinking::scaled, 0, true},
+    {"VipsForeignLoadJp2kSource", "jp2kload_source", Shrinking::none, 12, true},
+    {"VipsForeignLoadPpmSource", "ppmload_source", Shrinking::none, 0, false},
+    {"VipsForeignLoadRadSource", "radload_source", Shrinking::none, 0, false},
+};
+
+// Of what one picture may need at once, so that the worker's limit is not met.
+constexpr std::uint64_t mostMemory = 1'000'000'000;
+
+// What is left to do by averaging after decoding evens out how differently formats are made smaller while decoding.
+constexpr int leftAfterShrinking = 2;
+
+const Reader* readerFor(VipsSource* source)
+{
+    const char* name = vips_foreign_find_load_source(source);
+    const auto found = std::ranges::find(readers, std::string_view(name != nullptr ? name : ""), &Reader::name);
+    return found == std::end(readers) ? nullptr : found;
+}
+
+VipsImageHandle open(const Reader& reader, VipsSource* source, int shrink)
+{
+    VipsImage* image = nullptr;
+    const auto load = [&](auto... options) {
+        return vips_call(reader.operation, source, &image, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
+                         VIPS_FAIL_ON_TRUNCATED, options..., nullptr);
+    };
+    int outcome = 0;
+    if (shrink == 1)
+        outcome = load();
+    else if (reader.shrinking == Shrinking::jpeg)
+        outcome = load("shrink", shrink);
+    else
+        outcome = load("scale", 1.0 / shrink);
+    return VipsImageHandle(outcome == 0 ? image : nullptr);
+}
+
+PictureSize sizeOf(VipsImage* image)
+{
+    return {static_cast<std::uint32_t>(vips_image_get_width(image)),
+            static_cast<std::uint32_t>(vips_image_get_height(image))};
+}
+
+// A power of two: the shrinking that JPEG knows.
+int shrinkingFor(const Reader& reader, PictureSize whole, PictureSize preview)
+{
+    int shrink = 1;
+    while (reader.shrinking != Shrinking::none && shrink < 8 &&
+           whole.width / (2 * shrink) >= leftAfterShrinking * preview.width &&
+           whole.height / (2 * shrink) >= leftAfterShrinking * preview.height)
+        shrink *= 2;
+    return shrink;
+}
+
+PictureSize turned(PictureSize size)
+{
+    return {size.height, size.width};
+}
+
+// The bounds are those of the picture as it is seen.
+PictureSize previewBeforeTurning(VipsImage* image, PictureSize whole, const PreviewBounds& bounds)
+{
+    return vips_image_get_orientation_swap(image) != 0 ? turned(previewSize(turned(whole), bounds))
+                                                       : previewSize(whole, bounds);
+}
+
+bool tooLarge(const Reader& reader, PictureSize whole, std::uint64_t fileSize, const PreviewBounds& bounds)
+{
+    const std::uint64_t pixels = std::uint64_t{whole.width} * whole.height;
+    const std::uint64_t held = reader.wholeFile ? fileSize : 0;
+    return pixels > bounds.pixels || held > mostMemory || pixels * reader.bytesPerPixel > mostMemory - held;
+}
+
+LoadedPicture failed(MediaOutcome outcome, std::string detail)
+{
+    LoadedPicture picture;
+    picture.fault = {outcome, {}, std::move(detail)};
+    return picture;
+}
+
+LoadedPicture load(const Reader& reader, VipsSource* source, std::uint64_t fileSize, const PreviewBounds& bounds)
+{
+    LoadedPicture picture;
+    if (reader.wholeFile && fileSize > mostMemory)
+        return failed(MediaOutcome::tooLarge, {});
+    picture.image = open(reader, source, 1);
+    if (!picture.image)
+        return failed(MediaOutcome::damaged, takeVipsError());
+    picture.whole = sizeOf(picture.image.get());
+    if (tooLarge(reader, picture.whole, fileSize, bounds))
+        return failed(MediaOutcome::tooLarge, {});
+    picture.preview = previewBeforeTurning(picture.image.get(), picture.whole, bounds);
+    picture.shrunk = shrinkingFor(reader, picture.whole, picture.preview);
+    if (picture.shrunk == 1)
+        return picture;
+    picture.image = open(reader, source, picture.shrunk);
+    return picture.image ? std::move(picture) : failed(MediaOutcome::damaged, takeVipsError());
+}
+
+}  // namespace
+
+LoadedPicture loadPicture(RandomAccessFile& file, const PreviewBounds& bounds)
+{
+    const VipsSourceHandle source = makeVipsSource(file);
+    const Reader* reader = readerFor(source.get());
+    if (reader == nullptr)
+        return failed(MediaOutcome::unknownFormat, takeVipsError());
+    return load(*reader, source.get(), file.size(), bounds);
+}
+
+}  // namespace kelvane::linux_os

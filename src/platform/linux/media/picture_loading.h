@@ -1,0 +1,22 @@
+// Pictures from files into libvips, already made smaller where the format allows that while decoding.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/linux/media/preview_size.h"
+#include "platform/linux/media/vips_source.h"
+
+namespace kelvane::linux_os {
+
+struct LoadedPicture {
+    MediaFault fault;
+    VipsImageHandle image;  // not turned yet; its pixels are decoded when they are asked for, once, from top to bottom
+    PictureSize whole;      // of the picture as it is stored
+    PictureSize preview;    // of its preview, before it is turned
+    int shrunk = 1;         // how many times smaller the image is than the whole
+};
+
+// The first picture of the file. Nothing is decoded but what stands in front of the pixels. The file outlives it.
+[[nodiscard]] LoadedPicture loadPicture(RandomAccessFile& file, const PreviewBounds& bounds);
+
+}  // namespace kelvane::linux_os
