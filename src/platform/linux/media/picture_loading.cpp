@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/linux/media/pixel_turning.h"
+
 namespace kelvane::linux_os {
 namespace {
 
@@ -36,7 +38,7 @@ constexpr Reader readers[] = {
 constexpr std::uint64_t mostMemory = 1'000'000'000;
 
 // What is left to do by averaging after decoding evens out how differently formats are made smaller while decoding.
-constexpr int leftAfterShrinking = 2;
+constexpr std::uint32_t leftAfterShrinking = 2;
 
 const Reader* readerFor(VipsSource* source)
 {
@@ -45,7 +47,7 @@ const Reader* readerFor(VipsSource* source)
     return found == std::end(readers) ? nullptr : found;
 }
 
-VipsImageHandle open(const Reader& reader, VipsSource* source, int shrink)
+VipsImageHandle open(const Reader& reader, VipsSource* source, std::uint32_t shrink)
 {
     VipsImage* image = nullptr;
     const auto load = [&](auto... options) {
@@ -56,7 +58,7 @@ VipsImageHandle open(const Reader& reader, VipsSource* source, int shrink)
     if (shrink == 1)
         outcome = load();
     else if (reader.shrinking == Shrinking::jpeg)
-        outcome = load("shrink", shrink);
+        outcome = load("shrink", static_cast<int>(shrink));
     else
         outcome = load("scale", 1.0 / shrink);
     return VipsImageHandle(outcome == 0 ? image : nullptr);
@@ -69,9 +71,9 @@ PictureSize sizeOf(VipsImage* image)
 }
 
 // A power of two: the shrinking that JPEG knows.
-int shrinkingFor(const Reader& reader, PictureSize whole, PictureSize preview)
+std::uint32_t shrinkingFor(const Reader& reader, PictureSize whole, PictureSize preview)
 {
-    int shrink = 1;
+    std::uint32_t shrink = 1;
     while (reader.shrinking != Shrinking::none && shrink < 8 &&
            whole.width / (2 * shrink) >= leftAfterShrinking * preview.width &&
            whole.height / (2 * shrink) >= leftAfterShrinking * preview.height)
@@ -79,16 +81,15 @@ int shrinkingFor(const Reader& reader, PictureSize whole, PictureSize preview)
     return shrink;
 }
 
-PictureSize turned(PictureSize size)
+PictureSize swapped(PictureSize size)
 {
     return {size.height, size.width};
 }
 
 // The bounds are those of the picture as it is seen.
-PictureSize previewBeforeTurning(VipsImage* image, PictureSize whole, const PreviewBounds& bounds)
+PictureSize previewBeforeTurning(int orientation, PictureSize whole, const PreviewBounds& bounds)
 {
-    return vips_image_get_orientation_swap(image) != 0 ? turned(previewSize(turned(whole), bounds))
-                                                       : previewSize(whole, bounds);
+    return swapsSides(orientation) ? swapped(previewSize(swapped(whole), bounds)) : previewSize(whole, bounds);
 }
 
 bool tooLarge(const Reader& reader, PictureSize whole, std::uint64_t fileSize, const PreviewBounds& bounds)
@@ -105,6 +106,15 @@ LoadedPicture failed(MediaOutcome outcome, std::string detail)
     return picture;
 }
 
+// JPEG rounds the sides up and fills the last pixels by repeating; everything else stretches the picture.
+void noteCoverage(LoadedPicture& picture, const Reader& reader, PictureSize whole, std::uint32_t shrink)
+{
+    const PictureSize size = sizeOf(picture.image.get());
+    const bool exact = reader.shrinking == Shrinking::jpeg;
+    picture.coveredWidth = exact ? double(whole.width) / shrink : double(size.width);
+    picture.coveredHeight = exact ? double(whole.height) / shrink : double(size.height);
+}
+
 LoadedPicture load(const Reader& reader, VipsSource* source, std::uint64_t fileSize, const PreviewBounds& bounds)
 {
     LoadedPicture picture;
@@ -113,15 +123,18 @@ LoadedPicture load(const Reader& reader, VipsSource* source, std::uint64_t fileS
     picture.image = open(reader, source, 1);
     if (!picture.image)
         return failed(MediaOutcome::damaged, takeVipsError());
-    picture.whole = sizeOf(picture.image.get());
-    if (tooLarge(reader, picture.whole, fileSize, bounds))
+    const PictureSize whole = sizeOf(picture.image.get());
+    if (tooLarge(reader, whole, fileSize, bounds))
         return failed(MediaOutcome::tooLarge, {});
-    picture.preview = previewBeforeTurning(picture.image.get(), picture.whole, bounds);
-    picture.shrunk = shrinkingFor(reader, picture.whole, picture.preview);
-    if (picture.shrunk == 1)
-        return picture;
-    picture.image = open(reader, source, picture.shrunk);
-    return picture.image ? std::move(picture) : failed(MediaOutcome::damaged, takeVipsError());
+    picture.orientation = vips_image_get_orientation(picture.image.get());
+    picture.preview = previewBeforeTurning(picture.orientation, whole, bounds);
+    const std::uint32_t shrink = shrinkingFor(reader, whole, picture.preview);
+    if (shrink != 1)
+        picture.image = open(reader, source, shrink);
+    if (!picture.image)
+        return failed(MediaOutcome::damaged, takeVipsError());
+    noteCoverage(picture, reader, whole, shrink);
+    return picture;
 }
 
 }  // namespace

@@ -11,9 +11,11 @@ namespace kelvane::linux_os {
 struct LoadedPicture {
     MediaFault fault;
     VipsImageHandle image;  // not turned yet; its pixels are decoded when they are asked for, once, from top to bottom
-    PictureSize whole;      // of the picture as it is stored
-    PictureSize preview;    // of its preview, before it is turned
-    int shrunk = 1;         // how many times smaller the image is than the whole
+    // How much of the image the picture covers, from the top left corner; see RgbPixels.
+    double coveredWidth = 0;
+    double coveredHeight = 0;
+    int orientation = 1;  // as Exif counts them: how to turn and mirror it
+    PictureSize preview;  // of its preview, before it is turned
 };
 
 // The first picture of the file. Nothing is decoded but what stands in front of the pixels. The file outlives it.

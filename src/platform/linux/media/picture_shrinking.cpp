@@ -1,8 +1,10 @@
 #include "platform/linux/media/picture_shrinking.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
+
+#include "platform/linux/media/pixel_scaling.h"
+#include "platform/linux/media/pixel_turning.h"
 
 namespace kelvane::linux_os {
 namespace {
@@ -35,25 +37,12 @@ VipsImageHandle onWhite(VipsImageHandle image)
 }
 
 // Averages whole blocks of pixels, as JPEG does while it decodes, so that all formats give the same.
-VipsImageHandle averaged(VipsImageHandle image, PictureSize preview)
+VipsImageHandle averaged(VipsImageHandle image, int across, int down)
 {
-    if (!image)
-        return image;
-    const auto factor = [](int whole, std::uint32_t small) { return std::max(1, whole / static_cast<int>(2 * small)); };
-    const int across = factor(image->Xsize, preview.width);
-    const int down = factor(image->Ysize, preview.height);
     if (across == 1 && down == 1)
         return image;
     return step(image, [&](VipsImage* in, VipsImage** out) {
-        return vips_shrink(in, out, across, down, "ceil", FALSE, nullptr);
-    });
-}
-
-VipsImageHandle resized(const VipsImageHandle& image, PictureSize preview)
-{
-    return step(image, [&](VipsImage* in, VipsImage** out) {
-        return vips_resize(in, out, double(preview.width) / in->Xsize, "vscale", double(preview.height) / in->Ysize,
-                           "kernel", VIPS_KERNEL_CUBIC, nullptr);
+        return vips_shrink(in, out, across, down, "ceil", TRUE, nullptr);
     });
 }
 
@@ -73,46 +62,55 @@ VipsImageHandle inScreenColours(VipsImageHandle image)
     });
 }
 
-VipsImageHandle turnedUpright(const VipsImageHandle& image)
-{
-    return step(image, [](VipsImage* in, VipsImage** out) { return vips_autorot(in, out, nullptr); });
-}
-
-VipsImageHandle asBytes(const VipsImageHandle& image)
+VipsImageHandle inBytes(const VipsImageHandle& image)
 {
     return step(image, [](VipsImage* in, VipsImage** out) { return vips_cast_uchar(in, out, nullptr); });
 }
 
-std::vector<std::byte> pixelsOf(const std::uint8_t* samples, std::size_t pixels, std::size_t bands)
+// Grey stays one sample a pixel up to here.
+std::vector<std::uint8_t> threeSamples(const std::uint8_t* samples, std::size_t pixels, std::size_t bands)
 {
-    std::vector<std::byte> out(pixels * 4);
+    std::vector<std::uint8_t> out(pixels * 3);
     for (std::size_t i = 0; i < pixels; ++i)
         for (std::size_t band = 0; band < 3; ++band)
-            out[4 * i + 2 - band] = std::byte{samples[bands * i + (bands >= 3 ? band : 0)]};
+            out[3 * i + band] = samples[bands * i + (bands >= 3 ? band : 0)];
     return out;
 }
 
-DecodedPicture decoded(const VipsImageHandle& image)
+// Decodes the picture.
+RgbPixels pixelsOf(const VipsImageHandle& image)
 {
     std::size_t size = 0;
     const std::unique_ptr<void, decltype(&g_free)> samples(
         image ? vips_image_write_to_memory(image.get(), &size) : nullptr, &g_free);
     if (!samples)
-        return {{MediaOutcome::damaged, {}, takeVipsError()}, 0, 0, {}};
-    DecodedPicture picture;
-    picture.width = static_cast<std::uint32_t>(image->Xsize);
-    picture.height = static_cast<std::uint32_t>(image->Ysize);
-    picture.pixels = pixelsOf(static_cast<const std::uint8_t*>(samples.get()),
-                              std::size_t{picture.width} * picture.height, static_cast<std::size_t>(image->Bands));
-    return picture;
+        return {};
+    RgbPixels pixels;
+    pixels.width = static_cast<std::uint32_t>(image->Xsize);
+    pixels.height = static_cast<std::uint32_t>(image->Ysize);
+    pixels.samples = threeSamples(static_cast<const std::uint8_t*>(samples.get()),
+                                  std::size_t{pixels.width} * pixels.height, static_cast<std::size_t>(image->Bands));
+    return pixels;
+}
+
+// By how much a side of so many pixels can be averaged, so that at least twice the preview's is left.
+int blockFor(double side, std::uint32_t preview)
+{
+    return std::max(1, static_cast<int>(side / (2 * preview)));
 }
 
 }  // namespace
 
 DecodedPicture shrinkPicture(LoadedPicture picture)
 {
-    VipsImageHandle image = averaged(onWhite(std::move(picture.image)), picture.preview);
-    return decoded(asBytes(inScreenColours(turnedUpright(resized(image, picture.preview)))));
+    const int across = blockFor(picture.coveredWidth, picture.preview.width);
+    const int down = blockFor(picture.coveredHeight, picture.preview.height);
+    RgbPixels pixels = pixelsOf(inBytes(inScreenColours(averaged(onWhite(std::move(picture.image)), across, down))));
+    if (pixels.samples.empty())
+        return {{MediaOutcome::damaged, {}, takeVipsError()}, 0, 0, {}};
+    pixels.coveredWidth = picture.coveredWidth / across;
+    pixels.coveredHeight = picture.coveredHeight / down;
+    return turned(scaledPixels(pixels, picture.preview), picture.orientation);
 }
 
 }  // namespace kelvane::linux_os
