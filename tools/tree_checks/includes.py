@@ -12,6 +12,7 @@ LIBRARIES = {
     "CLI/": {"cli"},
     "nlohmann/": {"cli"},
     "xxhash.h": {"engine"},
+    "eigen3/": {"props"},
     "unsupported/Eigen/": {"props"},
     "Eigen/": {"props"},
     "Q": {"ui"},
