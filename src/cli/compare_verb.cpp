@@ -56,13 +56,14 @@ void describeBoth(const ScanCriteria& criteria, std::array<Candidate, 2>& pair, 
 {
     if (!isDescribed(criteria, &similar))
         return;
-    for (Candidate& file : pair)
-        similar.announce(criteria, file);
-    const auto complainOf = [&](const ShellItem& item, const NoDescriptorCause& cause) {
-        complain(console, filledText(TextId::noDescriptor, {bytesFromNative(item.fullName()), causeText(cause)}));
-    };
-    static_cast<void>(similar.settle(
-        console.cancel, [](std::uint64_t) {}, complainOf));  // the flag tells of a cancel
+    for (Candidate& file : pair) {
+        const auto cause = similar.describe(criteria, file, console.cancel);
+        if (console.cancel.cancelled())
+            return;
+        if (cause)
+            complain(console,
+                     filledText(TextId::noDescriptor, {bytesFromNative(file.item().fullName()), causeText(*cause)}));
+    }
 }
 
 // Texts of the stages point into what the pair has cached.

@@ -14,14 +14,12 @@ constexpr std::uint64_t leastTinyLimit = 2048;
 }  // namespace
 
 Admission::Admission(const ScanCriteria& criteria, ShellNamespace& shell, const PropertySource& properties,
-                     SimilarContent* similar)
+                     ContentAdmission contents)
     : criteria_(criteria),
       shell_(shell),
       properties_(properties),
-      similar_(similar),
-      tinyLimit_(std::max(criteria.options.tinyFile.bytes, leastTinyLimit)),
-      descriptorIsPrimary_(isDescribed(criteria, similar) &&
-                           criteria.primary == properties.catalogue().stock(StockProperty::simDocDescriptor))
+      contents_{isDescribed(criteria, contents.similar) ? contents.similar : nullptr, contents.valuesLater},
+      tinyLimit_(std::max(criteria.options.tinyFile.bytes, leastTinyLimit))
 {
 }
 
@@ -72,21 +70,10 @@ bool Admission::hasRightAttributes(const ShellItem& file) const
 
 bool Admission::hasRightContents(Candidate& file)
 {
-    if (descriptorIsPrimary_)
-        return mayHaveDescriptor(file);
-    if (properties_.value(file, criteria_.primary).missing()) {
-        ++withoutValue_;
-        return false;
-    }
-    return !isDescribed(criteria_, similar_) || similar_->admits(criteria_, file);
-}
-
-// Whether it really has one is seen when its text was taken.
-bool Admission::mayHaveDescriptor(const Candidate& file)
-{
-    const bool may = similar_->mayAdmit(criteria_, file);
-    withoutValue_ += may ? 0 : 1;
-    return may;
+    const bool may = contents_.similar == nullptr || contents_.similar->mayAdmit(criteria_, file);
+    const bool has = may && (contents_.valuesLater || !properties_.value(file, criteria_.primary).missing());
+    withoutValue_ += has ? 0 : 1;
+    return has;
 }
 
 }  // namespace kelvane

@@ -12,13 +12,18 @@
 
 namespace kelvane {
 
+// How the contents of files are looked at.
+struct ContentAdmission {
+    SimilarContent* similar = nullptr;  // null: no content is looked at
+    bool valuesLater = false;           // whoever takes the candidates asks for their values and descriptors
+};
+
 // The tests that a file passes on its way to the candidates, in order of rising cost. What is handed over at
 // construction must outlive it. Used by one thread at a time.
 class Admission {
 public:
-    // similar may be null: then no content is looked at.
     Admission(const ScanCriteria& criteria, ShellNamespace& shell, const PropertySource& properties,
-              SimilarContent* similar);
+              ContentAdmission contents);
 
     // The candidate, or nothing for a file that stays out. Links that are not followed stay out.
     [[nodiscard]] std::optional<Candidate> test(const Ref<ShellItem>& file);
@@ -34,14 +39,12 @@ private:
     [[nodiscard]] bool isFetched(const ShellItem& file) const;
     [[nodiscard]] bool hasRightAttributes(const ShellItem& file) const;
     [[nodiscard]] bool hasRightContents(Candidate& file);
-    [[nodiscard]] bool mayHaveDescriptor(const Candidate& file);
 
     const ScanCriteria& criteria_;
     ShellNamespace& shell_;
     const PropertySource& properties_;
-    SimilarContent* similar_;
+    ContentAdmission contents_;
     std::uint64_t tinyLimit_;
-    bool descriptorIsPrimary_;  // it is made after the test, in the background
     std::uint64_t offlineSkipped_ = 0;
     std::uint64_t withoutValue_ = 0;
 };

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <numeric>
 
-#include "props/sim_doc_cache.h"
+#include "engine/matcher.h"
 #include "props/value_order.h"
 
 namespace kelvane {
@@ -66,15 +66,6 @@ bool sortKeys(std::vector<Key>& keys, const CancelFlag& cancel)
     return true;
 }
 
-// Documents are ordered by the sizes that their descriptors go by, where "sizes too different to be scored" ends the
-// inner walk; no two of them are known to be equal by that.
-PropValue documentSize(Candidate& file, const PropRef& descriptor)
-{
-    const Ref<const SimDocDescriptor> held = documentDescriptor(file, descriptor, {});
-    return held ? PropValue{PropKind::number, held->size(), {}}
-                : PropValue{PropKind::number, PROPCACHE::missingMark, {}};
-}
-
 // Signed numbers as unsigned ones of the same order.
 std::uint64_t orderedBits(std::uint64_t bits)
 {
@@ -84,35 +75,37 @@ std::uint64_t orderedBits(std::uint64_t bits)
 class Sorter {
 public:
     Sorter(CandidateList& list, const PropertySource& properties, const CancelFlag& cancel, PropRef property)
-        : list_(list),
-          properties_(properties),
-          cancel_(cancel),
-          property_(property),
-          documents_(property == properties.catalogue().stock(StockProperty::simDocDescriptor))
+        : list_(list), properties_(properties), cancel_(cancel), property_(property)
     {
     }
 
-    // Nothing when cancelled.
-    std::optional<SortedCandidates> run()
+    // These give nothing when cancelled.
+    std::optional<SortedCandidates> byValues()
     {
         const PropKind kind = property_.kind();
-        std::optional<SortedCandidates> sorted;
         std::vector<NumberKey> numbers;
         if ((kind == PropKind::number || kind == PropKind::date) && collectNumbers(numbers))
-            sorted = sort(numbers);
-        else
-            sorted = sortValues();
-        if (sorted && documents_)
+            return sort(numbers);
+        return sortValues();
+    }
+
+    std::optional<SortedCandidates> byKeys(const std::vector<std::uint64_t>& wanted)
+    {
+        std::vector<NumberKey> keys;
+        keys.reserve(list_.size());
+        std::uint32_t index = 0;
+        for (const Candidate& file : list_) {
+            if (!file.group.isExcluded())
+                keys.push_back({wanted[index], index});
+            ++index;
+        }
+        std::optional<SortedCandidates> sorted = sort(keys);
+        if (sorted)
             std::iota(sorted->classes.begin(), sorted->classes.end(), 0);
         return sorted;
     }
 
 private:
-    [[nodiscard]] PropValue valueOf(Candidate& file) const
-    {
-        return documents_ ? documentSize(file, property_) : properties_.value(file, property_);
-    }
-
     template <class Take>
     bool forEach(Take take)
     {
@@ -120,7 +113,7 @@ private:
         for (Candidate& file : list_) {
             if (cancel_.cancelled())
                 return false;
-            if (!file.group.isExcluded() && !take(valueOf(file), index))
+            if (!file.group.isExcluded() && !take(properties_.value(file, property_), index))
                 return false;
             ++index;
         }
@@ -172,7 +165,6 @@ private:
     const PropertySource& properties_;
     const CancelFlag& cancel_;
     PropRef property_;
-    bool documents_;
 };
 
 }  // namespace
@@ -193,9 +185,17 @@ void prepareCandidates(const ScanCriteria& criteria, CandidateList& candidates, 
 }
 
 std::optional<SortedCandidates> sortCandidates(const ScanCriteria& criteria, CandidateList& candidates,
-                                               const PropertySource& properties, const CancelFlag& cancel)
+                                               const GroupingPorts& ports)
 {
-    return Sorter(candidates, properties, cancel, criteria.primary).run();
+    Sorter sorter(candidates, ports.properties, ports.cancel, criteria.primary);
+    if (isDescribed(criteria, ports.similar)) {
+        const auto keys = ports.similar->order(criteria, candidates, ports.cancel);
+        if (ports.cancel.cancelled())
+            return std::nullopt;
+        if (keys)
+            return sorter.byKeys(*keys);
+    }
+    return sorter.byValues();
 }
 
 }  // namespace kelvane

@@ -29,10 +29,11 @@ struct SortedCandidates {
 void prepareCandidates(const ScanCriteria& criteria, CandidateList& candidates, const PropertySource& properties,
                        const GroupingMode& mode);
 
-// Reads the primary values and sorts by them; files found earlier come first among equal ones. Excluded files are left
-// out, which is the same to the walk as their coming first. Nothing when cancelled.
+// Sorts by the order that the contents' descriptors ask for, else by the primary values, which are read where that was
+// not done; files found earlier come first among equal ones. Files ordered by descriptors are all of different classes:
+// an equal key says nothing of a value. Excluded files are left out, which is the same to the walk as their coming
+// first. Nothing when cancelled.
 [[nodiscard]] std::optional<SortedCandidates> sortCandidates(const ScanCriteria& criteria, CandidateList& candidates,
-                                                             const PropertySource& properties,
-                                                             const CancelFlag& cancel);
+                                                             const GroupingPorts& ports);
 
 }  // namespace kelvane

@@ -1,9 +1,9 @@
 #include "engine/grouping.h"
 
 #include "base/text_table.h"
+#include "engine/candidate_preparation.h"
 #include "engine/candidate_sort.h"
 #include "engine/classified_ahead.h"
-#include "engine/described_candidates.h"
 #include "engine/group_walk.h"
 
 namespace kelvane {
@@ -19,7 +19,7 @@ std::optional<SortedCandidates> sortPhase(const ScanCriteria& criteria, Candidat
 {
     ports.observer.caption(text(TextId::phaseSorting));
     const std::uint64_t start = ports.clock.ticks();
-    std::optional<SortedCandidates> sorted = sortCandidates(criteria, candidates, ports.properties, ports.cancel);
+    std::optional<SortedCandidates> sorted = sortCandidates(criteria, candidates, ports);
     stats.sortSeconds = secondsSince(start, ports.clock);
     if (sorted)
         ports.observer.progress({ScanPhase::sorting, sorted->size(), sorted->size(), 0, 0});
@@ -38,17 +38,16 @@ std::unique_ptr<Neighbours> findNeighbours(const ScanCriteria& criteria, const S
     return std::make_unique<AllLater>(sorted);
 }
 
-// Earlier results bring no descriptors with them. False when cancelled.
-bool describeAgain(const ScanCriteria& criteria, CandidateList& candidates, const GroupingPorts& ports)
+// Earlier results bring no values or descriptors with them. False when cancelled.
+bool prepareAgain(const ScanCriteria& criteria, CandidateList& candidates, const GroupingPorts& ports)
 {
-    if (!isDescribed(criteria, ports.similar))
+    CandidatePreparation preparation(criteria, ports.properties, ports.similar);
+    if (!preparation.needed())
         return true;
-    const AnnouncedCandidates announced(ports.similar);
     for (Candidate& file : candidates)
-        ports.similar->announce(criteria, file);
+        preparation.begin(file);
     WalkStats unused;
-    return settleDescriptors(criteria, candidates,
-                             {ports.similar, ports.properties, ports.clock, ports.observer, ports.cancel}, unused);
+    return preparation.settle(candidates, ports.clock, ports.observer, ports.cancel, unused);
 }
 
 }  // namespace
@@ -57,7 +56,7 @@ std::int64_t groupCandidates(const ScanCriteria& criteria, CandidateList& candid
                              const GroupingMode& mode, GroupingStats& stats)
 {
     stats = {};
-    if (mode.recheck && !describeAgain(criteria, candidates, ports))
+    if (mode.recheck && !prepareAgain(criteria, candidates, ports))
         return -1;
     prepareCandidates(criteria, candidates, ports.properties, mode);
     if (candidates.size() < 2)

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/text_table.h"
-#include "engine/described_candidates.h"
+#include "engine/candidate_preparation.h"
 
 namespace kelvane {
 namespace {
@@ -77,18 +77,16 @@ std::uint64_t totalBytes(const CandidateList& candidates)
 // Phase 1. False when cancelled.
 bool gather(const ScanCriteria& criteria, const ScanPorts& ports, CandidateList& candidates, ScanReport& report)
 {
+    CandidatePreparation preparation(criteria, ports.properties, ports.similar);
     const WalkPorts walkPorts{ports.shell,    ports.paths,  ports.properties, ports.clock,
-                              ports.observer, ports.cancel, ports.similar};
+                              ports.observer, ports.cancel, ports.similar,    &preparation};
     const std::uint64_t start = ports.clock.ticks();
     Walker walker(criteria, walkPorts, candidates);
     bool finished = true;
     for (std::size_t i = 0; finished && i < report.roots.roots.size(); ++i)
         finished = walker.walk(report.roots.roots[i]) == WalkResult::done;
     report.walk = walker.stats();
-    finished =
-        finished &&
-        settleDescriptors(criteria, candidates,
-                          {ports.similar, ports.properties, ports.clock, ports.observer, ports.cancel}, report.walk);
+    finished = finished && preparation.settle(candidates, ports.clock, ports.observer, ports.cancel, report.walk);
     report.walkSeconds = static_cast<double>(ports.clock.ticks() - start) / 1000.0;
     report.candidates = candidates.size();
     report.candidateBytes = totalBytes(candidates);
@@ -99,7 +97,6 @@ void runPhases(const ScanCriteria& criteria, const ScanPorts& ports, ScanReport&
 {
     report.roots = prepareRoots(criteria, ports);
     CandidateList candidates;
-    const AnnouncedCandidates announced(ports.similar);
     if (!gather(criteria, ports, candidates, report)) {
         report.rows = -1;
         return;

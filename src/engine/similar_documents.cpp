@@ -1,12 +1,10 @@
 #include "engine/similar_documents.h"
 
-#include <algorithm>
-#include <mutex>
+#include <limits>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "engine/background_work.h"
 #include "engine/classified_ahead.h"
 #include "engine/document_description.h"
 #include "engine/document_filter.h"
@@ -29,11 +27,9 @@ public:
           describer_(ports.shell, ports.extraction, ports.cache),
           numbers_(numbers),
           pairNumber_(numbers == ProbeNumbers::perPair ? nextRandom() : 0),
-          threads_(workerCount(threads)),
-          work_(threads_)
+          threads_(workerCount(threads))
     {
     }
-    ~SimilarDocuments() override { abandon(); }
 
     bool supports(Category category) const override { return category == Category::documents; }
 
@@ -42,35 +38,32 @@ public:
         return !describer_.hopeless(file.item());
     }
 
-    void announce(const ScanCriteria& criteria, Candidate& file) override
+    std::optional<NoDescriptorCause> describe(const ScanCriteria& criteria, Candidate& file,
+                                              const CancelFlag& cancel) override
     {
-        const std::uint64_t number = announced_++;
-        work_.add([this, number, &file, sizeOnDisk = criteria.options.sizesOnDisk] {
-            DocumentDescription made = describer_.describe(file.item(), sizeOnDisk, stop_);
+        std::optional<NoDescriptorCause> cause;
+        static_cast<void>(documentDescriptor(file, property_, [&](const ShellItem& item) {
+            DocumentDescription made = describer_.describe(item, criteria.options.sizesOnDisk, cancel);
             if (!made.descriptor)
-                failed({number, file.itemRef(), made.cause()});
-            keepDocumentDescriptor(file, property_, std::move(made.descriptor));
-        });
+                cause = made.cause();
+            return std::move(made.descriptor);
+        }));
+        return cause;
     }
 
-    bool settle(const CancelFlag& cancel, const std::function<void(std::uint64_t done)>& whileWaiting,
-                const NoDescriptor& none) override
+    // By the sizes that descriptors go by, where "sizes too different to be scored" ends the inner walk.
+    std::optional<std::vector<std::uint64_t>> order(const ScanCriteria&, CandidateList& candidates,
+                                                    const CancelFlag& cancel) override
     {
-        if (!work_.settle(cancel, whileWaiting)) {
-            abandon();
-            return false;
+        std::vector<std::uint64_t> keys;
+        keys.reserve(candidates.size());
+        for (Candidate& file : candidates) {
+            if (cancel.cancelled())
+                return std::nullopt;
+            const Ref<const SimDocDescriptor> held = documentDescriptor(file, property_, {});
+            keys.push_back(held ? held->size() : std::numeric_limits<std::uint64_t>::max());
         }
-        tellFailures(none);
-        return true;
-    }
-
-    void abandon() noexcept override
-    {
-        stop_.cancel();
-        work_.drop();
-        stop_.reset();
-        failures_.clear();
-        announced_ = 0;
+        return keys;
     }
 
     bool admits(const ScanCriteria& criteria, ItemContext& file) override
@@ -112,16 +105,10 @@ public:
     }
 
 private:
-    struct Failure {
-        std::uint64_t number;
-        Ref<const ShellItem> item;
-        NoDescriptorCause cause;
-    };
-
     Ref<const SimDocDescriptor> descriptorOf(const ScanCriteria& criteria, ItemContext& file) const
     {
         return documentDescriptor(file, property_, [&](const ShellItem& item) {
-            return describer_.describe(item, criteria.options.sizesOnDisk, stop_).descriptor;
+            return describer_.describe(item, criteria.options.sizesOnDisk, never_).descriptor;
         });
     }
 
@@ -148,33 +135,13 @@ private:
         return types;
     }
 
-    void failed(Failure failure)
-    {
-        const std::lock_guard lock(failuresMutex_);
-        failures_.push_back(std::move(failure));
-    }
-
-    void tellFailures(const NoDescriptor& none)
-    {
-        std::sort(failures_.begin(), failures_.end(),
-                  [](const Failure& a, const Failure& b) { return a.number < b.number; });
-        for (const Failure& failure : failures_)
-            none(*failure.item, failure.cause);
-        failures_.clear();
-        announced_ = 0;
-    }
-
     ShellNamespace& shell_;
     const PropRef property_;
     const DocumentDescriber describer_;
     const ProbeNumbers numbers_;
     const std::uint32_t pairNumber_;
     const unsigned threads_;
-    CancelFlag stop_;
-    std::uint64_t announced_ = 0;
-    std::mutex failuresMutex_;
-    std::vector<Failure> failures_;  // guarded while there is work
-    BackgroundWork work_;            // last: its threads use everything above
+    const CancelFlag never_;
 };
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "engine/admission.h"
+#include "engine/candidate_preparation.h"
 #include "engine/descend.h"
 #include "engine/folder_prefetch.h"
-#include "engine/matcher.h"
 #include "engine/walk_progress.h"
 #include "platform/native_text.h"
 
@@ -39,7 +39,9 @@ public:
         : criteria_(criteria),
           ports_(ports),
           candidates_(candidates),
-          admission_(criteria, ports.shell, ports.properties, ports.similar),
+          preparation_(ports.preparation != nullptr && ports.preparation->needed() ? ports.preparation : nullptr),
+          admission_(criteria, ports.shell, ports.properties,
+                     {.similar = ports.similar, .valuesLater = preparation_ != nullptr}),
           descend_(criteria, ports.paths, ports.shell),
           progress_(ports.shell, ports.clock, ports.observer)
     {
@@ -118,8 +120,8 @@ private:
         if (!candidate)
             return;
         candidates_.push_back(*std::move(candidate));
-        if (isDescribed(criteria_, ports_.similar))
-            ports_.similar->announce(criteria_, candidates_.back());
+        if (preparation_ != nullptr)
+            preparation_->begin(candidates_.back());
     }
 
     void push(const Ref<ShellItem>& folder)
@@ -150,6 +152,7 @@ private:
     const ScanCriteria& criteria_;
     WalkPorts ports_;
     CandidateList& candidates_;
+    CandidatePreparation* const preparation_;  // null where candidates need no more than their records
     Admission admission_;
     DescendTest descend_;
     WalkProgress progress_;

@@ -29,6 +29,8 @@ struct WalkStats {
     bool undescribedFailed = false;                    // for some of them, another try may do better
 };
 
+class CandidatePreparation;
+
 // Everything the walk asks of the world; all of it outlives the walker.
 struct WalkPorts {
     ShellNamespace& shell;
@@ -38,6 +40,8 @@ struct WalkPorts {
     ScanObserver& observer;
     const CancelFlag& cancel;
     SimilarContent* similar = nullptr;  // the admission tests of similar-content searches; null when there are none
+    // Where candidates are handed over that need more than their records; null: the walk reads their primary values.
+    CandidatePreparation* preparation = nullptr;
 };
 
 enum class WalkResult : int { done = 0, cancelled = -1 };
@@ -54,7 +58,7 @@ public:
 
     // A root that cannot be parsed or listed is skipped and told to the observer. A root that is a file stands for
     // itself only. Where archives are entered, an archive is walked as a folder and stays a candidate file as well.
-    // Candidates that are to be described are announced; the list then has to be settled before it is used or ended.
+    // Where there is a preparation, it has to be settled before the candidates are used.
     // After `cancelled` the walker is good for nothing but its statistics.
     [[nodiscard]] WalkResult walk(const std::string& root);
 

@@ -24,7 +24,7 @@ protected:
     }
     bool admits(const ScanCriteria& criteria, const Ref<ShellItem>& item)
     {
-        Admission admission(criteria, *world.shell, world.properties, nullptr);
+        Admission admission(criteria, *world.shell, world.properties, {});
         const bool admitted = admission.test(item).has_value();
         offline = admission.offlineSkipped();
         return admitted;

@@ -26,11 +26,10 @@ protected:
     {
         world.begin();
         Candidate file = world.file(path);
-        world.documents->announce(world.alike(85), file);
         causes.clear();
-        const auto none = [&](const ShellItem&, const NoDescriptorCause& cause) { causes.push_back(causeText(cause)); };
-        EXPECT_TRUE(world.documents->settle(
-            world.cancel, [](std::uint64_t) {}, none));
+        if (const auto cause = world.documents->describe(world.alike(85), file, world.cancel))
+            causes.push_back(causeText(*cause));
+        EXPECT_FALSE(world.documents->describe(world.alike(85), file, world.cancel)) << "nothing is done twice";
         return documentDescriptor(file, world.catalogue.stock(StockProperty::simDocDescriptor), {});
     }
     void useCache()
@@ -167,7 +166,7 @@ TEST_F(SimilarDocumentsTest, SharedNumbersAreThoseOfOneComparison)
     }
 }
 
-// The whole scan: the walk announces, the end of phase 1 sorts out.
+// The whole scan: files are described while others are found, the end of phase 1 sorts out.
 class DocumentScan : public ::testing::Test {
 protected:
     // Writes down what took no part; may cancel while texts are taken.
