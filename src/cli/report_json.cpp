@@ -72,7 +72,8 @@ Json statsJson(const Listing& listing)
         {"bytesRead", figures.bytesRead},
         {"skipped", figures.skipped},
         {"offlineSkipped", figures.offlineSkipped},
-        {"withoutValue", figures.withoutValue}};
+        {"withoutValue", figures.withoutValue},
+        {"comparisons", figures.comparisons}};
 }
 
 Json valuesJson(const Listing& listing, ItemId id)

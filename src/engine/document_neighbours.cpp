@@ -63,13 +63,16 @@ std::uint32_t DocumentNeighbours::comparable(std::uint32_t reference, std::uint3
 void DocumentNeighbours::findNearest(std::uint32_t reference)
 {
     std::uint32_t i = comparable(reference, reference);
+    std::uint64_t compared = 0;
     for (; i != none && !cancel_.cancelled(); i = comparable(reference, i)) {
+        ++compared;
         const auto score = pairs_.match(*documents_.descriptors[reference], *documents_.descriptors[i]);
         if (score) {
             nearest_[reference] = {i, *score};
-            return;
+            break;
         }
     }
+    comparisons_.fetch_add(compared, std::memory_order_relaxed);
 }
 
 }  // namespace kelvane

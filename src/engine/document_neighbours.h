@@ -1,6 +1,7 @@
 // Similar documents found ahead of the group walk, by workers.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -35,6 +36,7 @@ public:
     [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override { return a == b; }
     [[nodiscard]] std::optional<ContentScore> knownScore(std::uint32_t reference,
                                                          std::uint32_t position) const override;
+    [[nodiscard]] std::uint64_t comparisons() const override { return comparisons_.load(std::memory_order_relaxed); }
 
 private:
     struct Nearest {
@@ -51,6 +53,7 @@ private:
     const DocumentPairs pairs_;
     const PairFilter filter_;
     const CancelFlag& cancel_;
+    std::atomic<std::uint64_t> comparisons_{0};
     std::vector<Nearest> nearest_;  // each written by one worker, read once its task is done
     OrderedTasks tasks_;            // last: its threads use everything above
 };

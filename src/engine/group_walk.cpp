@@ -41,6 +41,7 @@ bool GroupWalk::run(Neighbours& neighbours)
     while (seed_ < sorted_.size() && seedGroup(seed_))
         ++seed_;
     report(seed_);
+    stats_.comparisons += neighbours.comparisons();
     return seed_ == sorted_.size();
 }
 
@@ -89,6 +90,7 @@ bool GroupWalk::collect(std::uint32_t seed)
 MatchResult GroupWalk::compare(std::uint32_t a, std::uint32_t b)
 {
     compared_ = {a, b};
+    stats_.comparisons += neighbours_->knownScore(a, b) ? 0 : 1;
     return matcher_.compare(sorted_.at(a), sorted_.at(b), neighbours_->keysEqual(a, b));
 }
 

@@ -45,6 +45,7 @@ struct GroupingStats {
     std::uint64_t bytesRead = 0;
     std::uint64_t skipped = 0;       // unreadable, or changed while read
     std::uint64_t ignoredPairs = 0;  // matched, but declared as not duplicates
+    std::uint64_t comparisons = 0;   // pairs of files that were held against each other
     double sortSeconds = 0;
     double compareSeconds = 0;
 };

@@ -187,7 +187,8 @@ MatchResult Matcher::exactContents(std::int32_t stage, const Candidate& a, const
 }
 
 // A category without descriptors has nothing to compare here. Where the descriptors' order says that nothing later can
-// match, the two parted at what they are sorted by: stage 1.
+// match, the two parted at what they are sorted by: stage 1; so do pictures always, which stand in the order of what
+// they look like, although that alone does not end the walk.
 MatchResult Matcher::similarContents(std::int32_t stage, Candidate& a, Candidate& b)
 {
     if (!hasDescriptor(criteria_.category()))
@@ -196,29 +197,30 @@ MatchResult Matcher::similarContents(std::int32_t stage, Candidate& a, Candidate
         return partedAt(stage);
     const auto known = scoreOracle_ ? scoreOracle_() : std::nullopt;
     const ContentScore score = known ? *known : similar_->compare(criteria_, a, b);
-    const bool similar = score.comparable && score.score >= criteria_.similarity;
+    const bool similar = score.comparable && score.score >= criteria_.similarity && !score.vetoed;
+    const std::int32_t partedStage = score.endsWalk || criteria_.category() == Category::images ? 1 : stage;
     if (report_ != nullptr)
-        reportScore(stage, score, similar);
-    if (similar)
-        return {.score = score.score};
-    return score.endsWalk ? partedAt(1, true) : partedAt(stage);
+        reportScore(similar ? stage : partedStage, score, similar);
+    return similar ? MatchResult{.score = score.score} : partedAt(partedStage, score.endsWalk);
 }
 
 // Sizes that are too different have a number of their own in place of a score.
 void Matcher::reportScore(std::int32_t stage, const ContentScore& score, bool similar) const
 {
     StageReport line;
-    line.stage = score.endsWalk ? 1 : stage;
+    line.stage = stage;
     line.name = "content";
     line.equal = similar;
     line.allowed = 100.0 - criteria_.similarity;
     if (score.comparable || score.endsWalk)
         line.score = score.score;
     const auto measured = [](const ContentMeasure& measure) {
-        return measure.size == 0 && measure.length == 0 ? std::nullopt : std::optional(measure);
+        return measure == ContentMeasure{} ? std::nullopt : std::optional(measure);
     };
     line.measureA = measured(score.a);
     line.measureB = measured(score.b);
+    line.look = score.look;
+    line.vetoed = score.vetoed;
     report_->push_back(std::move(line));
 }
 

@@ -38,6 +38,8 @@ struct StageReport {
     bool equal = false;
     // How much was compared, of a similar-content stage.
     std::optional<ContentMeasure> measureA = std::nullopt, measureB = std::nullopt;
+    std::optional<PreviewLook> look = std::nullopt;  // of pictures and films
+    bool vetoed = false;                             // the second look speaks against a score that would do
 };
 
 // Decides for pairs. One a thread. Ports outlive it.

@@ -42,6 +42,8 @@ public:
     [[nodiscard]] virtual std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const = 0;
     // Whether this file and its neighbours were read already and have equal contents.
     [[nodiscard]] virtual bool contentsKnownEqual(std::uint32_t /*position*/) const { return false; }
+    // Pairs of files whose contents were scored to find the neighbours.
+    [[nodiscard]] virtual std::uint64_t comparisons() const { return 0; }
     // Bytes read so far to find the neighbours, and an upper bound of what there is to read (0: not known).
     [[nodiscard]] virtual std::uint64_t bytesRead() const { return 0; }
     [[nodiscard]] virtual std::uint64_t bytesToRead() const { return 0; }

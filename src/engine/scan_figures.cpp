@@ -35,6 +35,7 @@ constexpr SecondsField secondsFields[] = {
 };
 constexpr std::uint16_t flagsTag = 13;
 constexpr std::uint16_t rootsTag = 14;
+constexpr CountField comparisonsField = {15, &ScanFigures::comparisons};
 constexpr std::uint32_t archivesFlag = 1;
 
 template <std::unsigned_integral Number>
@@ -76,6 +77,13 @@ bool readRoots(const NodeField& field, std::vector<std::string>& roots)
     return true;
 }
 
+bool readCount(const NodeField& field, std::uint64_t& count)
+{
+    const auto value = numberOf<std::uint64_t>(field);
+    count = value.value_or(0);
+    return value.has_value();
+}
+
 bool readSeconds(const NodeField& field, double& seconds)
 {
     seconds = std::bit_cast<double>(numberOf<std::uint64_t>(field).value_or(UINT64_MAX));
@@ -92,12 +100,11 @@ bool readFlags(const NodeField& field, ScanFigures& figures)
 bool readField(const NodeField& field, ScanFigures& figures)
 {
     for (const CountField& count : countFields) {
-        if (count.tag == field.tag) {
-            const auto value = numberOf<std::uint64_t>(field);
-            figures.*count.member = value.value_or(0);
-            return value.has_value();
-        }
+        if (count.tag == field.tag)
+            return readCount(field, figures.*count.member);
     }
+    if (field.tag == comparisonsField.tag)
+        return readCount(field, figures.comparisons);
     for (const SecondsField& seconds : secondsFields) {
         if (seconds.tag == field.tag)
             return readSeconds(field, figures.*seconds.member);
@@ -128,6 +135,7 @@ ScanFigures figuresOf(const ScanReport& report, const EngineOptions& options)
     figures.compareSeconds = report.grouping.compareSeconds;
     figures.archives = options.has(option_flag::enterVirtualFolders);
     figures.roots = report.roots.roots;
+    figures.comparisons = report.grouping.comparisons;
     return figures;
 }
 
@@ -140,6 +148,7 @@ StoredNode storedNode(const ScanFigures& figures)
         node.fields.push_back(numberField(field.tag, std::bit_cast<std::uint64_t>(figures.*field.member)));
     node.fields.push_back(numberField(flagsTag, figures.archives ? archivesFlag : 0));
     node.fields.push_back(rootsField(figures.roots));
+    node.fields.push_back(numberField(comparisonsField.tag, figures.comparisons));
     return node;
 }
 

@@ -27,6 +27,7 @@ struct ScanFigures {
     double compareSeconds = 0;
     bool archives = false;           // they were entered as folders
     std::vector<std::string> roots;  // those that were walked, in that order
+    std::uint64_t comparisons = 0;   // pairs of files that were held against each other
     friend bool operator==(const ScanFigures&, const ScanFigures&) = default;
 };
 

@@ -19,8 +19,12 @@ struct SortedCandidates;
 
 // How much was compared of a file, for people who ask why.
 struct ContentMeasure {
-    std::uint64_t size = 0;    // in bytes, as comparing goes by it
-    std::uint64_t length = 0;  // of a text, in characters
+    std::uint64_t size = 0;     // in bytes, as comparing goes by it
+    std::uint64_t length = 0;   // of a text, in characters
+    std::int64_t duration = 0;  // of sound or a film, in 100-nanosecond units
+    std::uint32_t width = 0;    // of a preview, in pixels
+    std::uint32_t height = 0;
+    friend bool operator==(const ContentMeasure&, const ContentMeasure&) = default;
 };
 
 // What comparing the contents of two files by their descriptors gave.

@@ -112,7 +112,7 @@ TEST_F(ScanVerb, JsonHoldsDefinitionStatisticsAndGroups)
     EXPECT_TRUE(stats.at("seconds").is_number());
     stats.merge_patch({{"phases", nullptr}, {"seconds", nullptr}});
     EXPECT_EQ(stats, json::parse(R"({"files": 2, "bytes": 8, "groups": 1, "duplicates": 1, "skipped": 0, "bytesRead": 8,
-        "filesSeen": 2, "folders": 1, "offlineSkipped": 0, "withoutValue": 0})"));
+        "filesSeen": 2, "folders": 1, "offlineSkipped": 0, "withoutValue": 0, "comparisons": 1})"));
     const json& group = document.at("groups").at(0);
     EXPECT_EQ(group.at("id"), 1);
     EXPECT_EQ(group.at("approximate"), false);

@@ -15,6 +15,10 @@ class FixedScore final : public SimilarContent {
 public:
     bool supports(Category) const override { return true; }
     bool admits(const ScanCriteria&, ItemContext&) override { return true; }
+    std::optional<NoDescriptorCause> describe(const ScanCriteria&, Candidate&, const CancelFlag&) override
+    {
+        return std::nullopt;
+    }
     ContentScore compare(const ScanCriteria&, ItemContext&, ItemContext&) override { return score; }
     ContentScore score;
 };
@@ -166,11 +170,31 @@ TEST_F(MatcherTest, SimilarContentsNeedTheScore)
     scores.score = {true, 90, false};
     EXPECT_EQ(stage(images), 0);
     EXPECT_EQ(report.back().score, 90);
-    scores.score = {true, 89, true};
+    scores.score = {.score = 89, .endsWalk = true};
     EXPECT_TRUE(compare(images).endsWalk);
-    scores.score = {false, 100, false};
+    scores.score = {.comparable = false, .score = 100};
     EXPECT_FALSE(compare(images).match());
     EXPECT_FALSE(compare(images).endsWalk);
+    scores.score = {.score = 250, .vetoed = true, .look = PreviewLook{90.5, -0.2, false}};
+    EXPECT_FALSE(compare(images).match());
+    EXPECT_TRUE(report.back().vetoed);
+    EXPECT_EQ(report.back().score, 250);
+    EXPECT_DOUBLE_EQ(report.back().look->colourDifference, 90.5);
+}
+
+// Where the files of a category stand in the order of durations, a score that is too low says nothing of the next ones.
+TEST_F(MatcherTest, PicturesPartAtTheFirstStageAndSoundsAndFilmsAtThatOfContents)
+{
+    FixedScore scores;
+    world.similar = &scores;
+    scores.score = {.score = 10};
+    for (const auto& [category, expected] :
+         {std::pair{Category::images, 1}, {Category::video, 2}, {Category::audio, 2}, {Category::documents, 2}}) {
+        const auto result = compare(fuzzy(90, "System.Size", scan_flag::contents, category));
+        EXPECT_EQ(result.stage, expected);
+        EXPECT_FALSE(result.endsWalk);
+        EXPECT_EQ(report.back().stage, expected);
+    }
 }
 
 TEST_F(MatcherTest, FilesOfOneSeriesArePartedByTheirFolder)
