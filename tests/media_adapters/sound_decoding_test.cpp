@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <numeric>
 
+#include "media_adapters/made_files.h"
 #include "media_adapters/sound_samples.h"
 #include "platform/linux/media/adapters.h"
 #include "support/bytes_file.h"
@@ -10,8 +11,8 @@ namespace kelvane {
 namespace {
 
 using testing::BytesFile;
-using testing::converted;
 using testing::doubled;
+using testing::madeBy;
 using testing::sampled;
 using testing::tone;
 using testing::tune;
@@ -90,7 +91,7 @@ TEST(SoundDecoding, ReadsTheUsualFormatsWithTheirStartAtTheSamePlace)
     const auto plain = decoded(wav, "a.wav").samples;
     ASSERT_FALSE(plain.empty());
     for (const char* name : {"a.flac", "a.mp3", "a.ogg", "a.opus", "a.m4a", "a.aiff", "a.mka"}) {
-        const auto sound = decoded(converted(wav, "in.wav", "-vn", name), name);
+        const auto sound = decoded(madeBy("ffmpeg -nostdin -loglevel error -i IN OUT", name, wav), name);
         ASSERT_EQ(sound.fault.outcome, MediaOutcome::made) << name << ": " << sound.fault.detail;
         ASSERT_GT(sound.samples.size(), 60'000u) << name;
         double product = 0;

@@ -1,14 +1,8 @@
 #include "media_adapters/sound_samples.h"
 
-#include <array>
-#include <bit>
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 #include <random>
-#include <stdexcept>
-
-#include "support/temp_tree.h"
 
 namespace kelvane::testing {
 namespace {
@@ -88,19 +82,6 @@ std::vector<std::int16_t> doubled(std::span<const std::int16_t> samples)
     for (const std::int16_t sample : samples)
         both.insert(both.end(), {sample, sample});
     return both;
-}
-
-std::string converted(const std::string& bytes, std::string_view inputName, std::string_view options,
-                      std::string_view outputName)
-{
-    const TempTree tree;
-    const std::string input = tree.write(std::string("in/").append(inputName), bytes).string();
-    const std::string output = tree.path(outputName).string();
-    const std::string command = "ffmpeg -nostdin -y -loglevel error -i '" + input + "' " + std::string(options) +
-                                " -fflags +bitexact '" + output + "'";
-    if (std::system(command.c_str()) != 0)
-        throw std::runtime_error("failed: " + command);
-    return tree.read(outputName);
 }
 
 }  // namespace kelvane::testing

@@ -6,7 +6,6 @@
 #include <functional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace kelvane::testing {
@@ -29,10 +28,5 @@ struct WavForm {
 [[nodiscard]] std::vector<std::int16_t> tune(unsigned seed, double seconds, std::uint32_t rate = 44'100);
 // The same on both channels.
 [[nodiscard]] std::vector<std::int16_t> doubled(std::span<const std::int16_t> samples);
-
-// What `ffmpeg -i INPUT OPTIONS OUTPUT` makes of the input's bytes; the names' endings choose the formats. Throws where
-// the command is missing or fails.
-[[nodiscard]] std::string converted(const std::string& bytes, std::string_view inputName, std::string_view options,
-                                    std::string_view outputName);
 
 }  // namespace kelvane::testing
