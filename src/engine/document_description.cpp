@@ -6,10 +6,9 @@
 #include <vector>
 
 #include "base/filled_text.h"
-#include "base/utf.h"
 #include "base/words.h"
-#include "engine/chunk_buckets.h"
 #include "platform/native_text.h"
+#include "platform/run_cache_key.h"
 
 namespace kelvane {
 namespace {
@@ -143,22 +142,11 @@ DocumentDescription DocumentDescriber::describe(const ShellItem& item, bool size
     return made;
 }
 
-// Nothing for entries of archives, which have no identity of their own. Formats are known by their extensions too, and
-// on some systems a file is renamed without a trace.
 std::optional<RunCacheKey> DocumentDescriber::keyOf(const ShellItem& item, bool sizeOnDisk) const
 {
-    if (cache_ == nullptr || !item.inFileSystem())
+    if (cache_ == nullptr)
         return std::nullopt;
-    const auto details = shell_.details(item);
-    if (!details || !details->identity.known())
-        return std::nullopt;
-    const std::string shape = settings_ + (sizeOnDisk ? 'd' : 't') + toUtf8(shell_.itemType(item));
-    return RunCacheKey{CachedKind::documentDescriptor,
-                       details->identity,
-                       details->size,
-                       details->modified,
-                       details->changed,
-                       hashChunk(std::as_bytes(std::span(shape))).low};
+    return runCacheKey(shell_, item, CachedKind::documentDescriptor, settings_ + (sizeOnDisk ? 'd' : 't'));
 }
 
 std::optional<DocumentDescription> DocumentDescriber::known(const RunCacheKey& key) const

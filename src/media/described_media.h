@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "base/cancel.h"
@@ -10,6 +12,7 @@
 #include "platform/run_cache.h"
 #include "platform/shell_namespace.h"
 #include "props/preview_signature.h"
+#include "text/latest_files.h"
 
 namespace kelvane {
 
@@ -34,7 +37,8 @@ struct PreviewDescription {
     MediaFault fault;
 };
 
-// Thread-safe.
+// Whoever asks for a fingerprint or a film's preview gets facts for the same reading; they are kept for those who ask
+// for them next. Thread-safe.
 class MediaDescriber {
 public:
     // cache may be null. All outlive it.
@@ -49,9 +53,17 @@ public:
     [[nodiscard]] MediaReading& reading() const { return reading_; }
 
 private:
+    using Facts = std::shared_ptr<const std::vector<NamedValue>>;
+
+    [[nodiscard]] MediaAnswer read(const ShellItem& item, MediaWish wish, const CancelFlag& cancel) const;
+    [[nodiscard]] PreviewDescription makePreview(const ShellItem& item, MediaKind kind, const CancelFlag& cancel) const;
+    // Null where the file has to be asked again.
+    [[nodiscard]] Facts readFacts(const ShellItem& item, const CancelFlag& cancel) const;
+
     ShellNamespace& shell_;
     MediaReading& reading_;
     RunCache* cache_;
+    mutable LatestFiles<Facts> latest_;
 };
 
 }  // namespace kelvane

@@ -1,7 +1,6 @@
 #include "platform/worker_frames.h"
 
 #include <charconv>
-#include <string_view>
 
 #include "base/byte_stream.h"
 
@@ -60,6 +59,11 @@ std::optional<WorkerConfinement> decodeGreeting(std::span<const std::byte> messa
     for (std::size_t i = 0; i < std::size(walls); ++i)
         confinement.*walls[i] = (*bits >> i & 1) != 0;
     return confinement;
+}
+
+std::string_view workerProgramName(WorkerProgram program)
+{
+    return program == WorkerProgram::media ? "kelvane-media-worker" : "kelvane-worker";
 }
 
 std::array<std::string, 2> workerArguments(const WorkerLimits& limits)

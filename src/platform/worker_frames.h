@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/worker_processes.h"
@@ -35,7 +37,10 @@ struct WorkerHeader {
 [[nodiscard]] std::optional<WorkerConfinement> decodeGreeting(std::span<const std::byte> message);
 inline constexpr std::uint32_t workerGreetingSize = 8;
 
-// The words on a worker's command line.
+// As its file is called, without an extension.
+[[nodiscard]] std::string_view workerProgramName(WorkerProgram program);
+
+// The words on a worker's command line, which program it is apart.
 [[nodiscard]] std::array<std::string, 2> workerArguments(const WorkerLimits& limits);
 [[nodiscard]] std::optional<WorkerLimits> parseWorkerArguments(int count, char** words);
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <list>
-#include <mutex>
-#include <optional>
+#include <memory>
+
+#include "text/latest_files.h"
 
 namespace kelvane {
 namespace {
@@ -63,61 +63,6 @@ bool isCarried(std::string_view name)
     return name == contents || std::find(carried.begin(), carried.end(), name) != carried.end();
 }
 
-// Which state of which file was read.
-struct Stamp {
-    NativeString path;
-    FileSize size;
-    FileTime modified;
-    friend bool operator==(const Stamp&, const Stamp&) = default;
-};
-
-// One file; whoever comes second waits until the first one has read it.
-class Document {
-public:
-    explicit Document(Stamp stamp) : stamp_(std::move(stamp)) {}
-    [[nodiscard]] const Stamp& stamp() const { return stamp_; }
-
-    const ExtractedDocument& get(TextExtraction& extraction, const ShellItem& item)
-    {
-        const std::lock_guard lock(mutex_);
-        if (!document_)
-            document_ = extraction.extract(item, never_);
-        return *document_;
-    }
-
-private:
-    const Stamp stamp_;
-    const CancelFlag never_;
-    std::mutex mutex_;
-    std::optional<ExtractedDocument> document_;
-};
-
-// The documents that were asked for last. Thread-safe.
-class LatestDocuments {
-public:
-    std::shared_ptr<Document> of(const ShellItem& item)
-    {
-        Stamp stamp{item.fullName(), item.info().size, item.info().modified};
-        const std::lock_guard lock(mutex_);
-        const auto known = std::find_if(latest_.begin(), latest_.end(),
-                                        [&stamp](const auto& document) { return document->stamp() == stamp; });
-        if (known != latest_.end()) {
-            latest_.splice(latest_.begin(), latest_, known);
-        } else {
-            latest_.push_front(std::make_shared<Document>(std::move(stamp)));
-            if (latest_.size() > most)
-                latest_.pop_back();
-        }
-        return latest_.front();
-    }
-
-private:
-    // More than there are threads that read values; a sample of text and a few values each.
-    static constexpr std::size_t most = 64;
-    std::mutex mutex_;
-    std::list<std::shared_ptr<Document>> latest_;
-};
-
 class DocumentReaders final : public PropertyReaders {
 public:
     DocumentReaders(TextExtraction& extraction, PropertyReaders& next) : extraction_(extraction), next_(next) {}
@@ -133,8 +78,9 @@ public:
 private:
     RawValue fromDocument(std::string_view name, const ShellItem& item)
     {
-        const auto kept = latest_.of(item);
-        const ExtractedDocument& document = kept->get(extraction_, item);
+        const auto shared = latest_.of(item)->get(
+            [&] { return std::make_shared<const ExtractedDocument>(extraction_.extract(item, never_)); });
+        const ExtractedDocument& document = **shared;
         if (name == contents)
             return document.text.empty() ? RawValue{} : RawValue::text(document.text);
         const auto found = std::find_if(document.properties.begin(), document.properties.end(),
@@ -144,7 +90,8 @@ private:
 
     TextExtraction& extraction_;
     PropertyReaders& next_;
-    LatestDocuments latest_;
+    const CancelFlag never_;
+    LatestFiles<std::shared_ptr<const ExtractedDocument>> latest_;
 };
 
 }  // namespace

@@ -1,11 +1,9 @@
 #include "text/extraction_service.h"
 
-#include <algorithm>
-#include <atomic>
 #include <mutex>
 #include <set>
-#include <thread>
 
+#include "platform/worker_frames.h"
 #include "text/document_extractor.h"
 #include "text/file_kinds.h"
 #include "text/format_registry.h"
@@ -16,13 +14,8 @@
 namespace kelvane {
 namespace {
 
-constexpr const char* workerName = "kelvane-worker";
-
 // Of what is held in memory, where the settings do not bound it.
 constexpr std::uint64_t largestCopy = 256u * 1'048'576u;
-
-// So many starts in a row that go wrong are no accident any more.
-constexpr unsigned mostFailedStarts = 3;
 
 ExtractedDocument nothing(TextOutcome outcome, std::string detail = {})
 {
@@ -40,10 +33,20 @@ WorkerLimits limitsFrom(const ExtractionOptions& options)
     return limits;
 }
 
-unsigned workersFrom(const ExtractionOptions& options)
+ExtractedDocument withoutWorker(const Error& error)
 {
-    constexpr unsigned most = 8;
-    return options.workers != 0 ? options.workers : std::clamp(std::thread::hardware_concurrency(), 1u, most);
+    const std::string name(workerProgramName(WorkerProgram::documents));
+    switch (startFaultOf(error)) {
+    case StartFault::passing:
+        return nothing(TextOutcome::unreadable, error.detail);
+    case StartFault::broken:
+        return nothing(TextOutcome::crashed, name + ": " + error.detail);
+    case StartFault::missing:
+        break;
+    }
+    ExtractedDocument document = nothing(TextOutcome::toolMissing, error.detail);
+    document.missingTool = name;
+    return document;
 }
 
 class ExtractionService final : public TextExtraction {
@@ -51,7 +54,7 @@ public:
     ExtractionService(const ExtractionPorts& ports, ExtractionOptions options)
         : ports_(ports),
           options_(std::move(options)),
-          pool_(ports_.workers, limitsFrom(options_), workersFrom(options_))
+          pool_(ports_.workers, limitsFrom(options_), workerCount(options_.workers))
     {
     }
 
@@ -67,15 +70,12 @@ private:
     ExtractedDocument extractHere(RandomAccessFile& file, const std::string& name);
     ExtractedDocument extractCopy(ShellFile& file, const std::string& name, const CancelFlag& cancel);
     ExtractedDocument askWorker(const std::string& name, const WorkerInput& input, const CancelFlag& cancel);
-    ExtractedDocument withoutWorker(const Error& error);
     [[nodiscard]] bool readWhateverSize(const std::string& name) const;
     void note(const std::string& tool);
 
     ExtractionPorts ports_;
     const ExtractionOptions options_;
     WorkerPool pool_;
-    std::atomic<unsigned> failedStarts_ = 0;
-    std::atomic<bool> workerMissing_ = false;
     mutable std::mutex mutex_;
     std::set<std::string> missing_;
 };
@@ -140,8 +140,6 @@ ExtractedDocument ExtractionService::extractCopy(ShellFile& file, const std::str
 ExtractedDocument ExtractionService::askWorker(const std::string& name, const WorkerInput& input,
                                                const CancelFlag& cancel)
 {
-    if (failedStarts_ >= mostFailedStarts)
-        return withoutWorker({workerMissing_ ? ErrorKind::notFound : ErrorKind::invalid, 0, "it does not start"});
     std::optional<ExtractedDocument> document;
     const auto sensible = [&](std::span<const std::byte> answer) {
         document = decodeDocument(answer);
@@ -151,25 +149,8 @@ ExtractedDocument ExtractionService::askWorker(const std::string& name, const Wo
     const auto answer = pool_.ask(request, input, cancel, sensible);
     if (!answer)
         return withoutWorker(answer.error());
-    failedStarts_ = 0;
     return answer->end == WorkerEnd::answered ? std::move(*document)
                                               : nothing(outcomeOf(answer->end), answer->error.detail);
-}
-
-ExtractedDocument ExtractionService::withoutWorker(const Error& error)
-{
-    if (error.kind == ErrorKind::tooManyOpen || error.kind == ErrorKind::io)
-        return nothing(TextOutcome::unreadable, error.detail);
-    // A program that is there and does not start is not missing.
-    if (error.kind == ErrorKind::invalid) {
-        ++failedStarts_;
-        return nothing(TextOutcome::crashed, std::string(workerName) + ": " + error.detail);
-    }
-    failedStarts_ = mostFailedStarts;
-    workerMissing_ = true;
-    ExtractedDocument document = nothing(TextOutcome::toolMissing, error.detail);
-    document.missingTool = workerName;
-    return document;
 }
 
 bool ExtractionService::readWhateverSize(const std::string& name) const

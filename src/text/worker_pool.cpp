@@ -1,6 +1,8 @@
 #include "text/worker_pool.h"
 
+#include <algorithm>
 #include <chrono>
+#include <thread>
 
 namespace kelvane {
 namespace {
@@ -8,7 +10,34 @@ namespace {
 // At the cancel flag, while all workers are busy.
 constexpr std::chrono::milliseconds betweenLooks{20};
 
+// So many starts in a row that go wrong are no accident any more.
+constexpr unsigned mostFailedStarts = 3;
+
+WorkerConfinement common(const WorkerConfinement& a, const WorkerConfinement& b)
+{
+    return {a.files && b.files, a.calls && b.calls, a.signals && b.signals, a.memory && b.memory};
+}
+
 }  // namespace
+
+StartFault startFaultOf(const Error& error)
+{
+    switch (error.kind) {
+    case ErrorKind::tooManyOpen:
+    case ErrorKind::io:
+        return StartFault::passing;
+    case ErrorKind::invalid:
+        return StartFault::broken;
+    default:
+        return StartFault::missing;
+    }
+}
+
+unsigned workerCount(unsigned asked)
+{
+    constexpr unsigned most = 8;
+    return asked != 0 ? asked : std::clamp(std::thread::hardware_concurrency(), 1u, most);
+}
 
 // The right to one worker, given back by the destructor with the worker, if it still lives.
 class WorkerPool::Loan {
@@ -51,7 +80,7 @@ public:
     [[nodiscard]] Status startAfresh()
     {
         worker_.reset();
-        auto started = pool_.processes_.start(pool_.limits_);
+        auto started = pool_.start();
         if (!started)
             return started.error();
         worker_ = std::move(*started);
@@ -79,6 +108,39 @@ WorkerPool::WorkerPool(WorkerProcesses& processes, WorkerLimits limits, unsigned
 }
 
 WorkerPool::~WorkerPool() = default;
+
+Result<std::unique_ptr<WorkerProcess>> WorkerPool::start()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        if (failedStarts_ >= mostFailedStarts)
+            return lastFailure_;
+    }
+    auto started = processes_.start(limits_);
+    noteStart(started);
+    return started;
+}
+
+void WorkerPool::noteStart(const Result<std::unique_ptr<WorkerProcess>>& started)
+{
+    const std::lock_guard lock(mutex_);
+    if (started) {
+        failedStarts_ = 0;
+        walls_ = common(walls_.value_or((*started)->confinement()), (*started)->confinement());
+        return;
+    }
+    const StartFault fault = startFaultOf(started.error());
+    if (fault == StartFault::passing)
+        return;
+    failedStarts_ = fault == StartFault::missing ? mostFailedStarts : failedStarts_ + 1;
+    lastFailure_ = started.error();
+}
+
+std::optional<WorkerConfinement> WorkerPool::walls() const
+{
+    const std::lock_guard lock(mutex_);
+    return walls_;
+}
 
 Result<WorkerAnswer> WorkerPool::ask(std::span<const std::byte> request, const WorkerInput& input,
                                      const CancelFlag& cancel, const AnswerCheck& sensible)

@@ -6,45 +6,7 @@
 namespace kelvane {
 namespace {
 
-// Far beyond what any document has; a broken worker's claim must not make a long list.
-constexpr std::uint32_t mostProperties = 4096;
 constexpr std::size_t longestWord = 1000;  // of what is told to a person: many documents' are kept at once
-
-void writeProperties(ByteWriter& out, const std::vector<DocumentProperty>& properties)
-{
-    std::vector<const DocumentProperty*> sent;
-    for (const DocumentProperty& property : properties)
-        if (isPortable(property.value) && sent.size() < mostProperties)
-            sent.push_back(&property);
-    out.number(static_cast<std::uint32_t>(sent.size()));
-    for (const DocumentProperty* property : sent) {
-        writeBytes(out, property->name);
-        writeValue(out, property->value);
-    }
-}
-
-std::optional<std::vector<DocumentProperty>> readProperties(ByteReader& in)
-{
-    const auto count = in.number<std::uint32_t>();
-    if (!count || *count > mostProperties)
-        return std::nullopt;
-    std::vector<DocumentProperty> properties;
-    for (std::uint32_t i = 0; i < *count; ++i) {
-        auto name = readBytes(in);
-        auto value = name ? readValue(in) : std::nullopt;
-        if (!value)
-            return std::nullopt;
-        properties.push_back({std::move(*name), std::move(*value)});
-    }
-    return properties;
-}
-
-// Of one byte that may be 0 or 1 only.
-std::optional<bool> readFlag(ByteReader& in)
-{
-    const auto byte = in.number<std::uint8_t>();
-    return byte && *byte < 2 ? std::optional(*byte == 1) : std::nullopt;
-}
 
 std::optional<TextOutcome> readOutcome(ByteReader& in)
 {
@@ -96,7 +58,7 @@ std::vector<std::byte> encodeDocument(const ExtractedDocument& document)
     writeUnits(out, document.text);
     writeBytes(out, document.missingTool.substr(0, longestWord));
     writeBytes(out, document.detail.substr(0, longestWord));
-    writeProperties(out, document.properties);
+    writeNamedValues(out, document.properties);
     return out.take();
 }
 
@@ -113,7 +75,7 @@ std::optional<ExtractedDocument> decodeDocument(std::span<const std::byte> bytes
     if (!outcome || !cut || !plain || !weight || !text || !tool || tool->size() > longestWord || !detail ||
         detail->size() > longestWord)
         return std::nullopt;
-    auto properties = readProperties(in);
+    auto properties = readNamedValues(in);
     if (!properties || !in.atEnd())
         return std::nullopt;
     return ExtractedDocument{*outcome,         std::move(*text),  *cut, *plain, *weight, std::move(*properties),

@@ -7,6 +7,8 @@ namespace kelvane {
 namespace {
 
 constexpr std::uint32_t mostElements = 4096;  // of a list: each costs more here than in the message
+// Far beyond what any file has; a broken worker's claim must not make a long list.
+constexpr std::uint32_t mostNamedValues = 4096;
 
 // How the data of a value is written.
 enum class Shape : std::uint8_t { nothing, bits, narrow, wide, text, narrows, wides, texts };
@@ -191,6 +193,19 @@ void writeValue(ByteWriter& out, const RawValue& value)
     std::visit(DataWriter{out}, value.data);
 }
 
+void writeNamedValues(ByteWriter& out, const std::vector<NamedValue>& values)
+{
+    std::vector<const NamedValue*> sent;
+    for (const NamedValue& named : values)
+        if (isPortable(named.value) && sent.size() < mostNamedValues)
+            sent.push_back(&named);
+    out.number(static_cast<std::uint32_t>(sent.size()));
+    for (const NamedValue* named : sent) {
+        writeBytes(out, named->name);
+        writeValue(out, named->value);
+    }
+}
+
 std::optional<std::string> readBytes(ByteReader& in)
 {
     const auto size = in.number<std::uint32_t>();
@@ -224,6 +239,28 @@ std::optional<RawValue> readValue(ByteReader& in)
     if (!data)
         return std::nullopt;
     return RawValue{static_cast<VarType>(*type), *isVector == 1, std::move(*data)};
+}
+
+std::optional<std::vector<NamedValue>> readNamedValues(ByteReader& in)
+{
+    const auto count = in.number<std::uint32_t>();
+    if (!count || *count > mostNamedValues)
+        return std::nullopt;
+    std::vector<NamedValue> values;
+    for (std::uint32_t i = 0; i < *count; ++i) {
+        auto name = readBytes(in);
+        auto value = name ? readValue(in) : std::nullopt;
+        if (!value)
+            return std::nullopt;
+        values.push_back({std::move(*name), std::move(*value)});
+    }
+    return values;
+}
+
+std::optional<bool> readFlag(ByteReader& in)
+{
+    const auto byte = in.number<std::uint8_t>();
+    return byte && *byte < 2 ? std::optional(*byte == 1) : std::nullopt;
 }
 
 }  // namespace kelvane

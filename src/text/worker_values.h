@@ -5,9 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/byte_stream.h"
-#include "platform/raw_value.h"
+#include "platform/named_value.h"
 
 namespace kelvane {
 
@@ -18,10 +19,14 @@ namespace kelvane {
 void writeBytes(ByteWriter& out, std::string_view bytes);
 void writeUnits(ByteWriter& out, std::u16string_view units);
 void writeValue(ByteWriter& out, const RawValue& value);  // a portable one
+// Those that are portable.
+void writeNamedValues(ByteWriter& out, const std::vector<NamedValue>& values);
 
 // Nothing for malformed bytes; the reader is of no use then.
 [[nodiscard]] std::optional<std::string> readBytes(ByteReader& in);
 [[nodiscard]] std::optional<std::u16string> readUnits(ByteReader& in);
 [[nodiscard]] std::optional<RawValue> readValue(ByteReader& in);
+[[nodiscard]] std::optional<std::vector<NamedValue>> readNamedValues(ByteReader& in);
+[[nodiscard]] std::optional<bool> readFlag(ByteReader& in);  // a byte that may be 0 or 1 only
 
 }  // namespace kelvane

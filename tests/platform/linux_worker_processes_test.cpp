@@ -78,7 +78,7 @@ class LinuxWorkerProcessesTest : public ::testing::Test {
 protected:
     static WorkerLimits limits(WorkerReach reach = WorkerReach::givenFile)
     {
-        return {reach, 256u << 20, 30s, 1u << 20};
+        return {WorkerProgram::documents, reach, 256u << 20, 30s, 1u << 20};
     }
 
     std::unique_ptr<WorkerProcess> start(const WorkerLimits& with = limits())
@@ -95,7 +95,7 @@ protected:
 
     testing::TempTree tree_;
     const CancelFlag never_;
-    std::unique_ptr<WorkerProcesses> processes_ = makeLinuxWorkerProcesses({"/nonexistent", KELVANE_HOSTILE_WORKER});
+    std::unique_ptr<WorkerProcesses> processes_ = makeLinuxWorkerProcesses({{"/nonexistent", KELVANE_HOSTILE_WORKER}});
 };
 
 TEST_F(LinuxWorkerProcessesTest, ARequestCarriesItsFile)
@@ -238,8 +238,8 @@ TEST_F(LinuxWorkerProcessesTest, AProgramThatIsKilledTakesItsWorkersAlong)
 TEST_F(LinuxWorkerProcessesTest, WhatIsNoWorkerIsNotTakenForOne)
 {
     const std::ptrdiff_t before = children();
-    EXPECT_EQ(makeLinuxWorkerProcesses({"/nonexistent"})->start(limits()).error().kind, ErrorKind::notFound);
-    EXPECT_EQ(makeLinuxWorkerProcesses({"/bin/true"})->start(limits()).error().kind, ErrorKind::invalid);
+    EXPECT_EQ(makeLinuxWorkerProcesses({{"/nonexistent"}})->start(limits()).error().kind, ErrorKind::notFound);
+    EXPECT_EQ(makeLinuxWorkerProcesses({{"/bin/true"}})->start(limits()).error().kind, ErrorKind::invalid);
     EXPECT_EQ(children(), before);
 }
 
@@ -248,7 +248,7 @@ TEST_F(LinuxWorkerProcessesTest, ThePoolGoesOnAndLeavesNothingBehind)
 {
     const std::ptrdiff_t before = openFiles(), childrenBefore = children();
     {
-        processes_ = makeLinuxWorkerProcesses({KELVANE_HOSTILE_WORKER});
+        processes_ = makeLinuxWorkerProcesses({{KELVANE_HOSTILE_WORKER}});
         WorkerPool pool(*processes_, limits(), 3);
         std::atomic<int> answered = 0, broken = 0;
         const auto work = [&] {

@@ -67,12 +67,27 @@ TEST(WorkerPool, AnAnswerThatMakesNoSenseEndsItsWorker)
 TEST(WorkerPool, AFailureToStartIsToldAndTriedAgain)
 {
     ScriptedWorkers workers(inTurn({WorkerEnd::answered}));
-    workers.startError = Error{ErrorKind::notFound, 0, ""};
+    workers.startError = Error{ErrorKind::invalid, 0, ""};
     WorkerPool pool(workers, {}, 1);
     const CancelFlag never;
-    EXPECT_EQ(pool.ask({}, {}, never).error().kind, ErrorKind::notFound);
+    EXPECT_EQ(pool.ask({}, {}, never).error().kind, ErrorKind::invalid);
     workers.startError.reset();
     EXPECT_TRUE(pool.ask({}, {}, never).ok());
+}
+
+TEST(WorkerPool, AProgramThatIsMissingOrNeverStartsIsGivenUp)
+{
+    const CancelFlag never;
+    const std::pair<ErrorKind, int> cases[] = {
+        {ErrorKind::notFound, 1}, {ErrorKind::notSupported, 1}, {ErrorKind::invalid, 3}, {ErrorKind::tooManyOpen, 5}};
+    for (const auto& [kind, starts] : cases) {
+        ScriptedWorkers workers(inTurn({}));
+        workers.startError = Error{kind, 0, "why"};
+        WorkerPool pool(workers, {}, 1);
+        for (int i = 0; i < 5; ++i)
+            EXPECT_EQ(pool.ask({}, {}, never).error().detail, "why");
+        EXPECT_EQ(workers.starts, starts);
+    }
 }
 
 TEST(WorkerPool, ManyCallersShareFewWorkers)

@@ -69,10 +69,14 @@ struct ProcessTools {
 [[nodiscard]] std::unique_ptr<SharedLibraries> makeLinuxSharedLibraries();
 [[nodiscard]] std::unique_ptr<XmlParsing> makePugixmlParsing();
 [[nodiscard]] std::unique_ptr<PackagedFiles> makeLibarchivePackages();
-// The first of the programs that is there is the one that is started.
-[[nodiscard]] std::unique_ptr<WorkerProcesses> makeLinuxWorkerProcesses(std::vector<std::filesystem::path> programs);
-// Where the worker may lie: beside the running program, above it (programs in a folder of the build), or installed.
-[[nodiscard]] std::vector<std::filesystem::path> workerPrograms(const std::filesystem::path& programFile);
+// Of each kind the first one that is there is the one that is started.
+struct WorkerPrograms {
+    std::vector<std::filesystem::path> documents;
+    std::vector<std::filesystem::path> media = {};
+};
+[[nodiscard]] std::unique_ptr<WorkerProcesses> makeLinuxWorkerProcesses(WorkerPrograms programs);
+// Where workers may lie: beside the running program, above it (programs in a folder of the build), or installed.
+[[nodiscard]] WorkerPrograms workerPrograms(const std::filesystem::path& programFile);
 // Where filter programs are looked for; not in the folders of a person's own PATH, which anybody may write to.
 inline constexpr const char* filterFolders = "/usr/local/bin:/usr/bin:/bin";
 // A program that is still running after `patience` counts as failed; 0: it may take any time.

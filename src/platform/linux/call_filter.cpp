@@ -6,6 +6,7 @@
 #include <sched.h>
 #include <seccomp.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <type_traits>
 #include <unistd.h>
@@ -168,6 +169,9 @@ constexpr const char* refused[] = {
     "mq_unlink",
 };
 
+// And these only programs that start other programs.
+constexpr const char* refusedToLoners[] = {"execve", "execveat", "fork", "vfork", "pidfd_send_signal", "memfd_create"};
+
 // Calls by number that are newer than the library's names: setxattrat is the first of them (Linux 6.13).
 constexpr int firstUnnamed = 463;
 constexpr int lastUnnamed = 511;
@@ -225,6 +229,11 @@ scmp_arg_cmp is(unsigned argument, std::uint64_t value)
     return {argument, SCMP_CMP_MASKED_EQ, 0xFFFFFFFF, value};
 }
 
+scmp_arg_cmp lacksBit(unsigned argument, std::uint64_t bit)
+{
+    return {argument, SCMP_CMP_MASKED_EQ, bit, 0};
+}
+
 scmp_arg_cmp isNot(unsigned argument, std::uint64_t value)
 {
     return {argument, SCMP_CMP_NE, value, 0};
@@ -261,9 +270,21 @@ void refuseMisuse(Filter& filter)
     filter.refuse("clone", EPERM, hasBits(0, CLONE_PARENT));  // a child for the program to reap
 }
 
+// Threads are all that it starts. Code comes out of files alone: libraries that write their own go without, and are
+// slower.
+void refuseCompanyAndOwnCode(Filter& filter)
+{
+    for (const char* name : refusedToLoners)
+        filter.refuse(name, EPERM);
+    filter.refuse("clone", EPERM, lacksBit(0, CLONE_THREAD));
+    filter.refuse("mmap", EPERM, hasBits(2, PROT_EXEC), hasBits(3, MAP_ANONYMOUS));
+    for (const char* name : {"mprotect", "pkey_mprotect"})
+        filter.refuse(name, EPERM, hasBits(2, PROT_EXEC));
+}
+
 }  // namespace
 
-bool refuseDangerousCalls(WorkerReach reach)
+bool refuseDangerousCalls(const WorkerLimits& limits)
 {
     Filter filter;
     for (const char* name : refused)
@@ -274,8 +295,10 @@ bool refuseDangerousCalls(WorkerReach reach)
     refuseNewNamespaces(filter);
     refuseMisuse(filter);
     // Who may open any file may open a process as a file; only workers that start tools have to end some.
-    if (reach == WorkerReach::otherFiles)
+    if (limits.reach == WorkerReach::otherFiles)
         filter.refuse("pidfd_send_signal", EPERM);
+    if (limits.program == WorkerProgram::media)
+        refuseCompanyAndOwnCode(filter);
     filter.refuseUnnamed(ENOSYS);
     return filter.load();
 }

@@ -31,8 +31,13 @@ constexpr std::array<unsigned, 5> fileRights = {13, 14, 15, 15, 16};
 constexpr int versionWithNetwork = 4;
 constexpr int versionWithScopes = 6;
 
-constexpr std::uint64_t readingFile = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_EXECUTE;
-constexpr std::uint64_t reading = readingFile | LANDLOCK_ACCESS_FS_READ_DIR;
+std::uint64_t rightsFor(const WorkerLimits& limits, bool isFolder)
+{
+    std::uint64_t rights = LANDLOCK_ACCESS_FS_READ_FILE;
+    if (limits.program != WorkerProgram::media)
+        rights |= LANDLOCK_ACCESS_FS_EXECUTE;
+    return isFolder ? rights | LANDLOCK_ACCESS_FS_READ_DIR : rights;
+}
 
 // What programs and their libraries need in order to run.
 constexpr const char* programPlaces[] = {"/usr",
@@ -41,6 +46,7 @@ constexpr const char* programPlaces[] = {"/usr",
                                          "/lib64",
                                          "/bin",
                                          "/etc",
+                                         "/var/cache/fontconfig",
                                          "/dev/null",
                                          "/dev/urandom",
                                          "/dev/zero"
@@ -67,21 +73,21 @@ RulesetAttributes attributesFor(int version)
 }
 
 // A place that is not there needs no rule.
-bool allowReading(int ruleset, const char* place)
+bool allowReading(int ruleset, const char* place, const WorkerLimits& limits)
 {
     const FileHandle opened(::open(place, O_PATH | O_CLOEXEC));
     struct stat facts {};
     if (!opened.valid() || ::fstat(opened.get(), &facts) != 0)
         return true;
     landlock_path_beneath_attr rule{};
-    rule.allowed_access = S_ISDIR(facts.st_mode) ? reading : readingFile;
+    rule.allowed_access = rightsFor(limits, S_ISDIR(facts.st_mode));
     rule.parent_fd = opened.get();
     return ::syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &rule, 0) == 0;
 }
 
 }  // namespace
 
-LandlockWalls raiseLandlock(WorkerReach reach)
+LandlockWalls raiseLandlock(const WorkerLimits& limits)
 {
     const int version = landlockVersion();
     if (version < 1)
@@ -91,8 +97,8 @@ LandlockWalls raiseLandlock(WorkerReach reach)
         ::syscall(SYS_landlock_create_ruleset, &attributes, version < versionWithNetwork ? 8 : sizeof attributes, 0)));
     if (!ruleset.valid())
         return {};
-    const auto allow = [&](const char* place) { return allowReading(ruleset.get(), place); };
-    const bool allowed = reach == WorkerReach::givenFile
+    const auto allow = [&](const char* place) { return allowReading(ruleset.get(), place, limits); };
+    const bool allowed = limits.reach == WorkerReach::givenFile
                              ? std::all_of(std::begin(programPlaces), std::end(programPlaces), allow)
                              : std::all_of(std::begin(everyPlace), std::end(everyPlace), allow);
     if (!allowed || ::syscall(SYS_landlock_restrict_self, ruleset.get(), 0) != 0)

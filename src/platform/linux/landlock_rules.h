@@ -10,8 +10,8 @@ struct LandlockWalls {
     bool signals = false;
 };
 
-// For the calling thread and what it starts: files are read and programs started within reach only, nothing is written
-// anywhere. Needs no_new_privs. Tells what this kernel has of it.
-[[nodiscard]] LandlockWalls raiseLandlock(WorkerReach reach);
+// For the calling thread and what it starts: files are read and programs started within reach only (a worker that
+// starts no tools: none at all), nothing is written anywhere. Needs no_new_privs. Tells what this kernel has of it.
+[[nodiscard]] LandlockWalls raiseLandlock(const WorkerLimits& limits);
 
 }  // namespace kelvane::linux_os

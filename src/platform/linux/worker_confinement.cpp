@@ -61,13 +61,13 @@ void volunteerAsVictim()
 
 }  // namespace
 
-void leaveTheProgramBehind()
+void leaveTheProgramBehind(WorkerProgram program)
 {
     const bool movedAway = ::chdir("/") == 0;  // keeps no volume busy
     static_cast<void>(movedAway);
     volunteerAsVictim();
     ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
-    ::prctl(PR_SET_NAME, "kelvane-worker", 0, 0, 0);
+    ::prctl(PR_SET_NAME, program == WorkerProgram::media ? "kelvane-media" : "kelvane-worker", 0, 0, 0);
     ::fcntl(workerSocket, F_SETFD, FD_CLOEXEC);
     ::syscall(SYS_close_range, workerSocket + 1, ~0U, 0);
     // A tool that tries to write where nothing can be written gets an error, and may go on.
@@ -83,9 +83,9 @@ WorkerConfinement confineWorker(const WorkerLimits& limits)
     dropCapabilities();
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return walls;
-    const LandlockWalls landlock = raiseLandlock(limits.reach);
+    const LandlockWalls landlock = raiseLandlock(limits);
     walls.files = landlock.files;
-    walls.calls = refuseDangerousCalls(limits.reach);
+    walls.calls = refuseDangerousCalls(limits);
     walls.signals = landlock.signals || (walls.calls && (walls.files || limits.reach == WorkerReach::otherFiles));
     return walls;
 }

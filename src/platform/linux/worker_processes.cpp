@@ -250,7 +250,7 @@ void LinuxWorkerProcess::noteWhyItEnded(WorkerAnswer& answer)
 
 class LinuxWorkerProcesses final : public WorkerProcesses {
 public:
-    explicit LinuxWorkerProcesses(std::vector<std::filesystem::path> programs) : programs_(std::move(programs)) {}
+    explicit LinuxWorkerProcesses(WorkerPrograms programs) : programs_(std::move(programs)) {}
 
     Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) override
     {
@@ -272,8 +272,9 @@ private:
     Result<WorkerChild> startChild(const WorkerLimits& limits, const FileHandle& socket)
     {
         const auto isThere = [](const std::filesystem::path& program) { return ::access(program.c_str(), X_OK) == 0; };
-        const auto program = std::find_if(programs_.begin(), programs_.end(), isThere);
-        if (program == programs_.end())
+        const auto& candidates = limits.program == WorkerProgram::media ? programs_.media : programs_.documents;
+        const auto program = std::find_if(candidates.begin(), candidates.end(), isThere);
+        if (program == candidates.end())
             return Error{ErrorKind::notFound, 0, "the worker's program is not installed"};
         const auto words = workerArguments(limits);
         std::optional<Result<WorkerChild>> child;
@@ -283,24 +284,27 @@ private:
         return ran ? std::move(*child) : osError(EAGAIN);
     }
 
-    std::vector<std::filesystem::path> programs_;
+    WorkerPrograms programs_;
     StartingThread starter_;
 };
 
 }  // namespace
 }  // namespace linux_os
 
-std::unique_ptr<WorkerProcesses> makeLinuxWorkerProcesses(std::vector<std::filesystem::path> programs)
+std::unique_ptr<WorkerProcesses> makeLinuxWorkerProcesses(WorkerPrograms programs)
 {
     return std::make_unique<linux_os::LinuxWorkerProcesses>(std::move(programs));
 }
 
-std::vector<std::filesystem::path> workerPrograms(const std::filesystem::path& programFile)
+WorkerPrograms workerPrograms(const std::filesystem::path& programFile)
 {
-    const auto folder = programFile.parent_path();
-    const auto above = folder.parent_path();
-    constexpr const char* name = "kelvane-worker";
-    return {folder / name, above / name, above / "libexec" / "kelvane" / name};
+    const auto places = [&](WorkerProgram program) {
+        const auto folder = programFile.parent_path();
+        const auto above = folder.parent_path();
+        const std::string_view name = workerProgramName(program);
+        return std::vector{folder / name, above / name, above / "libexec" / "kelvane" / name};
+    };
+    return {places(WorkerProgram::documents), places(WorkerProgram::media)};
 }
 
 }  // namespace kelvane

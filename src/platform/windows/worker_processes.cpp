@@ -160,6 +160,8 @@ public:
 
     Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) override
     {
+        if (limits.program == WorkerProgram::media)
+            return Error{ErrorKind::notFound, 0, "this system has no worker that decodes"};
         const auto isThere = [](const std::filesystem::path& program) {
             return ::GetFileAttributesW(program.c_str()) != INVALID_FILE_ATTRIBUTES;
         };
