@@ -11,7 +11,7 @@ SYSTEMS = ("linux", "windows")
 LIBRARIES = {
     "CLI/": {"cli"},
     "nlohmann/": {"cli"},
-    "xxhash.h": {"engine"},
+    "xxhash.h": {"engine", "platform"},
     "eigen3/": {"props"},
     "unsupported/Eigen/": {"props"},
     "Eigen/": {"props"},
