@@ -72,7 +72,7 @@ MediaAnswer withoutWorker(const Error& error)
 class MediaService final : public MediaReading {
 public:
     MediaService(ShellNamespace& shell, WorkerProcesses& workers, MediaOptions options)
-        : shell_(shell), options_(options), pool_(workers, limitsFrom(options_), workerCount(options_.workers))
+        : shell_(shell), options_(options), pool_(workers, limitsFrom(options_), workersAtOnce(options_.workers))
     {
     }
 

@@ -54,7 +54,7 @@ public:
     ExtractionService(const ExtractionPorts& ports, ExtractionOptions options)
         : ports_(ports),
           options_(std::move(options)),
-          pool_(ports_.workers, limitsFrom(options_), workerCount(options_.workers))
+          pool_(ports_.workers, limitsFrom(options_), workersAtOnce(options_.workers))
     {
     }
 

@@ -33,7 +33,7 @@ StartFault startFaultOf(const Error& error)
     }
 }
 
-unsigned workerCount(unsigned asked)
+unsigned workersAtOnce(unsigned asked)
 {
     constexpr unsigned most = 8;
     return asked != 0 ? asked : std::clamp(std::thread::hardware_concurrency(), 1u, most);

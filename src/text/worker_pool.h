@@ -27,7 +27,7 @@ enum class StartFault : std::uint8_t {
 [[nodiscard]] StartFault startFaultOf(const Error& error);
 
 // By the number of processors, where `asked` is 0.
-[[nodiscard]] unsigned workerCount(unsigned asked);
+[[nodiscard]] unsigned workersAtOnce(unsigned asked);
 
 // Hands each request to an idle worker, starting one where none is idle and fewer than the most are there; waits
 // otherwise. A worker that broke is replaced at the next request. Where one that served before breaks, the request is

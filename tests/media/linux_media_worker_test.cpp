@@ -24,7 +24,11 @@ protected:
     }
     fs::path song(const std::string& name, const std::string& options = "")
     {
-        return made(name, "-f lavfi -i \"aevalsrc='0.5*sin(2*PI*t*(300+40*t))':d=30\" " + options);
+        // Notes over a beat.
+        return made(name, "-f lavfi -i \"aevalsrc='0.3*sin(2*PI*t*220*(1+floor(mod(t*2,5))/4))*exp(-3*mod(t*2,1))"
+                          "+0.2*sin(2*PI*t*1760*(1+floor(mod(t*3,7))/8))*exp(-5*mod(t*3,1))"
+                          "+0.1*(random(0)-0.5)*exp(-20*mod(t*4,1))':d=30\" " +
+                              options);
     }
     fs::path picture(const std::string& name, const std::string& size = "640x400")
     {
@@ -58,7 +62,6 @@ TEST_F(LinuxMediaWorkerTest, SoundsGiveFingerprintsThatKnowTheirCopies)
     const MediaAnswer original = read(song("a.wav"), wish);
     ASSERT_EQ(original.fault.outcome, MediaOutcome::made) << original.fault.detail;
     EXPECT_EQ(original.fingerprint->frames(), SongOpening(options_.songStartMs).frames);
-    EXPECT_FALSE(original.facts.empty());
     for (const auto* name : {"a.mp3", "a.ogg", "a.flac"}) {
         const MediaAnswer copy = read(song(name, "-metadata title=Song"), wish);
         ASSERT_EQ(copy.fault.outcome, MediaOutcome::made) << name << copy.fault.detail;
@@ -79,10 +82,6 @@ TEST_F(LinuxMediaWorkerTest, PicturesAndFilmsGivePreviews)
     }
     testing::makeArchive(tree_.path("packed.zip"), {{"p.png", tree_.read("p.png")}});
     EXPECT_EQ(read(tree_.path("packed.zip/p.png"), {.preview = true}).fault.outcome, MediaOutcome::made);
-    const fs::path film = made("f.mp4", "-f lavfi -i testsrc=s=320x240:d=10 -pix_fmt yuv420p");
-    const MediaAnswer answer = read(film, {.facts = true, .preview = true, .previewOf = MediaKind::film});
-    EXPECT_EQ(answer.fault.outcome, MediaOutcome::made) << answer.fault.detail;
-    EXPECT_FALSE(answer.facts.empty());
 }
 
 TEST_F(LinuxMediaWorkerTest, WhatIsNoMediaCostsNothingButItself)
