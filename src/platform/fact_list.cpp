@@ -93,6 +93,17 @@ std::u16string_view trimmedFact(std::u16string_view text)
     return text;
 }
 
+std::vector<std::u16string> separatedFacts(std::u16string_view text)
+{
+    std::vector<std::u16string> parts;
+    while (!text.empty() && parts.size() < mostTexts) {
+        const std::size_t end = std::min(text.find(u';'), text.size());
+        parts.emplace_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return parts;
+}
+
 bool FactList::has(std::string_view name) const
 {
     return std::any_of(values_.begin(), values_.end(), [name](const NamedValue& value) { return value.name == name; });

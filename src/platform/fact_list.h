@@ -16,6 +16,9 @@ namespace kelvane {
 // Without what means nothing at either end: blanks, control characters, zeros that fill up a field.
 [[nodiscard]] std::u16string_view trimmedFact(std::u16string_view text);
 
+// The parts between semicolons, where a format keeps several names or keywords in one text.
+[[nodiscard]] std::vector<std::u16string> separatedFacts(std::u16string_view text);
+
 // The first value of a property stays: readers begin with the source that knows best. What a property cannot hold (an
 // empty text, a number out of the range of its type, a value of another kind) is left out.
 class FactList {

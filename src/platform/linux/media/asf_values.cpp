@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/linux/media/tag_values.h"
+#include "platform/star_rating.h"
 
 namespace kelvane::linux_os {
 namespace {
@@ -53,14 +54,6 @@ void addArtists(const TagLib::ASF::Tag& tag, FactList& facts)
     facts.texts("System.Music.Artist", artists);
 }
 
-// 0 to 99, as the property has it; 0 says that nobody has judged.
-void addRating(const TagLib::ASF::Tag& tag, FactList& facts)
-{
-    const auto ratings = attributesOf(tag, "WM/SharedUserRating");
-    if (!ratings.isEmpty() && ratings.front().toUInt() >= 1 && ratings.front().toUInt() <= 99)
-        facts.number("System.Rating", ratings.front().toUInt());
-}
-
 void addYear(const TagLib::ASF::Tag& tag, FactList& facts)
 {
     for (const char* name : {"WM/Year", "date"})
@@ -74,7 +67,8 @@ void addYear(const TagLib::ASF::Tag& tag, FactList& facts)
 void addAsfAttributes(const TagLib::ASF::Tag& tag, FactList& facts)
 {
     addArtists(tag, facts);
-    addRating(tag, facts);
+    for (const TagLib::ASF::Attribute& attribute : attributesOf(tag, "WM/SharedUserRating"))
+        addRating(attribute.toUInt(), facts);
     addYear(tag, facts);
     for (const TextAttribute& attribute : textAttributes) {
         std::vector<std::u16string> texts;

@@ -9,7 +9,7 @@
 #include <taglib/trueaudiofile.h>
 #include <taglib/wavfile.h>
 
-#include "platform/linux/media/tag_values.h"
+#include "platform/star_rating.h"
 
 namespace kelvane::linux_os {
 namespace {

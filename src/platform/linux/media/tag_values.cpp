@@ -118,11 +118,4 @@ void addMappedTags(const TagLib::PropertyMap& map, FactList& facts)
     addCompilation(map, facts);
 }
 
-void addStars(int stars, FactList& facts)
-{
-    constexpr std::array scale = {1, 25, 50, 75, 99};
-    if (stars >= 1 && stars <= 5)
-        facts.number("System.Rating", scale[static_cast<std::size_t>(stars) - 1]);
-}
-
 }  // namespace kelvane::linux_os

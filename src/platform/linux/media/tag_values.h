@@ -12,7 +12,4 @@ namespace kelvane::linux_os {
 // What the map tells of titles, people, numbers and the rest, under the keys on which TagLib brings all formats.
 void addMappedTags(const TagLib::PropertyMap& map, FactList& facts);
 
-// Stars that a person gave, 1 to 5, in the published scale of System.Rating; nothing else adds anything.
-void addStars(int stars, FactList& facts);
-
 }  // namespace kelvane::linux_os
