@@ -2,24 +2,18 @@
 
 extern "C" {
 #include <libavutil/display.h>
-#include <libavutil/imgutils.h>
-#include <libswscale/swscale.h>
 }
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 
-#include "platform/linux/media/pixel_scaling.h"
+#include "platform/linux/media/frame_pixels.h"
 #include "platform/linux/media/pixel_turning.h"
 
 namespace kelvane::linux_os {
 namespace {
-
-struct FreeScaler {
-    void operator()(SwsContext* scaler) const { sws_freeContext(scaler); }
-};
-using Scaler = std::unique_ptr<SwsContext, FreeScaler>;
 
 // As many entries of a display matrix as turn and mirror; where the picture goes lies in the others.
 using Turning = std::array<std::int32_t, 9>;
@@ -67,43 +61,6 @@ PictureSize shownSize(FilmFrames& frames, AVFrame& frame)
                                   : PictureSize{width, stretched(height, shape.den, shape.num)};
 }
 
-// Of which formulas the frame's colours are; where it does not say, always the same ones, since copies in other sizes
-// do not say either.
-void setColours(SwsContext& scaler, const AVFrame& frame)
-{
-    const int known = frame.colorspace == AVCOL_SPC_UNSPECIFIED || frame.colorspace == AVCOL_SPC_RGB
-                          ? int{SWS_CS_DEFAULT}
-                          : int{frame.colorspace};
-    const int full = frame.color_range == AVCOL_RANGE_JPEG ? 1 : 0;
-    constexpr int unchanged = 1 << 16;
-    // An error means that the frame holds no such colours: grey, or red, green and blue.
-    static_cast<void>(sws_setColorspaceDetails(&scaler, sws_getCoefficients(known), full,
-                                               sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, unchanged, unchanged));
-}
-
-RgbPixels rgbOf(const AVFrame& frame, PictureSize size)
-{
-    constexpr int flags = SWS_AREA | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_BITEXACT;
-    const auto width = static_cast<int>(size.width);
-    const auto height = static_cast<int>(size.height);
-    const Scaler scaler(sws_getContext(frame.width, frame.height, static_cast<AVPixelFormat>(frame.format), width,
-                                       height, AV_PIX_FMT_RGB24, flags, nullptr, nullptr, nullptr));
-    if (!scaler)
-        return {};
-    setColours(*scaler, frame);
-    // Rows are padded, since the library writes whole vectors.
-    const int rowBytes = FFALIGN(3 * width, 64);
-    std::vector<std::uint8_t> padded(static_cast<std::size_t>(rowBytes) * size.height + 64);
-    std::array<std::uint8_t*, 4> planes{padded.data()};
-    const std::array<int, 4> lengths{rowBytes};
-    if (sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes.data(), lengths.data()) != height)
-        return {};
-    RgbPixels pixels{size.width, size.height, {}, double(size.width), double(size.height)};
-    for (std::size_t row = 0; row < size.height; ++row)
-        pixels.samples.insert(pixels.samples.end(), &padded[row * rowBytes], &padded[row * rowBytes + 3 * size.width]);
-    return pixels;
-}
-
 // What is left to the filter that pictures go through too. Not larger than the frame.
 PictureSize roughSize(PictureSize preview, const AVFrame& frame)
 {
@@ -126,7 +83,7 @@ DecodedPicture framePreview(FilmFrames& frames, AVFrame& frame, const PreviewBou
     const PictureSize shown = shownSize(frames, frame);
     const PictureSize size =
         swapsSides(orientation) ? swapped(previewSize(swapped(shown), bounds)) : previewSize(shown, bounds);
-    const RgbPixels pixels = rgbOf(frame, roughSize(size, frame));
+    const RgbPixels pixels = framePixels(frame, roughSize(size, frame));
     if (pixels.samples.empty())
         return {{MediaOutcome::damaged, {}, {}}, 0, 0, {}};
     return turned(scaledPixels(pixels, size), orientation);

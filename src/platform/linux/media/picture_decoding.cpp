@@ -1,19 +1,71 @@
+#include <utility>
+
 #include "platform/linux/media/adapters.h"
+#include "platform/linux/media/bitmap_picture.h"
 #include "platform/linux/media/picture_shrinking.h"
+#include "platform/linux/media/raw_picture.h"
 
 namespace kelvane {
 namespace {
 
-class VipsPictures final : public PictureDecoding {
+using linux_os::LoadedPicture;
+
+// Libraries tell a file that cannot be read from one that is damaged in words at best.
+class WatchedFile final : public RandomAccessFile {
 public:
-    DecodedPicture preview(RandomAccessFile& file, std::string_view, const PreviewBounds& bounds) override
+    explicit WatchedFile(RandomAccessFile& file) : file_(file) {}
+
+    std::uint64_t size() const override { return file_.size(); }
+    Result<std::size_t> readAt(std::uint64_t position, std::span<std::byte> buffer) override
     {
-        if (!linux_os::startVips())
-            return {{MediaOutcome::unknownFormat, {}, linux_os::takeVipsError()}, 0, 0, {}};
-        linux_os::LoadedPicture picture = linux_os::loadPicture(file, bounds);
-        if (!picture.image)
-            return {std::move(picture.fault), 0, 0, {}};
-        return linux_os::shrinkPicture(std::move(picture));
+        auto count = file_.readAt(position, buffer);
+        failed_ = failed_ || !count;
+        return count;
+    }
+    [[nodiscard]] bool failed() const { return failed_; }
+
+private:
+    RandomAccessFile& file_;
+    bool failed_ = false;
+};
+
+DecodedPicture vipsPreview(RandomAccessFile& file, const PreviewBounds& bounds)
+{
+    if (!linux_os::startVips())
+        return {{MediaOutcome::unknownFormat, {}, linux_os::takeVipsError()}, 0, 0, {}};
+    LoadedPicture picture = linux_os::loadPicture(file, bounds);
+    if (!picture.image)
+        return {std::move(picture.fault), 0, 0, {}};
+    return linux_os::shrinkPicture(std::move(picture));
+}
+
+bool isUnknown(const DecodedPicture& picture)
+{
+    return picture.fault.outcome == MediaOutcome::unknownFormat;
+}
+
+class Pictures final : public PictureDecoding {
+public:
+    DecodedPicture preview(RandomAccessFile& file, std::string_view fileName, const PreviewBounds& bounds) override
+    {
+        WatchedFile watched(file);
+        DecodedPicture picture = byKind(watched, fileName, bounds);
+        if (picture.pixels.empty() && watched.failed())
+            picture.fault.outcome = MediaOutcome::unreadable;
+        return picture;
+    }
+
+private:
+    static DecodedPicture byKind(RandomAccessFile& file, std::string_view fileName, const PreviewBounds& bounds)
+    {
+        if (linux_os::isNamedAsRaw(fileName))
+            if (DecodedPicture picture = linux_os::rawPreview(file, bounds); !isUnknown(picture))
+                return picture;
+        DecodedPicture picture = vipsPreview(file, bounds);
+        if (!isUnknown(picture))
+            return picture;
+        DecodedPicture bitmap = linux_os::bitmapPreview(file, fileName, bounds);
+        return isUnknown(bitmap) ? picture : bitmap;
     }
 };
 
@@ -21,7 +73,7 @@ public:
 
 std::unique_ptr<PictureDecoding> makeVipsPictureDecoding()
 {
-    return std::make_unique<VipsPictures>();
+    return std::make_unique<Pictures>();
 }
 
 }  // namespace kelvane

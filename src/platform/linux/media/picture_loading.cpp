@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/linux/media/picture_limits.h"
 #include "platform/linux/media/pixel_turning.h"
 
 namespace kelvane::linux_os {
@@ -33,9 +34,6 @@ constexpr Reader readers[] = {
     {"VipsForeignLoadPpmSource", "ppmload_source", Shrinking::none, 0, false},
     {"VipsForeignLoadRadSource", "radload_source", Shrinking::none, 0, false},
 };
-
-// Of what one picture may need at once, so that the worker's limit is not met.
-constexpr std::uint64_t mostMemory = 1'000'000'000;
 
 // What is left to do by averaging after decoding evens out how differently formats are made smaller while decoding.
 constexpr std::uint32_t leftAfterShrinking = 2;
@@ -92,13 +90,6 @@ PictureSize previewBeforeTurning(int orientation, PictureSize whole, const Previ
     return swapsSides(orientation) ? swapped(previewSize(swapped(whole), bounds)) : previewSize(whole, bounds);
 }
 
-bool tooLarge(const Reader& reader, PictureSize whole, std::uint64_t fileSize, const PreviewBounds& bounds)
-{
-    const std::uint64_t pixels = std::uint64_t{whole.width} * whole.height;
-    const std::uint64_t held = reader.wholeFile ? fileSize : 0;
-    return pixels > bounds.pixels || held > mostMemory || pixels * reader.bytesPerPixel > mostMemory - held;
-}
-
 LoadedPicture failed(MediaOutcome outcome, std::string detail)
 {
     LoadedPicture picture;
@@ -118,13 +109,14 @@ void noteCoverage(LoadedPicture& picture, const Reader& reader, PictureSize whol
 LoadedPicture load(const Reader& reader, VipsSource* source, std::uint64_t fileSize, const PreviewBounds& bounds)
 {
     LoadedPicture picture;
-    if (reader.wholeFile && fileSize > mostMemory)
+    const std::uint64_t held = reader.wholeFile ? fileSize : 0;
+    if (held > mostPictureMemory)
         return failed(MediaOutcome::tooLarge, {});
     picture.image = open(reader, source, 1);
     if (!picture.image)
         return failed(MediaOutcome::damaged, takeVipsError());
     const PictureSize whole = sizeOf(picture.image.get());
-    if (tooLarge(reader, whole, fileSize, bounds))
+    if (isTooLarge(whole, reader.bytesPerPixel, held, bounds))
         return failed(MediaOutcome::tooLarge, {});
     picture.orientation = vips_image_get_orientation(picture.image.get());
     picture.preview = previewBeforeTurning(picture.orientation, whole, bounds);
