@@ -44,16 +44,21 @@ def build_program():
     subprocess.run([HOUSE / "tools/build", "release", "kelvane-cli"], check=True)
 
 
-def run(command):
-    """Standard output goes to a file, so that no reader slows the program down; errors are dropped."""
+def run(command, watch=None):
+    """Standard output goes to a file, so that no reader slows the program down; errors are dropped. `watch` is told to
+    follow() the process and to stop() when it has ended."""
     words = [os.fspath(word) for word in command]
     with tempfile.TemporaryFile() as output, tempfile.NamedTemporaryFile() as memory:
         if TIME:
             words = [TIME, "-q", "-f", "%M", "-o", memory.name, *words]
         start = time.perf_counter()
         process = subprocess.Popen(words, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL)
+        if watch:
+            watch.follow(process.pid)
         _, status, usage = os.wait4(process.pid, 0)
         seconds = time.perf_counter() - start
+        if watch:
+            watch.stop()
         process.returncode = os.waitstatus_to_exitcode(status)
         output.seek(0)
         kibibytes = memory.read().split()

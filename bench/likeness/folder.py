@@ -25,10 +25,13 @@ class Folder:
         self.entries.append({"file": name, **origin, "format": format_name, **more})
         return path
 
-    def write_truth(self, **more):
+    def write_truth(self, relations, neither, **more):
+        """The relations in rising order of what was done to a file, and those that are neither to be found nor to be
+        left out."""
         os.makedirs(self.path, exist_ok=True)
         with open(os.path.join(self.path, "truth.json"), "w", encoding="utf-8") as file:
-            json.dump({**more, "files": self.entries}, file, indent=1)
+            json.dump({"what": self.what, "relations": [name for name in relations if name not in neither],
+                       "neither": neither, **more, "files": self.entries}, file, indent=1)
 
     def show_counts(self):
         for what in ("relation", "format"):

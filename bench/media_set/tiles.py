@@ -9,6 +9,7 @@ of the same sky would count as unrelated and yet be alike.
 import os
 import re
 import statistics
+import subprocess
 from dataclasses import dataclass
 
 from . import commands, pixels
@@ -22,6 +23,7 @@ UNIT = 28  # pixels of a tile that are one of its small copy, by which tiles are
 SCALES = (1, 2, 4)  # how many pixels of the large picture are one of the tile
 # width and height in units, how often
 SHAPES = {(16, 12): 5, (18, 12): 4, (12, 16): 2, (12, 18): 1, (16, 9): 2, (14, 14): 1}
+MOST_PIXELS = 20000  # of each side: all of a wallpaper
 WIDE = {(30, 17): 1}  # for films
 LEAST_DEVIATION = 14  # of the brightness of a tile in units, of 255
 LEAST_STEP = 5  # mean difference of brightness from unit to unit
@@ -52,9 +54,25 @@ def large_pictures():
     return sorted(largest.values())
 
 
+def small_copies(path, place):
+    """One for each scale."""
+    whole = [int(subprocess.run(["vipsheader", "-f", side, path], capture_output=True, check=True).stdout)
+             for side in ("width", "height")]
+    sizes = [[max(1, side // (UNIT * scale)) for side in whole] for scale in SCALES]
+    copies, source = [], path
+    for number, (width, height) in enumerate(sizes):
+        commands.run(["vips", "thumbnail", source, f"{place}{number}.ppm", width, "--height", height,
+                      "--size", "force"])
+        source = f"{place}{number}.ppm"
+        copies.append(pixels.read_ppm(source))
+    for number in range(len(sizes)):
+        os.remove(f"{place}{number}.ppm")
+    return copies
+
+
 def loaded(path, place, shrinks):
-    """The whole picture, at most 8000 pixels wide and high, shrunk by each of the factors; no transparency."""
-    commands.run(["vips", "thumbnail", path, f"{place}.v", 8000, "--size", "down"])
+    """The whole picture, shrunk by each of the factors; no transparency."""
+    commands.run(["vips", "thumbnail", path, f"{place}.v", MOST_PIXELS, "--size", "down"])
     pictures = []
     for shrink in shrinks:
         commands.run(["vips", "shrink", f"{place}.v", f"{place}.ppm", shrink, shrink])
@@ -77,9 +95,8 @@ def tiles_of(path, scale, small, shapes, numbers):
     """Those with something in them, in random order."""
     width, height = numbers.choices(list(shapes), list(shapes.values()))[0]
     tiles = []
-    # The last column and row of the small copy may stand for less than a unit.
-    for left in range(0, small.width - width, width):
-        for top in range(0, small.height - height, height):
+    for left in range(0, small.width - width + 1, width):
+        for top in range(0, small.height - height + 1, height):
             part = small.part(left, top, width, height)
             if has_detail(part):
                 tiles.append(Tile(path, scale, left, top, width, height, part.pixels))
@@ -107,8 +124,7 @@ def choose(count, place, numbers, shapes=None):
     """At most so many tiles, as evenly from all pictures as they allow."""
     shapes = shapes or SHAPES
     paths = large_pictures()
-    units = [scale * UNIT for scale in SCALES]
-    small = list(commands.for_each(lambda one: loaded(paths[one], f"{place}{one}", units), range(len(paths))))
+    small = list(commands.for_each(lambda one: small_copies(paths[one], f"{place} {one} "), range(len(paths))))
     queues = [tiles_of(path, scale, copies[number], shapes, numbers) for number, scale in enumerate(SCALES)
               for path, copies in zip(paths, small)]
     chosen, unlike = [], Unlike()
