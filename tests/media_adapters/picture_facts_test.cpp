@@ -126,6 +126,54 @@ TEST(PictureFacts, TellSizeDepthAndResolution)
     EXPECT_NEAR(std::stod(picture(dense)["System.Image.HorizontalResolution"]), 300, 0.1);
 }
 
+// A sensor of 64 x 48 values behind a small picture of 16 x 16, as raw files are.
+std::string cameraRaw()
+{
+    constexpr std::size_t pixels = 64 * 48 * 2;
+    const auto maker = [](std::uint32_t pixelsAt) {
+        TiffMaker raw = testing::usualExif();
+        raw.longs(TiffMaker::picture, 254, {0})
+            .longs(TiffMaker::picture, 256, {64})
+            .longs(TiffMaker::picture, 257, {48})
+            .shorts(TiffMaker::picture, 258, {16})
+            .shorts(TiffMaker::picture, 259, {1})
+            .shorts(TiffMaker::picture, 262, {32'803})
+            .longs(TiffMaker::picture, 273, {pixelsAt})
+            .shorts(TiffMaker::picture, 277, {1})
+            .longs(TiffMaker::picture, 278, {48})
+            .longs(TiffMaker::picture, 279, {pixels})
+            .shorts(TiffMaker::picture, 0x828D, {2, 2})
+            .claim(TiffMaker::picture, 0x828E, 1, 4, std::string_view("\0\1\1\2", 4))
+            .claim(TiffMaker::picture, 0xC612, 1, 4, std::string_view("\1\4\0\0", 4))
+            .text(TiffMaker::picture, 0xC614, "Maker Model 5");
+        return raw.made();
+    };
+    return maker(static_cast<std::uint32_t>(maker(0).size())) + std::string(pixels, '\x20');
+}
+
+TEST(PictureFacts, AreThoseOfTheSensorForCameraRaws)
+{
+    const Facts facts = picture(cameraRaw(), "a.dng");
+    EXPECT_THAT(facts, IsSupersetOf(usualFacts));
+    EXPECT_THAT(facts, IsSupersetOf(Facts{{"System.Image.Dimensions", "64 x 48"}}));
+    EXPECT_THAT(facts, Not(Contains(Key("System.Image.BitDepth"))))
+        << "that of a picture made from it, which is none yet";
+    EXPECT_EQ(picture(cameraRaw(), "under another name.tif"), facts);
+}
+
+TEST(PictureFacts, KnowPlainBitmaps)
+{
+    const std::string bmp =
+        madeBy("ffmpeg -nostdin -loglevel error -f lavfi -i color=size=20x10 -frames:v 1 OUT", "a.bmp");
+    EXPECT_THAT(picture(bmp),
+                IsSupersetOf(Facts{{"System.Image.Dimensions", "20 x 10"}, {"System.Image.BitDepth", "24"}}));
+    const std::string tga =
+        madeBy("ffmpeg -nostdin -loglevel error -f lavfi -i color=size=20x10 -frames:v 1 OUT", "a.tga");
+    EXPECT_EQ(picture(tga, "A.TGA")["System.Image.Dimensions"], "20 x 10");
+    EXPECT_THAT(picture(bmp.substr(0, 25)), IsEmpty());
+    EXPECT_THAT(picture("BM" + std::string(100, '\xFF')), IsEmpty());
+}
+
 TEST(PictureFacts, PreferTheWordsThatProgramsKeepUp)
 {
     const std::string iptc = std::string("\x1C\x02\x05\0\x0AIPTC title\x1C\x02\x50\0\4Otto", 24);

@@ -2,11 +2,15 @@
 #include <string>
 
 #include "base/utf.h"
+#include "platform/bitmap_header.h"
 #include "platform/bytes_in_memory.h"
 #include "platform/exif_facts.h"
 #include "platform/iptc_facts.h"
 #include "platform/linux/media/adapters.h"
 #include "platform/linux/media/picture_header.h"
+#include "platform/linux/media/raw_facts.h"
+#include "platform/linux/media/raw_picture.h"
+#include "platform/linux/media/vips_source.h"
 #include "platform/png_chunks.h"
 #include "platform/property_table.h"
 #include "platform/xmp_facts.h"
@@ -15,9 +19,12 @@ namespace kelvane {
 namespace linux_os {
 namespace {
 
+constexpr std::uint16_t xmpTag = 0x02BC;
+constexpr std::uint16_t iptcTag = 0x83BB;
+
 // The blocks of a picture, wherever its format keeps them.
 struct Blocks {
-    TiffTags tags;
+    const TiffTags& tags;
     std::string xmp;
     std::string iptc;
 };
@@ -37,13 +44,9 @@ std::string blockOf(const TiffTags& tags, std::uint16_t tag)
     return field != nullptr ? std::string(field->bytes()) : std::string();
 }
 
-// The file itself is such a structure, or holds one.
-TiffTags tagsOf(RandomAccessFile& file, std::string_view exif, const PngChunks& png)
+std::string_view textOf(const std::vector<std::byte>& bytes)
 {
-    TiffTags tags = readTiffTags(file);
-    if (tags.pictures.empty() && !png.exif.empty())
-        tags = tagsOfBlock({reinterpret_cast<const char*>(png.exif.data()), png.exif.size()});
-    return tags.pictures.empty() ? tagsOfBlock(exif) : tags;
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 // Bits of all samples of a pixel, as TIFF files say it.
@@ -75,26 +78,64 @@ void addHeader(const PictureHeader& header, std::uint32_t depth, FactList& facts
         facts.number("System.Media.FrameCount", header.frames);
 }
 
+constexpr std::uint16_t dngVersion = 0xC612;
+
+void addBitmap(const BitmapHeader& header, FactList& facts)
+{
+    addSize(header.width, header.height, facts);
+    facts.number("System.Image.BitDepth", header.bitDepth);
+    if (header.dotsPerMetre <= 0)
+        return;
+    constexpr double inch = 0.0254;
+    facts.real("System.Image.HorizontalResolution", header.dotsPerMetre * inch);
+    facts.real("System.Image.VerticalResolution", header.dotsPerMetre * inch);
+}
+
 class PictureFacts final : public FactReading {
 public:
-    explicit PictureFacts(XmlParsing& xml) : xml_(xml) {}
+    // The library loads its plug-ins, which a process that is walled in cannot do any more.
+    explicit PictureFacts(XmlParsing& xml) : xml_(xml) { (void)startVips(); }
 
-    std::vector<NamedValue> read(RandomAccessFile& file, std::string_view) override
+    std::vector<NamedValue> read(RandomAccessFile& file, std::string_view fileName) override
     {
         FactList facts(*properties_);
-        const auto header = readPictureHeader(file);
-        const PngChunks png = readPngChunks(file);
-        const bool tiff = !readTiffTags(file).pictures.empty();
-        Blocks blocks{tagsOf(file, header ? header->exif : std::string(), png), {}, {}};
-        blocks.xmp = header ? header->xmp : blockOf(blocks.tags, 0x02BC);
-        blocks.iptc = header ? header->iptc : blockOf(blocks.tags, 0x83BB);
-        if (header)
-            addHeader(*header, tiff ? storedDepth(blocks.tags) : png.bitDepth, facts);
-        addBlocks(blocks, facts);
+        const TiffTags own = readTiffTags(file);
+        if (isNamedAsRaw(fileName) || own.first(dngVersion) != nullptr)
+            if (auto raw = rawFacts(file, own); !raw.empty())
+                return raw;
+        if (const auto header = readPictureHeader(file))
+            addPicture(file, *header, own, facts);
+        else if (const auto bitmap = readBitmapHeader(file, fileName))
+            addBitmap(*bitmap, facts);
+        else
+            addBlocks({own, blockOf(own, xmpTag), blockOf(own, iptcTag)}, facts);
         return facts.take();
     }
 
 private:
+    // Other readers take the small picture in front of such a file for the whole.
+    std::vector<NamedValue> rawFacts(RandomAccessFile& file, const TiffTags& own)
+    {
+        FactList facts(*properties_);
+        addBlocks({own, blockOf(own, xmpTag), blockOf(own, iptcTag)}, facts);
+        const RawSize size = addRawFacts(file, facts);
+        if (size.width == 0)
+            return {};
+        addSize(size.width, size.height, facts);
+        return facts.take();
+    }
+
+    void addPicture(RandomAccessFile& file, const PictureHeader& header, const TiffTags& own, FactList& facts)
+    {
+        const PngChunks png = readPngChunks(file);
+        const bool tiff = !own.pictures.empty();
+        addHeader(header, tiff ? storedDepth(own) : png.bitDepth, facts);
+        TiffTags tags = tiff ? own : tagsOfBlock(textOf(png.exif));
+        if (tags.pictures.empty())
+            tags = tagsOfBlock(header.exif);
+        addBlocks({tags, header.xmp, header.iptc}, facts);
+    }
+
     // Cameras know best what they did; people's words are kept up in XMP first, by the programs of today.
     void addBlocks(const Blocks& blocks, FactList& facts)
     {
