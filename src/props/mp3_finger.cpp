@@ -20,21 +20,26 @@ constexpr double leastMovement = 0.5;
 // Fingerprints that are farther apart have nothing in common.
 constexpr float farthest = 0.9f;
 
-struct Loudness {
-    float peak = 0;
-    double mean = 0;
-};
-
-Loudness loudnessOf(std::span<const float> samples)
+double meanLoudness(std::span<const float> samples)
 {
-    Loudness loudness;
+    double mean = 0;
     double count = 0;
-    for (const float sample : samples) {
-        const float size = std::abs(sample);
-        loudness.peak = std::max(loudness.peak, size);
-        loudness.mean += (size - loudness.mean) / ++count;
+    for (const float sample : samples)
+        mean += (std::abs(sample) - mean) / ++count;
+    return mean;
+}
+
+// Silence in one song is at the same place of the spectrum as silence in any other. Where it fills most frames, songs
+// would be alike because of it.
+bool isMostlySilent(std::span<const float> samples, std::size_t frames)
+{
+    std::size_t silent = 0;
+    for (std::size_t f = 0; f < frames; ++f) {
+        const auto frame = samples.subspan(f * SongOpening::frameStep, SongOpening::frameSize);
+        if (std::all_of(frame.begin(), frame.end(), [](float sample) { return std::abs(sample) < leastPeak; }))
+            ++silent;
     }
-    return loudness;
+    return silent > frames / 2;
 }
 
 // Without what is quieter than the mean in front: no more than the margin, and never so much that too little is left.
@@ -121,10 +126,10 @@ Ref<MP3Finger> MP3Finger::make(std::span<const float> samples, const SongOpening
     if (samples.size() < opening.samples)
         return nullptr;
     lack = Lack::featureless;
-    const Loudness loudness = loudnessOf(samples);
-    if (!(loudness.peak >= leastPeak))
+    const auto song = trimmed(samples, meanLoudness(samples), opening);
+    if (isMostlySilent(song, opening.frames))
         return nullptr;
-    const auto [centroids, spreads] = spectralShapes(trimmed(samples, loudness.mean, opening), opening.frames);
+    const auto [centroids, spreads] = spectralShapes(song, opening.frames);
     std::vector<float> series(2 * std::size_t{opening.frames});
     const auto standard = std::span(series);
     if (!standardise(centroids, standard.first(opening.frames)) || !standardise(spreads, standard.last(opening.frames)))

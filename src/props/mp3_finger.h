@@ -36,8 +36,8 @@ public:
     enum class Lack : std::uint8_t { none, tooShort, featureless };
 
     // samples: one channel at SongOpening::rate. Quiet samples in front are skipped first, so that a copy with a pause
-    // before it is aligned. Null, with the reason in `lack`, where too few samples are left or where the spectrum does
-    // not move at all: silence and steady tones are like everything and nothing.
+    // before it is aligned. Null, with the reason in `lack`, where too few samples are left, where most of them are
+    // silence, or where the spectrum does not move at all: silence and steady tones are like everything and nothing.
     [[nodiscard]] static Ref<MP3Finger> make(std::span<const float> samples, const SongOpening& opening, Lack& lack);
 
     [[nodiscard]] std::size_t frames() const { return series_.size() / 2; }

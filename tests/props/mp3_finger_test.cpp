@@ -216,6 +216,14 @@ TEST(MP3Finger, OfSilenceAndSteadyTonesThereIsNone)
     }
 }
 
+// Else songs that begin with a long pause would be alike because of the pause.
+TEST(MP3Finger, OfAnOpeningThatIsMostlySilentThereIsNone)
+{
+    const auto sound = song(21, 200'000);
+    EXPECT_EQ(lackOf(after(160'000, 0.00005f, sound), usual), MP3Finger::Lack::featureless);
+    EXPECT_EQ(lackOf(after(90'000, 0.00005f, sound), usual), MP3Finger::Lack::none);
+}
+
 TEST(MP3Finger, SurvivesSamplesThatAreNoNumbers)
 {
     auto sound = song(9, usual.samples);

@@ -13,8 +13,6 @@ LIBRARIES = {
     "nlohmann/": {"cli"},
     "xxhash.h": {"engine", "platform"},
     "eigen3/": {"props"},
-    "unsupported/Eigen/": {"props"},
-    "Eigen/": {"props"},
     "Q": {"ui"},
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <new>
 #include <utility>
 
@@ -18,13 +19,23 @@ constexpr std::array<std::uint32_t, 7> lockedTags = {
     MKTAG('d', 'r', 'm', 'i'), MKTAG('p', 'r', 'o', 't'), MKTAG('a', 'a', 'v', 'd'),
 };
 
+// The mark by which a container names what it holds: four letters, or a number.
+std::string markText(std::uint32_t mark)
+{
+    std::string letters;
+    for (int shift = 0; shift < 32; shift += 8)
+        letters.push_back(static_cast<char>(mark >> shift & 0xFF));
+    if (std::all_of(letters.begin(), letters.end(), [](char letter) { return letter >= ' ' && letter <= '~'; }))
+        return letters;
+    std::array<char, 16> number{};
+    std::snprintf(number.data(), number.size(), "0x%04X", mark);
+    return number.data();
+}
+
 std::string codecName(const AVCodecParameters& parameters)
 {
-    if (parameters.codec_id != AV_CODEC_ID_NONE)
-        return avcodec_get_name(parameters.codec_id);
-    std::array<char, AV_FOURCC_MAX_STRING_SIZE> text{};
-    return parameters.codec_tag == 0 ? std::string()
-                                     : std::string(av_fourcc_make_string(text.data(), parameters.codec_tag));
+    const AVCodecID codec = parameters.codec_id;
+    return codec != AV_CODEC_ID_NONE ? avcodec_get_name(codec) : markText(parameters.codec_tag);
 }
 
 bool isEmptyResult(int error)
@@ -41,6 +52,8 @@ MediaFault ffmpegFault(int error)
     MediaFault fault{MediaOutcome::damaged, {}, text.data()};
     if (error == AVERROR(ENOMEM))
         fault.outcome = MediaOutcome::tooMuchMemory;
+    else if (error == AVERROR(EACCES))
+        fault.outcome = MediaOutcome::encrypted;
     else if (error == AVERROR(EIO))
         fault.outcome = MediaOutcome::unreadable;
     else if (error == AVERROR_DECODER_NOT_FOUND || error == AVERROR_PATCHWELCOME || error == AVERROR(ENOSYS))
@@ -104,6 +117,9 @@ int FfmpegDecoder::feed()
         avcodec_send_packet(context_.get(), nullptr);
         return 0;
     }
+    // Without the key, some decoders make noise of it.
+    if (av_packet_get_side_data(packet_.get(), AV_PKT_DATA_ENCRYPTION_INFO, nullptr) != nullptr)
+        return AVERROR(EACCES);
     const int error = avcodec_send_packet(context_.get(), packet_.get());
     av_packet_unref(packet_.get());
     return passOver(error);

@@ -32,7 +32,7 @@ using FfmpegFrame = std::unique_ptr<AVFrame, FreeFrame>;
 
 // What a file may cost. Streams can be made so that they yield nothing for as long as one reads.
 struct FfmpegLimits {
-    std::uint64_t bytes = 2'048u * 1'048'576u;  // read, whether or not twice
+    std::uint64_t bytes = 256u * 1'048'576u;  // read, whether or not twice
     std::uint64_t packets = 400'000;
 };
 
