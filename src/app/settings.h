@@ -92,7 +92,7 @@ struct Settings {
     FileSize tinyFile{50'000};                                 // nTinyFile
     std::int64_t dateTolerance = 1'000 * ticksPerMillisecond;  // msDateTolerance, 100-ns units
     bool descriptorCache = true;                               // bDescriptorCache
-    FileSize descriptorCacheSize{512u * 1'048'576u};           // nDescriptorCacheMB
+    FileSize descriptorCacheSize{1'024u * 1'048'576u};         // nDescriptorCacheMB
     std::uint32_t songStartMs = 14'900;                        // msSongStart
     std::uint32_t hoursPerPercent = 240;                       // nHours1PCdiff
     std::uint32_t lastScanFlags = scan_flag::standard;         // binLastScan

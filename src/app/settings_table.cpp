@@ -129,7 +129,7 @@ constexpr SettingRow table[] = {
     {u"bDescriptorCache", TextId::settingDescriptorCache, OptionsPage::comparing, SavedWhen::persistent,
      NumberRule{.field = &Settings::descriptorCache, .fallback = 1}},
     {u"nDescriptorCacheMB", TextId::settingDescriptorCacheSize, OptionsPage::comparing, SavedWhen::persistent,
-     NumberRule{.field = &Settings::descriptorCacheSize, .fallback = 512, .clamp = Clamp::intoRange, .least = 8, .most = 65'536, .unit = 1'048'576}},
+     NumberRule{.field = &Settings::descriptorCacheSize, .fallback = 1'024, .clamp = Clamp::intoRange, .least = 8, .most = 65'536, .unit = 1'048'576}},
     {u"binFileOpFlags", TextId::settingFileOperationFlags, OptionsPage::cleanUp, SavedWhen::persistent,
      NumberRule{.field = &Settings::fileOperationFlags}},
     {u"nHugeFileMB", TextId::settingHugeFile, OptionsPage::comparing, SavedWhen::persistent,

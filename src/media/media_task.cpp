@@ -59,9 +59,9 @@ std::optional<MediaFault> readFault(ByteReader& in)
     const auto outcome = readChoice(in, MediaOutcome::cancelled);
     auto codec = outcome ? readBytes(in) : std::nullopt;
     auto detail = codec ? readBytes(in) : std::nullopt;
-    if (!detail)
+    if (!detail || codec->size() > longestWord || detail->size() > longestWord)
         return std::nullopt;
-    return MediaFault{*outcome, codec->substr(0, longestWord), detail->substr(0, longestWord)};
+    return MediaFault{*outcome, std::move(*codec), std::move(*detail)};
 }
 
 // False for malformed bytes; an object that is not there is none.

@@ -95,7 +95,8 @@ protected:
 
     testing::TempTree tree_;
     const CancelFlag never_;
-    std::unique_ptr<WorkerProcesses> processes_ = makeLinuxWorkerProcesses({{"/nonexistent", KELVANE_HOSTILE_WORKER}});
+    std::unique_ptr<WorkerProcesses> processes_ =
+        makeLinuxWorkerProcesses({{"/nonexistent", KELVANE_HOSTILE_WORKER}, {KELVANE_HOSTILE_MEDIA_WORKER}});
 };
 
 TEST_F(LinuxWorkerProcessesTest, ARequestCarriesItsFile)
@@ -195,6 +196,28 @@ TEST_F(LinuxWorkerProcessesTest, FilesBeyondItsReachStayClosed)
     EXPECT_TRUE(textOf(ask(*near, "tool cat " + file.native())).starts_with("failed"));
     EXPECT_TRUE(textOf(ask(*near, "tool touch " + tree_.path("new").native())).starts_with("failed"));
     EXPECT_FALSE(fs::exists(tree_.path("new")));
+}
+
+// What decodes needs nobody else, and no code but that of libraries.
+TEST_F(LinuxWorkerProcessesTest, AWorkerThatDecodesIsAloneInItsProcess)
+{
+    WorkerLimits media = limits();
+    media.program = WorkerProgram::media;
+    const auto worker = start(media), other = start();
+    if (!worker->confinement().calls)
+        GTEST_SKIP() << "this kernel filters no system calls";
+    const fs::path file = tree_.write("given", "content");
+    const std::string denied = std::to_string(EPERM);
+    for (const std::string& attempt :
+         {std::string("fork"), std::string("start /bin/true"), std::string("own-code"), std::string("own-code-later"),
+          std::string("socket"), std::string("thread"), "write " + file.native(), "remove " + file.native()})
+        EXPECT_EQ(textOf(ask(*worker, attempt)), denied) << attempt;
+    EXPECT_TRUE(textOf(ask(*worker, "tool cat", {file, {}})).starts_with("failed"));
+    EXPECT_EQ(textOf(ask(*worker, "echo ", {file, {}})), "content");
+    EXPECT_EQ(textOf(ask(*other, "fork")), "0");
+    if (worker->confinement().files) {
+        EXPECT_EQ(textOf(ask(*worker, "read " + file.native())), std::to_string(EACCES));
+    }
 }
 
 TEST_F(LinuxWorkerProcessesTest, ToolsEndWithTheirWorker)

@@ -4,6 +4,7 @@
 #include "platform/missing_ports.h"
 #include "support/fakes.h"
 #include "support/memory_file_system.h"
+#include "support/one_entry_archives.h"
 #include "support/paths.h"
 #include "support/scripted_workers.h"
 #include "text/worker_task.h"
@@ -13,29 +14,6 @@ namespace {
 
 using testing::MemoryFileSystem;
 using testing::ScriptedWorkers;
-
-// One archive with one entry.
-class OneEntryArchives final : public ArchiveFolders {
-public:
-    bool looksLikeArchive(NativeView fileName) const override { return fileName.ends_with(testing::native(".zip")); }
-    Status list(const std::filesystem::path&, const std::function<bool(const ArchiveEntry&)>& sink) override
-    {
-        ArchiveEntry entry;
-        entry.path = "inside.html";
-        entry.size = {content.size()};
-        static_cast<void>(sink(entry));
-        return {};
-    }
-    Result<std::unique_ptr<ContentReader>> open(const std::filesystem::path&, std::uint64_t) override
-    {
-        files_.addFile("/entry", content);
-        return files_.openForReading("/entry", ReadPattern::sequential);
-    }
-    std::string content;
-
-private:
-    MemoryFileSystem files_;
-};
 
 std::string asText(std::span<const std::byte> bytes)
 {
@@ -87,7 +65,7 @@ protected:
     [[nodiscard]] std::u16string textOf(const std::string& path) { return extract(path).text; }
 
     MemoryFileSystem files_;
-    OneEntryArchives archives_;
+    testing::OneEntryArchives archives_;
     testing::SimpleFolding folding_;
     std::unique_ptr<ShellNamespace> shell_ = makeFileNamespace(files_, &archives_, folding_);
     ScriptedWorkers::Script script_ = echo;

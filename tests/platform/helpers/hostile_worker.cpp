@@ -1,14 +1,17 @@
 // A worker that does what it is told: answer, break down, misbehave, or try what a worker must not do. The request is
-// a word and what follows it; attempts are answered with the error code of the system, 0 for success.
+// a word and what follows it; attempts are answered with the error code of the system, 0 for success. Walled in as the
+// program is that it is compiled to stand for.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/ipc.h>
+#include <sys/mman.h>
 #include <sys/ptrace.h>
 #include <sys/shm.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -17,11 +20,13 @@
 #include <iterator>
 #include <map>
 #include <sstream>
+#include <thread>
 
 #include "base/byte_stream.h"
+#include "platform/linux/adapters.h"
 #include "platform/linux/descriptor_file.h"
+#include "platform/linux/worker_start.h"
 #include "platform/worker_frames.h"
-#include "platform/worker_requests.h"
 
 namespace kelvane::linux_os {
 namespace {
@@ -29,7 +34,7 @@ namespace {
 struct Call {
     std::string rest;
     RandomAccessFile& file;
-    WorkerPlatform& platform;
+    FilterPrograms& filters;
     std::uint32_t serial;
 };
 
@@ -125,7 +130,7 @@ std::string runTool(const Call& call)
     const std::string& tool = all.at(0);
     const std::vector<std::string> arguments(all.begin() + 1, all.end());
     std::string output;
-    const Status status = call.platform.filters().run(tool, arguments, call.file, [&](auto piece) {
+    const Status status = call.filters.run(tool, arguments, call.file, [&](auto piece) {
         output.append(reinterpret_cast<const char*>(piece.data()), piece.size());
         return true;
     });
@@ -136,6 +141,35 @@ std::string startProgram(const Call& call)
 {
     char* const words[] = {const_cast<char*>(call.rest.c_str()), nullptr};
     return code(::execv(call.rest.c_str(), words));  // returns where it is refused
+}
+
+std::string splitInTwo(const Call&)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(0);
+    if (child > 0)
+        ::waitpid(child, nullptr, 0);
+    return code(child);
+}
+
+std::string codeOfItsOwn(int flags, int file)
+{
+    return code(::mmap(nullptr, 4096, PROT_READ | PROT_EXEC, flags, file, 0) == MAP_FAILED ? -1 : 0);
+}
+
+// Written first, made executable then.
+std::string codeOfItsOwnLater(const Call&)
+{
+    void* const memory = ::mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return code(::mprotect(memory, 4096, PROT_READ | PROT_EXEC));
+}
+
+std::string askAnotherThread(const Call&)
+{
+    std::string answer;
+    std::thread([&] { answer = code(::socket(AF_UNIX, SOCK_STREAM, 0)); }).join();
+    return answer;
 }
 
 const std::map<std::string, Deed, std::less<>> deeds = {
@@ -164,6 +198,10 @@ const std::map<std::string, Deed, std::less<>> deeds = {
     {"chmod-given", [](const Call& call) { return code(::fchmod(descriptorOf(call.file), 0777)); }},
     {"remove", [](const Call& call) { return code(::unlink(call.rest.c_str())); }},
     {"start", startProgram},
+    {"fork", splitInTwo},
+    {"own-code", [](const Call&) { return codeOfItsOwn(MAP_PRIVATE | MAP_ANONYMOUS, -1); }},
+    {"own-code-later", codeOfItsOwnLater},
+    {"thread", askAnotherThread},
     {"kill", [](const Call& call) { return code(::kill(std::stoi(call.rest), SIGTERM)); }},
     {"trace", [](const Call& call) { return code(::ptrace(PTRACE_SEIZE, std::stoi(call.rest), nullptr, nullptr)); }},
     {"leave-group", [](const Call&) { return code(::setsid()); }},
@@ -176,17 +214,18 @@ const std::map<std::string, Deed, std::less<>> deeds = {
     {"new-view", [](const Call&) { return code(::syscall(SYS_unshare, 0x10000000 /* CLONE_NEWUSER */)); }},
 };
 
-void serve(WorkerPlatform& platform)
+void serve(FilterPrograms& filters)
 {
+    SocketRequests requests;
     for (std::uint32_t serial = 1;; ++serial) {
-        const auto request = platform.requests().next();
+        const auto request = requests.next();
         if (!request)
             return;
         const std::string text(reinterpret_cast<const char*>(request->message.data()), request->message.size());
         const std::string word = text.substr(0, text.find(' '));
-        const Call call{text.substr(std::min(word.size() + 1, text.size())), *request->file, platform, serial};
+        const Call call{text.substr(std::min(word.size() + 1, text.size())), *request->file, filters, serial};
         const std::string answer = deeds.at(word)(call);
-        static_cast<void>(platform.requests().answer(std::as_bytes(std::span(answer))));
+        static_cast<void>(requests.answer(std::as_bytes(std::span(answer))));
     }
 }
 
@@ -195,7 +234,10 @@ void serve(WorkerPlatform& platform)
 
 int main(int count, char** words)
 {
-    if (const auto platform = kelvane::makeWorkerPlatform(count, words))
-        kelvane::linux_os::serve(**platform);
+    using namespace kelvane;
+    std::unique_ptr<FilterPrograms> filters;
+    const auto prepare = [&] { filters = makeLinuxFilterPrograms(std::chrono::milliseconds(0)); };
+    if (linux_os::becomeWorker(WorkerProgram::KELVANE_WORKER_PROGRAM, count, words, prepare))
+        linux_os::serve(*filters);
     return 0;
 }

@@ -1,0 +1,36 @@
+// What a worker that decodes answers, and what it is asked: the first byte chooses. Whatever is understood is written
+// again as it came.
+#include <algorithm>
+#include <cstdlib>
+
+#include "media/media_task.h"
+
+namespace {
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+bool equal(std::span<const std::byte> a, std::span<const std::byte> b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    const auto bytes = std::as_bytes(std::span(data, size)).subspan(1);
+    if (data[0] % 2 == 0) {
+        const auto answer = kelvane::decodeMediaAnswer(bytes);
+        require(!answer || equal(kelvane::encodeAnswer(*answer), bytes));
+    } else {
+        const auto request = kelvane::decodeMediaRequest(bytes);
+        require(!request || equal(kelvane::encodeRequest(*request), bytes));
+    }
+    return 0;
+}
