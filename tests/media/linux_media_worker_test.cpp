@@ -62,6 +62,7 @@ TEST_F(LinuxMediaWorkerTest, SoundsGiveFingerprintsThatKnowTheirCopies)
     const MediaAnswer original = read(song("a.wav"), wish);
     ASSERT_EQ(original.fault.outcome, MediaOutcome::made) << original.fault.detail;
     EXPECT_EQ(original.fingerprint->frames(), SongOpening(options_.songStartMs).frames);
+    EXPECT_FALSE(original.facts.empty());
     for (const auto* name : {"a.mp3", "a.ogg", "a.flac"}) {
         const MediaAnswer copy = read(song(name, "-metadata title=Song"), wish);
         ASSERT_EQ(copy.fault.outcome, MediaOutcome::made) << name << copy.fault.detail;
@@ -82,6 +83,10 @@ TEST_F(LinuxMediaWorkerTest, PicturesAndFilmsGivePreviews)
     }
     testing::makeArchive(tree_.path("packed.zip"), {{"p.png", tree_.read("p.png")}});
     EXPECT_EQ(read(tree_.path("packed.zip/p.png"), {.preview = true}).fault.outcome, MediaOutcome::made);
+    const fs::path film = made("f.mp4", "-f lavfi -i testsrc=s=320x240:d=10 -pix_fmt yuv420p");
+    const MediaAnswer answer = read(film, {.facts = true, .preview = true, .previewOf = MediaKind::film});
+    EXPECT_EQ(answer.fault.outcome, MediaOutcome::made) << answer.fault.detail;
+    EXPECT_FALSE(answer.facts.empty());
 }
 
 TEST_F(LinuxMediaWorkerTest, WhatIsNoMediaCostsNothingButItself)

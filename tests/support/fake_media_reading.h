@@ -101,12 +101,13 @@ private:
     {
         const auto found = files.find(path);
         MediaAnswer answer;
-        const bool complete = found != files.end() && (!wish.fingerprint || found->second.fingerprint) &&
-                              (!wish.preview || found->second.preview);
         if (found == files.end()) {
             answer.fault.outcome = MediaOutcome::unknownFormat;
             return answer;
         }
+        const bool broken = found->second.facts.empty() && found->second.fault.outcome != MediaOutcome::made;
+        const bool complete = (!wish.fingerprint || found->second.fingerprint) &&
+                              (!wish.preview || found->second.preview) && (!wish.facts || !broken);
         if (!complete)
             answer.fault = found->second.fault;
         if (!complete && answer.fault.outcome == MediaOutcome::made)
