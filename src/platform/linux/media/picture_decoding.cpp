@@ -58,9 +58,11 @@ public:
 private:
     static DecodedPicture byKind(RandomAccessFile& file, std::string_view fileName, const PreviewBounds& bounds)
     {
+        // Whatever else reads such a file as TIFF finds but the small pictures that the camera put into it.
         if (linux_os::isNamedAsRaw(fileName))
-            if (DecodedPicture picture = linux_os::rawPreview(file, bounds); !isUnknown(picture))
-                return picture;
+            if (DecodedPicture raw = linux_os::rawPreview(file, bounds);
+                !isUnknown(raw) || linux_os::looksLikeTiff(file))
+                return raw;
         DecodedPicture picture = vipsPreview(file, bounds);
         if (!isUnknown(picture))
             return picture;

@@ -131,12 +131,21 @@ LoadedPicture load(const Reader& reader, VipsSource* source, std::uint64_t fileS
 
 }  // namespace
 
+bool looksLikeTiff(RandomAccessFile& file)
+{
+    using namespace std::string_view_literals;
+    std::string head(4, 0);
+    const auto count = file.readAt(0, std::as_writable_bytes(std::span(head)));
+    return count && *count == head.size() && (head == "II*\0"sv || head == "MM\0*"sv);
+}
+
 LoadedPicture loadPicture(RandomAccessFile& file, const PreviewBounds& bounds)
 {
     const VipsSourceHandle source = makeVipsSource(file);
     const Reader* reader = readerFor(source.get());
     if (reader == nullptr)
-        return failed(MediaOutcome::unknownFormat, takeVipsError());
+        // The list of what is in such a file may stand at its end, and be missing.
+        return failed(looksLikeTiff(file) ? MediaOutcome::damaged : MediaOutcome::unknownFormat, takeVipsError());
     return load(*reader, source.get(), file.size(), bounds);
 }
 

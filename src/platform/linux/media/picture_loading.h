@@ -18,6 +18,9 @@ struct LoadedPicture {
     PictureSize preview;  // of its preview, before it is turned
 };
 
+// By its first bytes.
+[[nodiscard]] bool looksLikeTiff(RandomAccessFile& file);
+
 // The first picture of the file. Nothing is decoded but what stands in front of the pixels. The file outlives it.
 [[nodiscard]] LoadedPicture loadPicture(RandomAccessFile& file, const PreviewBounds& bounds);
 

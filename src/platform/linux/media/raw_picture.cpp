@@ -91,6 +91,7 @@ DecodedPicture rawPreview(RandomAccessFile& file, const PreviewBounds& bounds)
 {
     // Hundreds of kilobytes, too much for a stack.
     const auto raw = std::make_unique<LibRaw>();
+    raw->set_dataerror_handler(nullptr, nullptr);  // would write to standard error
     RawStream stream(file);
     if (const int error = raw->open_datastream(&stream); error != LIBRAW_SUCCESS)
         return nothing(faultOf(error));
