@@ -72,18 +72,22 @@ def ratio(part, whole):
     return f"{part / whole:7.3f}" if whole else "      -"
 
 
+def wide(kind):
+    return max(len(kind), 7) + 2
+
+
 def show_quality(truth, similar, search):
     kinds = collections.Counter(truth.kind(pair) for pair in search.pairs)
     found = sum(kinds[kind] for kind in truth.to_be_found)
     there = sum(len(truth.wanted[kind]) for kind in truth.to_be_found)
-    by_kind = "".join(f"{ratio(kinds[kind], len(truth.wanted[kind])):>{len(kind) + 3}}" for kind in truth.kinds())
+    by_kind = "".join(f"{ratio(kinds[kind], len(truth.wanted[kind])):>{wide(kind)}}" for kind in truth.kinds())
     print(f"{similar:7} %  {len(search.groups):6}  {len(search.pairs):7}  {kinds[None]:9} "
-          f"{ratio(found, found + kinds[None]):>10} {ratio(found, there):>8}   {by_kind}")
+          f"{ratio(found, found + kinds[None]):>10} {ratio(found, there):>8}      {by_kind}")
 
 
 def show_header(truth):
-    print(f"\n{'similar':>9}  {'groups':>6}  {'pairs':>7}  unrelated  precision   recall   "
-          + "".join(f"{kind:>{max(len(kind), 7) + 3 if len(kind) < 5 else len(kind) + 3}}" for kind in truth.kinds()))
+    kinds = "".join(f"{kind:>{wide(kind)}}" for kind in truth.kinds())
+    print(f"\n{'similar':>9}  {'groups':>6}  {'pairs':>7}  unrelated  precision   recall   of {kinds}")
 
 
 def show_speed(name, search):
@@ -95,7 +99,8 @@ def show_speed(name, search):
         rate = f", {compared} comparisons, {compared / stats['files']:.1f} a file"
         rate += f", {compared / seconds:,.0f} a second" if seconds else ""
     phases = ", ".join(f"{phase} {took:.2f} s" for phase, took in stats["phases"].items())
-    needed = ", ".join(f"{program} {measure.mib(peak)}" for program, peak in search.memory.largest.items())
+    needed = ", ".join(f"{program} {measure.mib(peak)}" for program, peak in search.memory.largest.items()
+                       if program != "time")
     print(f"{name:11} {search.seconds:7.2f} s, {stats['files']} files, {phases}{rate}\n{'':11} at most {needed}, "
           f"all together {measure.mib(search.memory.together)}")
 
