@@ -27,6 +27,13 @@ void applyExtraction(const Settings& settings, ExtractionOptions& options)
     options.whiteList = utf8List(settings.extractionWhiteList);
 }
 
+// One limit of time is for everything that a worker does with a file.
+void applyMedia(const Settings& settings, MediaOptions& options)
+{
+    options.songStartMs = settings.songStartMs;
+    options.timeout = std::chrono::milliseconds(settings.extractionTimeoutMs);
+}
+
 }  // namespace
 
 EngineOptions engineOptionsFrom(const Settings& settings)
@@ -53,6 +60,7 @@ void applyEngineNumbers(const Settings& settings, EngineOptions& options)
     options.hoursPerPercent = settings.hoursPerPercent;
     options.excludedVolumes = settings.excludedVolumes;
     applyExtraction(settings, options.extraction);
+    applyMedia(settings, options.media);
     const std::size_t categories = std::min({ownCategories, settings.fileTypes.size(), options.categories.size()});
     std::copy_n(settings.fileTypes.begin(), categories, options.categories.begin());
 }

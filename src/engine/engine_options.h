@@ -8,6 +8,7 @@
 
 #include "base/file_size.h"
 #include "base/file_time.h"
+#include "media/media_options.h"
 #include "text/extraction_options.h"
 
 namespace kelvane {
@@ -56,6 +57,7 @@ struct EngineOptions {
     std::string seriesProperties;             // property list for which files of one folder never match (tag searches)
     std::array<std::string, 6> extraColumns;  // one property a category, empty for none
     ExtractionOptions extraction;             // of the texts of documents
+    MediaOptions media;                       // of sounds, films and pictures
     unsigned threads = 0;                     // 0: by the number of processors
     bool classifyAhead = true;                // false: the plain pairwise walk, for tests and doubt
     bool exhaustive = false;                  // similar contents: compare every pair that the rules allow, filter none

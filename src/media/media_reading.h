@@ -1,7 +1,6 @@
 // The door through which everything about sound, films and pictures is asked for.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,20 +8,13 @@
 
 #include "base/cancel.h"
 #include "media/media_kinds.h"
+#include "media/media_options.h"
 #include "platform/media_decoding.h"
 #include "platform/shell_item.h"
 #include "props/cached_bitmap.h"
 #include "props/mp3_finger.h"
 
 namespace kelvane {
-
-// As plain values: nothing here knows of settings.
-struct MediaOptions {
-    std::int64_t songStartMs = 14'900;          // of a song that is compared; see SongOpening
-    std::chrono::milliseconds timeout{12'000};  // for one file in a worker; 0: none
-    std::uint64_t workerMemory = 1'536u * 1'048'576u;
-    unsigned workers = 0;  // at most so many at once; 0: by the number of processors
-};
 
 // What is wanted of a file; one reading gives all of it.
 struct MediaWish {

@@ -4,6 +4,5 @@
 
 int main(int count, char** words)
 {
-    return static_cast<int>(
-        kelvane::runWorker("kelvane-worker", kelvane::makeWorkerPlatform(count, words), kelvane::serveRequests));
+    return kelvane::runWorker("kelvane-worker", kelvane::makeWorkerPlatform(count, words), kelvane::serveRequests);
 }

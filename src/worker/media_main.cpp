@@ -5,6 +5,6 @@
 
 int main(int count, char** words)
 {
-    return static_cast<int>(kelvane::runWorker("kelvane-media-worker", kelvane::makeMediaWorkerPlatform(count, words),
-                                               kelvane::serveMediaRequests));
+    return kelvane::runWorker("kelvane-media-worker", kelvane::makeMediaWorkerPlatform(count, words),
+                              kelvane::serveMediaRequests);
 }

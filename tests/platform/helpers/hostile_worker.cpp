@@ -234,10 +234,9 @@ void serve(FilterPrograms& filters)
 
 int main(int count, char** words)
 {
-    using namespace kelvane;
-    std::unique_ptr<FilterPrograms> filters;
-    const auto prepare = [&] { filters = makeLinuxFilterPrograms(std::chrono::milliseconds(0)); };
-    if (linux_os::becomeWorker(WorkerProgram::KELVANE_WORKER_PROGRAM, count, words, prepare))
-        linux_os::serve(*filters);
+    std::unique_ptr<kelvane::FilterPrograms> filters;
+    const auto prepare = [&] { filters = kelvane::makeLinuxFilterPrograms(std::chrono::milliseconds(0)); };
+    if (kelvane::linux_os::becomeWorker(kelvane::WorkerProgram::KELVANE_WORKER_PROGRAM, count, words, prepare))
+        kelvane::linux_os::serve(*filters);
     return 0;
 }
