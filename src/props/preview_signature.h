@@ -30,9 +30,20 @@ struct PreviewSignature {
 // The second look at two previews, which the score is blind for: overall colours and structure.
 struct PreviewLook {
     double colourDifference = 0;  // the mean difference of the colours of the cells, 0 to 255
-    double correlation = 0;  // of the brightness of the cells, -1 to 1; 1 where both are flat and of one brightness
-    bool agrees = true;      // neither contradicts that the two are one picture
+    double light = 1;             // how much brighter the second is, as a factor
+    double evenedDifference = 0;  // of the colours, once the brighter one is darkened to the other's light
+    // Of the brightness of the cells, without its even slope from one edge to the other, which skies and shaded
+    // backgrounds share: -1 to 1; near 1 where nothing else is in either.
+    double correlation = 0;
+    bool agrees = true;  // nothing of it contradicts that the two are one picture
 };
+
+// What previews that agree are bounded by.
+namespace look_limit {
+inline constexpr double leastCorrelation = 0.7;
+inline constexpr double mostLight = 1.42;  // or its inverse
+inline constexpr double mostEvenedDifference = 12;
+}  // namespace look_limit
 
 // Both of the same size, else they do not agree. Depends on the signatures alone, so that it can be asked before
 // previews are fetched. Symmetric.

@@ -1,0 +1,76 @@
+#include "engine/described_preview.h"
+
+#include <utility>
+
+#include "engine/mixed_bits.h"
+
+namespace kelvane {
+namespace {
+
+std::uint64_t digestOf(const PreviewSignature& signature)
+{
+    std::uint64_t digest = signature.width * 256u + signature.height;
+    const auto add = [&](std::uint8_t value) { digest = (digest ^ value) * 0x100000001B3u; };
+    for (const std::uint8_t value : signature.brightness)
+        add(value);
+    for (const std::uint8_t value : signature.colours)
+        add(value);
+    return mixedBits(digest);
+}
+
+std::uint64_t bytesOf(const CachedBitmap& preview)
+{
+    return preview.pixels().size() + sizeof preview;
+}
+
+}  // namespace
+
+DescribedPreview::DescribedPreview(const PreviewSignature& signature)
+    : signature_(signature), digest_(digestOf(signature))
+{
+}
+
+bool DescribedPreview::sameSize(const DescribedPreview& other) const
+{
+    return signature_.width == other.signature_.width && signature_.height == other.signature_.height;
+}
+
+void RecentPreviews::put(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview)
+{
+    const std::lock_guard lock(mutex_);
+    const DescribedPreview* const key = described.get();
+    if (entries_.contains(key))
+        return;
+    bytes_ += bytesOf(*preview);
+    recent_.push_front({std::move(described), std::move(preview)});
+    entries_[key] = recent_.begin();
+    while (bytes_ > mostBytes_)
+        drop(std::prev(recent_.end()));
+}
+
+Ref<CachedBitmap> RecentPreviews::find(const DescribedPreview& described)
+{
+    const std::lock_guard lock(mutex_);
+    const auto entry = entries_.find(&described);
+    if (entry == entries_.end())
+        return {};
+    recent_.splice(recent_.begin(), recent_, entry->second);
+    return entry->second->preview;
+}
+
+void RecentPreviews::clear()
+{
+    const std::lock_guard lock(mutex_);
+    entries_.clear();
+    recent_.clear();
+    bytes_ = 0;
+}
+
+void RecentPreviews::drop(std::list<Entry>::iterator entry)
+{
+    bytes_ -= bytesOf(*entry->preview);
+    entries_.erase(entry->described.get());
+    recent_.erase(entry);
+}
+
+}  // namespace kelvane

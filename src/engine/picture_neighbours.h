@@ -1,0 +1,54 @@
+// Pictures that look alike, found ahead of the group walk by workers.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "base/cancel.h"
+#include "engine/neighbours.h"
+#include "engine/ordered_tasks.h"
+#include "engine/picture_pairs.h"
+
+namespace kelvane {
+
+struct PicturePairs {
+    LaterPicture later;
+    // The score of the two at these positions; nothing where there is none. Thread-safe.
+    std::function<std::optional<std::int32_t>(std::uint32_t a, std::uint32_t b)> score;
+};
+
+// For each position the nearest later one that matches is looked for ahead, in the order of the walk: a group is a
+// chain, so that further ones are wanted only where the nearest is taken already. Those the walk compares itself.
+class PictureNeighbours final : public Neighbours {
+public:
+    // similarity: the least score of a match. scoresAhead: false where properties part most pairs before their scores
+    // are wanted.
+    PictureNeighbours(const SortedCandidates& sorted, PicturePairs pairs, std::int32_t similarity, bool scoresAhead,
+                      unsigned threads, const CancelFlag& cancel);
+
+    [[nodiscard]] bool ready(std::uint32_t position, const std::function<void()>& whileWaiting) override;
+    [[nodiscard]] bool follow(std::uint32_t reference, const std::function<void()>& whileWaiting) override;
+    [[nodiscard]] std::uint32_t next(std::uint32_t reference, std::uint32_t after) const override;
+    [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override;
+    [[nodiscard]] std::optional<ContentScore> knownScore(std::uint32_t reference,
+                                                         std::uint32_t position) const override;
+
+private:
+    struct Nearest {
+        std::uint32_t position = none;
+        std::int32_t score = 0;
+    };
+
+    void findNearest(std::uint32_t reference);
+
+    const SortedCandidates& sorted_;
+    const PicturePairs pairs_;
+    const std::int32_t similarity_;
+    const CancelFlag& cancel_;
+    std::vector<Nearest> nearest_;       // each written by one worker, read once its task is done
+    std::optional<OrderedTasks> tasks_;  // last: its threads use everything above
+};
+
+}  // namespace kelvane

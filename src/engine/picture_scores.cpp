@@ -1,0 +1,48 @@
+#include "engine/picture_scores.h"
+
+#include <utility>
+
+#include "base/random.h"
+#include "engine/mixed_bits.h"
+#include "props/preview_score.h"
+
+namespace kelvane {
+
+PictureScores::PictureScores(const MediaDescriber& describer, ProbeNumbers numbers, std::uint64_t bytes)
+    : describer_(describer),
+      numbers_(numbers),
+      pairNumber_(numbers == ProbeNumbers::perPair ? nextRandom() : 0),
+      recent_(bytes)
+{
+}
+
+void PictureScores::keep(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview)
+{
+    recent_.put(std::move(described), std::move(preview));
+}
+
+std::optional<std::int32_t> PictureScores::of(const Picture& a, const Picture& b, MediaKind kind)
+{
+    const Ref<CachedBitmap> first = preview(a, kind), second = preview(b, kind);
+    if (!first || !second)
+        return std::nullopt;
+    if (numbers_ == ProbeNumbers::perPair) {
+        MinimalStandard random(pairSeed(pairNumber_, a.described->digest(), b.described->digest()));
+        return comparePreviews(*first, *second, random);
+    }
+    SharedRandom random;
+    return comparePreviews(*first, *second, random);
+}
+
+Ref<CachedBitmap> PictureScores::preview(const Picture& picture, MediaKind kind)
+{
+    Ref<CachedBitmap> preview = recent_.find(*picture.described);
+    if (preview)
+        return preview;
+    preview = describer_.preview(*picture.item, kind, never_);
+    if (preview)
+        recent_.put(picture.described, preview);
+    return preview;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,189 @@
+#include "engine/preview_order.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <numeric>
+#include <ranges>
+#include <utility>
+
+namespace kelvane {
+namespace {
+
+constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+// Chains grown from the closest links on: each preview gets at most two neighbours, and no chain is closed (the greedy
+// heuristic for short tours, see J. L. Bentley, "Fast algorithms for geometric traveling salesman problems", 1992).
+class Chains {
+public:
+    explicit Chains(std::size_t count) : neighbours_(count, {none, none}), roots_(count)
+    {
+        std::iota(roots_.begin(), roots_.end(), 0);
+    }
+
+    // Whether the two are ends of different chains.
+    [[nodiscard]] bool canJoin(std::uint32_t a, std::uint32_t b)
+    {
+        return isEnd(a) && isEnd(b) && rootOf(a) != rootOf(b);
+    }
+    // Whether it was done.
+    bool join(std::uint32_t a, std::uint32_t b)
+    {
+        if (!canJoin(a, b))
+            return false;
+        roots_[rootOf(a)] = rootOf(b);
+        add(a, b);
+        add(b, a);
+        return true;
+    }
+    [[nodiscard]] bool isEnd(std::uint32_t number) const { return neighbours_[number][1] == none; }
+
+    // All of the chain that the preview is in, from one end to the other.
+    void follow(std::uint32_t member, std::vector<std::uint32_t>& into) const
+    {
+        std::uint32_t before = neighbours_[member][1];
+        std::uint32_t at = member;
+        while (at != none)
+            at = step(at, before);
+        std::uint32_t end = before;
+        for (before = none, at = end; at != none; at = step(at, before))
+            into.push_back(at);
+    }
+
+private:
+    std::uint32_t rootOf(std::uint32_t number)
+    {
+        while (roots_[number] != number)
+            number = roots_[number] = roots_[roots_[number]];
+        return number;
+    }
+
+    // Onwards from `at`, which becomes the one before.
+    std::uint32_t step(std::uint32_t at, std::uint32_t& before) const
+    {
+        const auto& [first, second] = neighbours_[at];
+        const std::uint32_t next = first != before ? first : second;
+        before = at;
+        return next;
+    }
+
+    void add(std::uint32_t to, std::uint32_t neighbour)
+    {
+        neighbours_[to][neighbours_[to][0] == none ? 0 : 1] = neighbour;
+    }
+
+    std::vector<std::array<std::uint32_t, 2>> neighbours_;
+    std::vector<std::uint32_t> roots_;
+};
+
+struct Link {
+    float distance;
+    std::uint32_t a, b;
+    friend auto operator<=>(const Link&, const Link&) = default;
+};
+
+std::vector<Link> linksOf(const AlikePreviews& alikes)
+{
+    std::vector<Link> links;
+    for (std::uint32_t i = 0; i < alikes.size(); ++i)
+        for (const AlikePreview& alike : alikes.of(i))
+            links.push_back({alike.distance, std::min(i, alike.number), std::max(i, alike.number)});
+    std::sort(links.begin(), links.end());
+    return links;
+}
+
+// Puts chains one after the other, those that are linked near one another.
+class Places {
+public:
+    Places(const AlikePreviews& alikes, const Chains& chains)
+        : alikes_(alikes), chains_(chains), places_(alikes.size(), none)
+    {
+    }
+
+    // The chain of this preview, and all that can be reached from it by links.
+    void take(std::uint32_t number)
+    {
+        pending_.push_back(number);
+        while (!pending_.empty()) {
+            const std::uint32_t next = pending_.back();
+            pending_.pop_back();
+            if (places_[next] == none)
+                takeChain(next);
+        }
+    }
+
+    [[nodiscard]] std::vector<std::uint32_t> made()
+    {
+        for (std::uint32_t& place : places_)
+            if (place == none)
+                place = taken_++;
+        return std::move(places_);
+    }
+
+private:
+    void takeChain(std::uint32_t member)
+    {
+        chain_.clear();
+        chains_.follow(member, chain_);
+        for (const std::uint32_t i : chain_)
+            places_[i] = taken_++;
+        for (const std::uint32_t i : chain_)
+            for (const AlikePreview& alike : std::views::reverse(alikes_.of(i)))
+                if (places_[alike.number] == none)
+                    pending_.push_back(alike.number);
+    }
+
+    const AlikePreviews& alikes_;
+    const Chains& chains_;
+    std::vector<std::uint32_t> places_;
+    std::uint32_t taken_ = 0;
+    std::vector<std::uint32_t> pending_, chain_;
+};
+
+// Ends of chains whose nearest relatives are all taken look farther: where very many are alike, those found ahead are
+// but the nearest. Each round joins what is closest; what is left after the last has no end to go to. False when
+// cancelled.
+bool joinEnds(const AlikePreviews& alikes, Chains& chains, const CancelFlag& cancel)
+{
+    std::vector<std::uint32_t> ends;
+    for (std::uint32_t i = 0; i < alikes.size(); ++i)
+        if (alikes.of(i).size() == AlikePreviews::most && chains.isEnd(i))
+            ends.push_back(i);
+    for (bool joined = true; joined;) {
+        joined = false;
+        std::vector<Link> links;
+        for (const std::uint32_t end : ends) {
+            if (cancel.cancelled())
+                return false;
+            const auto other = alikes.nearest(end, [&](std::uint32_t i) { return chains.canJoin(end, i); });
+            if (other)
+                links.push_back({other->distance, end, other->number});
+        }
+        std::sort(links.begin(), links.end());
+        ends.clear();
+        for (const Link& link : links) {
+            joined = chains.join(link.a, link.b) || joined;
+            ends.push_back(link.a);
+        }
+        std::erase_if(ends, [&](std::uint32_t end) { return !chains.isEnd(end); });
+    }
+    return true;
+}
+
+}  // namespace
+
+std::optional<std::vector<std::uint32_t>> placesByLooks(const AlikePreviews& alikes, const CancelFlag& cancel)
+{
+    Chains chains(alikes.size());
+    for (const Link& link : linksOf(alikes))
+        chains.join(link.a, link.b);
+    if (!joinEnds(alikes, chains, cancel))
+        return std::nullopt;
+    Places places(alikes, chains);
+    for (const AlikePreviews::Group& group : alikes.groups())
+        for (const std::uint32_t number : group)
+            places.take(number);
+    return places.made();
+}
+
+}  // namespace kelvane

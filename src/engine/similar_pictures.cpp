@@ -1,0 +1,188 @@
+#include "engine/similar_pictures.h"
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "engine/classified_ahead.h"
+#include "engine/media_causes.h"
+#include "engine/picture_neighbours.h"
+#include "engine/picture_pairs.h"
+#include "engine/picture_scores.h"
+#include "engine/preview_order.h"
+#include "props/value_convert.h"
+
+namespace kelvane {
+namespace {
+
+MediaKind kindOf(const ScanCriteria& criteria)
+{
+    return criteria.category() == Category::video ? MediaKind::film : MediaKind::picture;
+}
+
+// What the file's node holds; null where there is none.
+Ref<const DescribedPreview> heldBy(const ItemContext& file, const PropRef& property)
+{
+    const PROPCACHE* node = file.find(property.identifier, property.kind());
+    const auto* object = node != nullptr ? std::get_if<Ref<RawObject>>(&node->raw.data) : nullptr;
+    return Ref<const DescribedPreview>(object != nullptr ? dynamic_cast<const DescribedPreview*>(object->get())
+                                                         : nullptr);
+}
+
+bool wasTried(const ItemContext& file, const PropRef& property)
+{
+    const PROPCACHE* node = file.find(property.identifier, property.kind());
+    return node != nullptr && !node->pending();
+}
+
+// A null reference is kept as a missing value.
+void keep(ItemContext& file, const PropRef& property, Ref<DescribedPreview> described)
+{
+    PROPCACHE* node = file.find(property.identifier, property.kind());
+    if (node == nullptr)
+        node = &file.push(std::make_unique<PROPCACHE>());
+    RawValue value;
+    if (described)
+        value = {VarType::object, false, Ref<RawObject>(described)};
+    convertValue(*node, property, std::move(value));
+}
+
+class SimilarPictures final : public SimilarContent {
+public:
+    SimilarPictures(const PropertySource& properties, MediaDescriber& describer, ProbeNumbers numbers, unsigned threads)
+        : describer_(describer),
+          thumbnail_(properties.catalogue().stock(StockProperty::thumbnail)),
+          numbers_(numbers),
+          threads_(workerCount(threads)),
+          scores_(describer, numbers)
+    {
+    }
+
+    bool supports(Category category) const override
+    {
+        return category == Category::images || category == Category::video;
+    }
+
+    bool mayAdmit(const ScanCriteria&, const ItemContext& file) const override
+    {
+        return !describer_.reading().hopeless(file.item());
+    }
+
+    std::optional<NoDescriptorCause> describe(const ScanCriteria& criteria, Candidate& file,
+                                              const CancelFlag& cancel) override
+    {
+        if (wasTried(file, thumbnail_))
+            return std::nullopt;
+        PreviewDescription made = describer_.signature(file.item(), kindOf(criteria), cancel);
+        if (!made.signature) {
+            keep(file, thumbnail_, {});
+            return mediaCause(made.fault);
+        }
+        const Ref<DescribedPreview> described(new DescribedPreview(*made.signature));
+        if (made.preview)
+            scores_.keep(described, std::move(made.preview));
+        keep(file, thumbnail_, described);
+        return std::nullopt;
+    }
+
+    // Films stand in the order of their durations.
+    std::optional<std::vector<std::uint64_t>> order(const ScanCriteria& criteria, CandidateList& candidates,
+                                                    const CancelFlag& cancel) override
+    {
+        if (!isOrderedByLooks(criteria))
+            return std::nullopt;
+        OrderedPictures pictures;
+        for (const Candidate& file : candidates)
+            pictures.push_back({heldBy(file, thumbnail_), file.itemRef()});
+        const auto alikes = AlikePreviews::find(signaturesOf(pictures), threads_, cancel);
+        const auto places = alikes ? placesByLooks(*alikes, cancel) : std::nullopt;
+        if (!places)
+            return std::nullopt;
+        return std::vector<std::uint64_t>(places->begin(), places->end());
+    }
+
+    bool admits(const ScanCriteria&, ItemContext& file) override { return static_cast<bool>(heldBy(file, thumbnail_)); }
+
+    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) override
+    {
+        const auto first = describedOf(criteria, a), second = describedOf(criteria, b);
+        ContentScore result;
+        result.comparable = first && second;
+        if (!result.comparable)
+            return result;
+        result.look = kelvane::secondLook(first->signature(), second->signature());
+        result.vetoed = criteria.options.secondLook && !result.look->agrees;
+        if (!first->sameSize(*second)) {
+            result.endsWalk = isOrderedByLooks(criteria);
+            return result;
+        }
+        if (result.vetoed && numbers_ == ProbeNumbers::perPair)
+            return result;
+        const auto scored = scores_.of({first, a.itemRef()}, {second, b.itemRef()}, kindOf(criteria));
+        result.comparable = scored.has_value();
+        result.score = scored.value_or(0);
+        return result;
+    }
+
+    std::unique_ptr<Neighbours> narrow(const ScanCriteria& criteria, const SortedCandidates& sorted,
+                                       const CancelFlag& cancel) override
+    {
+        if (numbers_ != ProbeNumbers::perPair)
+            return nullptr;
+        const auto pictures = ordered(criteria, sorted);
+        PicturePairs pairs;
+        // Without the second look nothing tells from signatures which pairs the score parts: all of a size are scored.
+        if (criteria.options.secondLook && !criteria.options.exhaustive)
+            pairs.later = laterAlikes(pictures, threads_, cancel);
+        else
+            pairs.later = laterOfSameSize(pictures, criteria.options.secondLook);
+        if (!pairs.later)
+            return nullptr;
+        pairs.score = [this, pictures, kind = kindOf(criteria)](std::uint32_t a, std::uint32_t b) {
+            return scores_.of((*pictures)[a], (*pictures)[b], kind);
+        };
+        // Where properties are compared first, few pairs are left to be scored.
+        return std::make_unique<PictureNeighbours>(sorted, std::move(pairs), criteria.similarity,
+                                                   criteria.properties.empty(), threads_, cancel);
+    }
+
+private:
+    // By position.
+    [[nodiscard]] std::shared_ptr<const OrderedPictures> ordered(const ScanCriteria& criteria,
+                                                                 const SortedCandidates& sorted)
+    {
+        auto pictures = std::make_shared<OrderedPictures>();
+        pictures->reserve(sorted.size());
+        for (std::uint32_t i = 0; i < sorted.size(); ++i)
+            pictures->push_back({describedOf(criteria, sorted.at(i)), sorted.at(i).itemRef()});
+        return pictures;
+    }
+
+    [[nodiscard]] bool isOrderedByLooks(const ScanCriteria& criteria) const
+    {
+        return criteria.category() == Category::images && criteria.primary == thumbnail_;
+    }
+
+    [[nodiscard]] Ref<const DescribedPreview> describedOf(const ScanCriteria& criteria, ItemContext& file)
+    {
+        static_cast<void>(describe(criteria, file, never_));
+        return heldBy(file, thumbnail_);
+    }
+
+    const MediaDescriber& describer_;
+    const PropRef thumbnail_;
+    const ProbeNumbers numbers_;
+    const unsigned threads_;
+    PictureScores scores_;
+    const CancelFlag never_;
+};
+
+}  // namespace
+
+std::unique_ptr<SimilarContent> makeSimilarPictures(const PropertySource& properties, MediaDescriber& describer,
+                                                    ProbeNumbers numbers, unsigned threads)
+{
+    return std::make_unique<SimilarPictures>(properties, describer, numbers, threads);
+}
+
+}  // namespace kelvane
