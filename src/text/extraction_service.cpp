@@ -3,6 +3,7 @@
 #include <mutex>
 #include <set>
 
+#include "platform/memory_file.h"
 #include "platform/worker_frames.h"
 #include "text/document_extractor.h"
 #include "text/file_kinds.h"

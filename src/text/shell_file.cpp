@@ -56,16 +56,6 @@ Result<std::size_t> ShellFile::readAt(std::uint64_t position, std::span<std::byt
     return known + *count;
 }
 
-Result<std::size_t> MemoryFile::readAt(std::uint64_t position, std::span<std::byte> buffer)
-{
-    if (position >= bytes_.size())
-        return std::size_t{0};
-    const auto rest = std::span(bytes_).subspan(static_cast<std::size_t>(position));
-    const std::size_t count = std::min(rest.size(), buffer.size());
-    std::copy_n(rest.begin(), count, buffer.begin());
-    return count;
-}
-
 Result<WholeContent> readWhole(RandomAccessFile& file, std::uint64_t most)
 {
     constexpr std::size_t piece = std::size_t{256} * 1024;

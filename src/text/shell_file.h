@@ -33,17 +33,6 @@ private:
     std::vector<std::byte> head_;
 };
 
-// Bytes as a file.
-class MemoryFile final : public RandomAccessFile {
-public:
-    explicit MemoryFile(std::vector<std::byte> bytes) : bytes_(std::move(bytes)) {}
-    [[nodiscard]] std::uint64_t size() const override { return bytes_.size(); }
-    [[nodiscard]] Result<std::size_t> readAt(std::uint64_t position, std::span<std::byte> buffer) override;
-
-private:
-    std::vector<std::byte> bytes_;
-};
-
 // All of the file, `tooLong` when it has more bytes than that.
 struct WholeContent {
     std::vector<std::byte> bytes;

@@ -1,5 +1,3 @@
-#include "platform/worker_processes.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -11,6 +9,7 @@
 #include "platform/linux/os_error.h"
 #include "platform/linux/worker_child.h"
 #include "platform/linux/worker_input.h"
+#include "platform/worker_dialogue.h"
 #include "platform/worker_frames.h"
 
 namespace kelvane {
@@ -18,93 +17,53 @@ namespace linux_os {
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 
-constexpr milliseconds betweenLooks{20};     // at the cancel flag and the memory in use
-constexpr milliseconds timeToStart{20'000};  // on a machine that is busy with other things
-constexpr milliseconds timeToEnd{100};       // of a worker that closed its socket
-constexpr std::size_t piece = std::size_t{256} * 1024;
+constexpr milliseconds timeToEnd{100};  // of a worker that closed its socket
 
-// Why an exchange did not come about, nothing when it did.
-using Failure = std::optional<WorkerEnd>;
-
-// How long one exchange may take.
-class Patience {
-public:
-    Patience(milliseconds time, const CancelFlag& cancel)
-        : end_(time.count() > 0 ? steady_clock::now() + time : steady_clock::time_point::max()), cancel_(cancel)
-    {
-    }
-
-    [[nodiscard]] Failure over() const
-    {
-        if (cancel_.cancelled())
-            return WorkerEnd::cancelled;
-        return steady_clock::now() >= end_ ? Failure(WorkerEnd::timedOut) : Failure();
-    }
-    // For poll().
-    [[nodiscard]] int nextLook() const
-    {
-        const auto left = end_ - steady_clock::now();
-        return left > betweenLooks ? static_cast<int>(betweenLooks.count())
-                                   : std::max(0, static_cast<int>(std::chrono::ceil<milliseconds>(left).count()));
-    }
-
-private:
-    steady_clock::time_point end_;
-    const CancelFlag& cancel_;
-};
-
-class LinuxWorkerProcess final : public WorkerProcess {
+class LinuxWorkerProcess final : public WorkerDialogue {
 public:
     LinuxWorkerProcess(FileHandle socket, WorkerChild child, const WorkerLimits& limits)
-        : socket_(std::move(socket)), child_(std::move(child)), limits_(limits)
+        : WorkerDialogue(limits), socket_(std::move(socket)), child_(std::move(child))
     {
     }
 
-    // Waits until the worker is confined.
-    Status greet();
-    WorkerAnswer ask(std::span<const std::byte> request, const WorkerInput& input, const CancelFlag& cancel) override;
     bool alive() const override;
-    WorkerConfinement confinement() const override { return confinement_; }
 
 private:
-    Failure send(std::span<const std::byte> bytes, const FileHandle& file, const Patience& patience);
-    Failure receive(std::vector<std::byte>& message, std::uint32_t serial, std::uint64_t longest,
-                    const Patience& patience);
-    Failure receiveAll(std::span<std::byte> bytes, const Patience& patience);
+    bool connected() const override { return socket_.valid(); }
+    Result<Failure> send(std::uint32_t serial, std::span<const std::byte> request, const WorkerInput& input,
+                         const Patience& patience) override;
+    Failure receive(std::span<std::byte> bytes, const Patience& patience) override;
+    void noteWhyItEnded(WorkerAnswer& answer) override;
+    void disconnect() override;
+
+    Failure sendAll(std::span<const std::byte> bytes, const FileHandle& file, const Patience& patience);
     Failure waitFor(short events, const Patience& patience);
-    Failure exchange(std::span<const std::byte> request, const FileHandle& file, std::vector<std::byte>& answer,
-                     const Patience& patience);
-    WorkerAnswer endAs(WorkerEnd end);
-    void noteWhyItEnded(WorkerAnswer& answer);
 
     FileHandle socket_;
     WorkerChild child_;
-    WorkerLimits limits_;
-    WorkerConfinement confinement_;
-    std::uint32_t serial_ = 0;
-    std::string fault_;  // what it did that none of ours does
 };
 
-Failure LinuxWorkerProcess::waitFor(short events, const Patience& patience)
+WorkerDialogue::Failure LinuxWorkerProcess::waitFor(short events, const Patience& patience)
 {
     for (;;) {
         if (const Failure over = patience.over())
             return over;
         pollfd wanted{socket_.get(), events, 0};
-        const int ready = uninterrupted([&] { return ::poll(&wanted, 1, patience.nextLook()); });
+        const int ready =
+            uninterrupted([&] { return ::poll(&wanted, 1, static_cast<int>(patience.nextLook().count())); });
         if (ready > 0)
             return std::nullopt;
         if (ready < 0)
             return WorkerEnd::died;
-        if (limits_.memoryBytes != 0 && child_.memoryInUse().value_or(0) > limits_.memoryBytes)
+        if (limits().memoryBytes != 0 && child_.memoryInUse().value_or(0) > limits().memoryBytes)
             return WorkerEnd::tooMuchMemory;
     }
 }
 
 // The file goes with the first bytes that the socket takes.
-Failure LinuxWorkerProcess::send(std::span<const std::byte> bytes, const FileHandle& file, const Patience& patience)
+WorkerDialogue::Failure LinuxWorkerProcess::sendAll(std::span<const std::byte> bytes, const FileHandle& file,
+                                                    const Patience& patience)
 {
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
     bool fileSent = false;
@@ -137,7 +96,7 @@ Failure LinuxWorkerProcess::send(std::span<const std::byte> bytes, const FileHan
 }
 
 // recv() drops descriptors that a worker may send along.
-Failure LinuxWorkerProcess::receiveAll(std::span<std::byte> bytes, const Patience& patience)
+WorkerDialogue::Failure LinuxWorkerProcess::receive(std::span<std::byte> bytes, const Patience& patience)
 {
     while (!bytes.empty()) {
         if (const Failure failure = waitFor(POLLIN, patience))
@@ -152,66 +111,13 @@ Failure LinuxWorkerProcess::receiveAll(std::span<std::byte> bytes, const Patienc
     return std::nullopt;
 }
 
-Failure LinuxWorkerProcess::receive(std::vector<std::byte>& message, std::uint32_t serial, std::uint64_t longest,
-                                    const Patience& patience)
+Result<WorkerDialogue::Failure> LinuxWorkerProcess::send(std::uint32_t serial, std::span<const std::byte> request,
+                                                         const WorkerInput& input, const Patience& patience)
 {
-    std::array<std::byte, workerHeaderSize> head;
-    if (const Failure failure = receiveAll(head, patience))
-        return failure;
-    const auto header = parseWorkerHeader(head);
-    if (!header || header->serial != serial || (longest != 0 && header->length > longest)) {
-        fault_ = header && header->serial == serial ? "it answered with too much" : "it answered with nonsense";
-        return WorkerEnd::died;
-    }
-    // Memory is taken for what has come, not for what is claimed.
-    while (message.size() < header->length) {
-        const std::size_t have = message.size();
-        message.resize(have + std::min<std::size_t>(piece, header->length - have));
-        if (const Failure failure = receiveAll(std::span(message).subspan(have), patience))
-            return failure;
-    }
-    return std::nullopt;
-}
-
-Failure LinuxWorkerProcess::exchange(std::span<const std::byte> request, const FileHandle& file,
-                                     std::vector<std::byte>& answer, const Patience& patience)
-{
-    ++serial_;
-    if (const Failure failure = send(frameWorkerMessage(serial_, request), file, patience))
-        return failure;
-    return receive(answer, serial_, limits_.answerBytes, patience);
-}
-
-Status LinuxWorkerProcess::greet()
-{
-    const CancelFlag never;
-    std::vector<std::byte> message;
-    const Failure failure = receive(message, 0, workerGreetingSize, Patience(timeToStart, never));
-    const auto greeting = failure ? std::nullopt : decodeGreeting(message);
-    if (greeting) {
-        confinement_ = *greeting;
-        return {};
-    }
-    const WorkerAnswer why = endAs(failure.value_or(WorkerEnd::died));
-    return Error{ErrorKind::invalid, why.error.systemCode, "it does not start: " + why.error.detail};
-}
-
-WorkerAnswer LinuxWorkerProcess::ask(std::span<const std::byte> request, const WorkerInput& input,
-                                     const CancelFlag& cancel)
-{
-    if (!socket_.valid())
-        return {WorkerEnd::died, {}, {ErrorKind::io, 0, "it had ended before"}};
-    if (request.size() > longestWorkerRequest)
-        return {WorkerEnd::notOpened, {}, {ErrorKind::invalid, 0, "the request is too long"}};
     const auto file = openWorkerInput(input);
     if (!file)
-        return {WorkerEnd::notOpened, {}, file.error()};
-    WorkerAnswer answer;
-    const Failure failure = exchange(request, *file, answer.message, Patience(limits_.perRequest, cancel));
-    if (failure)
-        return endAs(*failure);
-    answer.end = WorkerEnd::answered;
-    return answer;
+        return file.error();
+    return sendAll(frameWorkerMessage(serial, request), *file, patience);
 }
 
 // Silence is part of it: whoever speaks unasked is not in step any more.
@@ -223,14 +129,10 @@ bool LinuxWorkerProcess::alive() const
     return uninterrupted([&] { return ::poll(&heard, 1, 0); }) == 0;
 }
 
-WorkerAnswer LinuxWorkerProcess::endAs(WorkerEnd end)
+void LinuxWorkerProcess::disconnect()
 {
-    WorkerAnswer answer{end, {}, {ErrorKind::io, 0, fault_}};
-    if (end == WorkerEnd::died && fault_.empty())
-        noteWhyItEnded(answer);
     socket_ = FileHandle();
     child_.end();
-    return answer;
 }
 
 void LinuxWorkerProcess::noteWhyItEnded(WorkerAnswer& answer)

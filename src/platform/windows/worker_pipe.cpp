@@ -8,10 +8,6 @@
 namespace kelvane::windows_os {
 namespace {
 
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
-
-constexpr milliseconds betweenLooks{20};  // at the cancel flag
 constexpr DWORD buffered = 64 * 1024;
 constexpr std::size_t mostAtOnce = 1024 * 1024;
 
@@ -25,25 +21,6 @@ std::wstring pipeName()
 }
 
 }  // namespace
-
-Patience::Patience(milliseconds time, const CancelFlag& cancel)
-    : end_(time.count() > 0 ? steady_clock::now() + time : steady_clock::time_point::max()), cancel_(cancel)
-{
-}
-
-std::optional<WorkerEnd> Patience::over() const
-{
-    if (cancel_.cancelled())
-        return WorkerEnd::cancelled;
-    return steady_clock::now() >= end_ ? std::optional(WorkerEnd::timedOut) : std::nullopt;
-}
-
-DWORD Patience::nextLook() const
-{
-    const auto left = end_ - steady_clock::now();
-    const auto look = left > betweenLooks ? betweenLooks : std::chrono::ceil<milliseconds>(left);
-    return static_cast<DWORD>(std::max<milliseconds::rep>(0, look.count()));
-}
 
 Result<WorkerPipe::Ends> WorkerPipe::make()
 {
@@ -67,7 +44,7 @@ Result<WorkerPipe::Ends> WorkerPipe::make()
 // Waits for a transfer that was begun. One that takes too long is called off, since its buffer goes.
 std::optional<WorkerEnd> WorkerPipe::finish(OVERLAPPED& transfer, const Patience& patience, DWORD& moved)
 {
-    while (::WaitForSingleObject(done_.get(), patience.nextLook()) == WAIT_TIMEOUT) {
+    while (::WaitForSingleObject(done_.get(), static_cast<DWORD>(patience.nextLook().count())) == WAIT_TIMEOUT) {
         if (const auto over = patience.over()) {
             ::CancelIoEx(pipe_.get(), &transfer);
             ::GetOverlappedResult(pipe_.get(), &transfer, &moved, TRUE);

@@ -1,32 +1,15 @@
 // The program's end of the pipe to a worker.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <span>
 
-#include "base/cancel.h"
 #include "base/result.h"
 #include "platform/windows/handle.h"
-#include "platform/worker_processes.h"
+#include "platform/worker_dialogue.h"
 
 namespace kelvane::windows_os {
-
-// How long one exchange may take; no time: as long as it likes.
-class Patience {
-public:
-    Patience(std::chrono::milliseconds time, const CancelFlag& cancel);
-
-    // Nothing while it lasts.
-    [[nodiscard]] std::optional<WorkerEnd> over() const;
-    // Until the flag should be looked at again.
-    [[nodiscard]] DWORD nextLook() const;
-
-private:
-    std::chrono::steady_clock::time_point end_;
-    const CancelFlag& cancel_;
-};
 
 // One thread at a time.
 class WorkerPipe {

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include "base/byte_stream.h"
+#include "platform/memory_file.h"
 #include "platform/missing_ports.h"
 #include "platform/windows/adapters.h"
 #include "platform/windows/file_reader.h"
@@ -33,24 +34,6 @@ public:
 private:
     Handle file_;
     std::uint64_t size_;
-};
-
-class BytesFile final : public RandomAccessFile {
-public:
-    explicit BytesFile(std::vector<std::byte> bytes) : bytes_(std::move(bytes)) {}
-    std::uint64_t size() const override { return bytes_.size(); }
-    Result<std::size_t> readAt(std::uint64_t position, std::span<std::byte> buffer) override
-    {
-        if (position >= bytes_.size())
-            return std::size_t{0};
-        const auto from = static_cast<std::size_t>(position);
-        const std::size_t length = std::min(buffer.size(), bytes_.size() - from);
-        std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(from), length, buffer.begin());
-        return length;
-    }
-
-private:
-    std::vector<std::byte> bytes_;
 };
 
 class PipeRequests final : public WorkerRequests {
@@ -105,7 +88,7 @@ std::unique_ptr<RandomAccessFile> PipeRequests::takeFile(std::uint64_t handle, s
         return std::make_unique<HandleFile>(std::move(file), static_cast<std::uint64_t>(size.QuadPart));
     }
     std::vector<std::byte> bytes(static_cast<std::size_t>(length));
-    return receive(bytes) ? std::make_unique<BytesFile>(std::move(bytes)) : nullptr;
+    return receive(bytes) ? std::make_unique<MemoryFile>(std::move(bytes)) : nullptr;
 }
 
 std::optional<WorkerRequest> PipeRequests::next()

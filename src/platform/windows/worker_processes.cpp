@@ -1,8 +1,4 @@
-#include "platform/worker_processes.h"
-
 #include <algorithm>
-#include <array>
-#include <limits>
 #include <windows.h>
 
 #include "base/byte_stream.h"
@@ -12,6 +8,7 @@
 #include "platform/windows/system_path.h"
 #include "platform/windows/worker_child.h"
 #include "platform/windows/worker_pipe.h"
+#include "platform/worker_dialogue.h"
 #include "platform/worker_frames.h"
 
 namespace kelvane {
@@ -20,125 +17,68 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds timeToStart{20'000};  // on a machine that is busy with other things
-constexpr milliseconds timeToEnd{500};       // of a worker that closed its pipe
-constexpr std::size_t piece = std::size_t{256} * 1024;
+constexpr milliseconds timeToEnd{500};           // of a worker that closed its pipe
 constexpr DWORD outOfMemoryStatus = 0xC0000017;  // STATUS_NO_MEMORY
 constexpr DWORD commitLimitStatus = 0xC000012D;  // STATUS_COMMITMENT_LIMIT
 
-using Failure = std::optional<WorkerEnd>;
-
-class WindowsWorkerProcess final : public WorkerProcess {
+class WindowsWorkerProcess final : public WorkerDialogue {
 public:
     WindowsWorkerProcess(WorkerPipe pipe, WorkerChild child, const WorkerLimits& limits)
-        : pipe_(std::move(pipe)), child_(std::move(child)), limits_(limits)
+        : WorkerDialogue(limits), pipe_(std::move(pipe)), child_(std::move(child))
     {
     }
 
-    // Waits until the worker is there.
-    Status greet();
-    WorkerAnswer ask(std::span<const std::byte> request, const WorkerInput& input, const CancelFlag& cancel) override;
     bool alive() const override { return pipe_.silent(); }
-    WorkerConfinement confinement() const override { return confinement_; }
 
 private:
-    Failure receive(std::vector<std::byte>& message, std::uint32_t serial, std::uint64_t longest,
-                    const Patience& patience);
-    WorkerAnswer exchange(std::span<const std::byte> request, std::uint64_t file, std::span<const std::byte> bytes,
-                          const CancelFlag& cancel);
-    WorkerAnswer endAs(WorkerEnd end);
-    void noteWhyItEnded(WorkerAnswer& answer);
+    bool connected() const override { return pipe_.valid(); }
+    Result<Failure> send(std::uint32_t serial, std::span<const std::byte> request, const WorkerInput& input,
+                         const Patience& patience) override;
+    Failure receive(std::span<std::byte> bytes, const Patience& patience) override
+    {
+        return pipe_.receive(bytes, patience);
+    }
+    void noteWhyItEnded(WorkerAnswer& answer) override;
+    void disconnect() override;
+
+    Failure sendAll(std::uint32_t serial, std::span<const std::byte> request, std::uint64_t file,
+                    std::span<const std::byte> bytes, const Patience& patience);
 
     WorkerPipe pipe_;
     WorkerChild child_;
-    WorkerLimits limits_;
-    WorkerConfinement confinement_;
-    std::uint32_t serial_ = 0;
-    std::string fault_;  // what it did that none of ours does
 };
 
-Failure WindowsWorkerProcess::receive(std::vector<std::byte>& message, std::uint32_t serial, std::uint64_t longest,
-                                      const Patience& patience)
-{
-    std::array<std::byte, workerHeaderSize> head;
-    if (const Failure failure = pipe_.receive(head, patience))
-        return failure;
-    const auto header = parseWorkerHeader(head);
-    if (!header || header->serial != serial || (longest != 0 && header->length > longest)) {
-        fault_ = header && header->serial == serial ? "it answered with too much" : "it answered with nonsense";
-        return WorkerEnd::died;
-    }
-    // Memory is taken for what has come, not for what is claimed.
-    while (message.size() < header->length) {
-        const std::size_t have = message.size();
-        message.resize(have + std::min<std::size_t>(piece, header->length - have));
-        if (const Failure failure = pipe_.receive(std::span(message).subspan(have), patience))
-            return failure;
-    }
-    return std::nullopt;
-}
-
-Status WindowsWorkerProcess::greet()
-{
-    const CancelFlag never;
-    std::vector<std::byte> message;
-    const Failure failure = receive(message, 0, workerGreetingSize, Patience(timeToStart, never));
-    const auto greeting = failure ? std::nullopt : decodeGreeting(message);
-    if (greeting) {
-        confinement_ = *greeting;
-        return {};
-    }
-    const WorkerAnswer why = endAs(failure.value_or(WorkerEnd::died));
-    return Error{ErrorKind::invalid, why.error.systemCode, "it does not start: " + why.error.detail};
-}
-
 // In front of a request stand the handle of its file, 0 for none, and how many bytes follow it in place of a file.
-WorkerAnswer WindowsWorkerProcess::exchange(std::span<const std::byte> request, std::uint64_t file,
-                                            std::span<const std::byte> bytes, const CancelFlag& cancel)
+WorkerDialogue::Failure WindowsWorkerProcess::sendAll(std::uint32_t serial, std::span<const std::byte> request,
+                                                      std::uint64_t file, std::span<const std::byte> bytes,
+                                                      const Patience& patience)
 {
     ByteWriter message;
     message.number(file);
     message.number(static_cast<std::uint64_t>(bytes.size()));
     message.bytes(request);
-    const Patience patience(limits_.perRequest, cancel);
-    WorkerAnswer answer;
-    Failure failure = pipe_.send(frameWorkerMessage(++serial_, message.written()), patience);
-    if (!failure)
-        failure = pipe_.send(bytes, patience);
-    if (!failure)
-        failure = receive(answer.message, serial_, limits_.answerBytes, patience);
-    if (failure)
-        return endAs(*failure);
-    answer.end = WorkerEnd::answered;
-    return answer;
+    const Failure failure = pipe_.send(frameWorkerMessage(serial, message.written()), patience);
+    return failure ? failure : pipe_.send(bytes, patience);
 }
 
-WorkerAnswer WindowsWorkerProcess::ask(std::span<const std::byte> request, const WorkerInput& input,
-                                       const CancelFlag& cancel)
+Result<WorkerDialogue::Failure> WindowsWorkerProcess::send(std::uint32_t serial, std::span<const std::byte> request,
+                                                           const WorkerInput& input, const Patience& patience)
 {
-    if (!pipe_.valid())
-        return {WorkerEnd::died, {}, {ErrorKind::io, 0, "it had ended before"}};
-    if (request.size() > longestWorkerRequest)
-        return {WorkerEnd::notOpened, {}, {ErrorKind::invalid, 0, "the request is too long"}};
     if (input.path.empty())
-        return exchange(request, 0, input.bytes, cancel);
+        return sendAll(serial, request, 0, input.bytes, patience);
     const auto file = openRegularHandle(systemPath(input.path), ReadPattern::scattered, input.links);
     if (!file)
-        return {WorkerEnd::notOpened, {}, file.error()};
+        return file.error();
     const auto theirs = child_.give(*file);
     if (!theirs)
-        return endAs(WorkerEnd::died);
-    return exchange(request, *theirs, {}, cancel);
+        return Failure(WorkerEnd::died);
+    return sendAll(serial, request, *theirs, {}, patience);
 }
 
-WorkerAnswer WindowsWorkerProcess::endAs(WorkerEnd end)
+void WindowsWorkerProcess::disconnect()
 {
-    WorkerAnswer answer{end, {}, {ErrorKind::io, 0, fault_}};
-    if (end == WorkerEnd::died && fault_.empty())
-        noteWhyItEnded(answer);
     pipe_.close();
     child_.end();
-    return answer;
 }
 
 void WindowsWorkerProcess::noteWhyItEnded(WorkerAnswer& answer)
