@@ -91,11 +91,13 @@ TEST_F(LinuxFilterProgramsTest, AProgramEndsWhenEnoughWasHeardOrItTakesTooLong)
 {
     script("endless", "while :; do echo line; done");
     script("silent", "exec sleep 1000");
+    script("lingering", "exec >&-; exec sleep 1000");
     const auto begun = steady_clock::now();
     EXPECT_TRUE(run("endless", nothing_, {}, 100'000).ok());
     EXPECT_GE(output_.size(), 100'000u);
     programs_ = makeLinuxFilterPrograms(100ms, tree_.path("bin").native());
     EXPECT_EQ(run("silent", nothing_).error().kind, ErrorKind::io);
+    EXPECT_EQ(run("lingering", nothing_).error().kind, ErrorKind::io);
     EXPECT_EQ(run("endless", nothing_).error().kind, ErrorKind::io);
     EXPECT_LT(steady_clock::now() - begun, 60s);
 }

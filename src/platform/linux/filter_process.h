@@ -27,6 +27,8 @@ public:
     ~FilterProcess();
 
     [[nodiscard]] int output() const { return output_.get(); }
+    // Can be read from once the program has ended.
+    [[nodiscard]] int end() const { return process_.get(); }
     void kill() const;
     // Waits. The exit code, 128 and the signal's number for one that was killed.
     [[nodiscard]] Result<int> wait();

@@ -60,7 +60,7 @@ public:
 private:
     enum class Reading { ended, enough, tooLate, failed };
     [[nodiscard]] Reading drain(const FilterProcess& process, const OutputSink& sink) const;
-    [[nodiscard]] static bool waitFor(int output, steady_clock::time_point deadline);
+    [[nodiscard]] static bool waitFor(int file, steady_clock::time_point deadline);
 
     milliseconds patience_;
     std::string searchPath_;
@@ -97,14 +97,14 @@ Status LinuxFilterPrograms::run(const std::string& program, const std::vector<st
                  program + " ended with code " + std::to_string(*code)};
 }
 
-bool LinuxFilterPrograms::waitFor(int output, steady_clock::time_point deadline)
+bool LinuxFilterPrograms::waitFor(int file, steady_clock::time_point deadline)
 {
     int patience = -1;
     if (deadline != steady_clock::time_point::max()) {
         const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now()).count();
         patience = static_cast<int>(std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
     }
-    pollfd wanted{output, POLLIN, 0};
+    pollfd wanted{file, POLLIN, 0};
     return uninterrupted([&] { return ::poll(&wanted, 1, patience); }) != 0;
 }
 
@@ -116,8 +116,8 @@ LinuxFilterPrograms::Reading LinuxFilterPrograms::drain(const FilterProcess& pro
         const ssize_t got = uninterrupted([&] { return ::read(process.output(), buffer.data(), buffer.size()); });
         if (got < 0)
             return Reading::failed;
-        if (got == 0)
-            return Reading::ended;
+        if (got == 0)  // which a program may bring about and go on all the same
+            return waitFor(process.end(), deadline) ? Reading::ended : Reading::tooLate;
         if (!sink(std::span(buffer).first(static_cast<std::size_t>(got))))
             return Reading::enough;
     }
