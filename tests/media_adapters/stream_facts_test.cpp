@@ -114,7 +114,7 @@ TEST(StreamFacts, ReadTheWordsOfContainersOfFilms)
                                    {"System.Media.Year", "1999"},
                                    {"System.Comment", "so; so"},
                                    {"System.Music.Genre", "Drama"},
-                                   {"System.Author", "Jemand"}}));
+                                   {"System.Music.Artist", "Jemand"}}));
     EXPECT_THAT(streamFacts(film("a.avi", words), "a.avi"), IsSupersetOf(Facts{{"System.Title", "Der Film; Teil 2"},
                                                                                {"System.Media.Year", "1999"},
                                                                                {"System.Comment", "so; so"}}));

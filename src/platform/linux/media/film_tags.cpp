@@ -22,7 +22,6 @@ struct TextTag {
 constexpr std::array textTags = {
     TextTag{"title", "System.Title"},
     TextTag{"artist", "System.Music.Artist"},
-    TextTag{"artist", "System.Author"},
     TextTag{"author", "System.Author"},
     TextTag{"album", "System.Music.AlbumTitle"},
     TextTag{"album_artist", "System.Music.AlbumArtist"},
@@ -65,18 +64,6 @@ std::string_view valueOf(const AVFormatContext& format, const char* key)
     return entry == nullptr ? std::string_view() : std::string_view(entry->value);
 }
 
-// Several people stand in one tag.
-std::vector<std::u16string> separated(std::u16string_view names)
-{
-    std::vector<std::u16string> parts;
-    for (std::size_t begin = 0; begin <= names.size();) {
-        const std::size_t end = std::min(names.find(u';', begin), names.size());
-        parts.emplace_back(names.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return parts;
-}
-
 // The number that the text begins with, as in "2004-05-01" and "3/12"; 0: there is none.
 std::int64_t leadingNumber(std::string_view text)
 {
@@ -92,7 +79,7 @@ void addText(const TextTag& tag, std::string_view value, FactList& facts)
     if (tag.property == "System.Title" || tag.property == "System.Comment")
         facts.text(tag.property, text);
     else
-        facts.texts(tag.property, separated(text));
+        facts.texts(tag.property, separatedFacts(text));
 }
 
 void addNumber(const TextTag& tag, std::string_view value, FactList& facts)
