@@ -4,11 +4,17 @@
 #include <limits>
 
 namespace kelvane::linux_os {
+namespace {
+
+// A tag is read whole, with its pictures, and copied several times on the way.
+constexpr unsigned long longestBlock = 64ul * 1'048'576;
+
+}  // namespace
 
 TagLib::ByteVector TaglibStream::readBlock(unsigned long length)
 {
     const auto rest = static_cast<unsigned long>(std::max(this->length() - position_, 0l));
-    const unsigned long wanted = std::min({length, rest, left_});
+    const unsigned long wanted = std::min({length, rest, left_, longestBlock});
     if (wanted == 0)
         return {};
     TagLib::ByteVector block(static_cast<unsigned int>(wanted), 0);
