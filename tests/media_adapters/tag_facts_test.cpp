@@ -173,6 +173,16 @@ TEST(TagFacts, GiveNumbersAndOpinionsInTheirScales)
                                           {"System.Rating", "75"}}));
 }
 
+TEST(TagFacts, TakeNoPlayersNumbersForAComment)
+{
+    const auto comment = [](const std::string& name, const std::string& text) {
+        return frame("COMM", 3, "eng" + name + std::string(1, '\0') + text);
+    };
+    const std::string numbers = comment("iTunNORM", " 00000A2B 00000A2B");
+    EXPECT_EQ(tagsOf(id3(4, numbers) + bareMp3(), "a.mp3").count("System.Comment"), 0u);
+    EXPECT_EQ(tagsOf(id3(4, numbers + comment("", "Live")) + bareMp3(), "a.mp3")["System.Comment"], "Live");
+}
+
 TEST(TagFacts, AreNoneWhereNothingIsWritten)
 {
     EXPECT_THAT(tagsOf(bareMp3(), "a.mp3"), IsEmpty());

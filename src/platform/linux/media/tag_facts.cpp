@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "platform/linux/media/adapters.h"
 #include "platform/linux/media/asf_values.h"
 #include "platform/linux/media/id3_values.h"
@@ -16,11 +18,16 @@ void addPlainTags(const TagLib::Tag& tag, FactList& facts)
     facts.text("System.Music.AlbumTitle", taggedText(tag.album()));
     facts.text("System.Music.Artist", taggedText(tag.artist()));
     facts.text("System.Music.Genre", taggedText(tag.genre()));
-    facts.text("System.Comment", taggedText(tag.comment()));
     if (tag.year() > 0 && tag.year() <= 9999)
         facts.number("System.Media.Year", tag.year());
     if (tag.track() > 0)
         facts.number("System.Music.TrackNumber", tag.track());
+}
+
+// Players keep loudness and gaps in comments with a name; the plain comment would be one of those for want of another.
+bool hasNamedComment(const TagLib::PropertyMap& map)
+{
+    return std::any_of(map.begin(), map.end(), [](const auto& entry) { return entry.first.startsWith("COMMENT:"); });
 }
 
 void addTags(TagLib::File& file, FactList& facts)
@@ -33,8 +40,12 @@ void addTags(TagLib::File& file, FactList& facts)
     if (const auto* asf = dynamic_cast<const TagLib::ASF::File*>(&file); asf != nullptr && asf->tag() != nullptr)
         addAsfAttributes(*asf->tag(), facts);
     addMappedTags(map, facts);
-    if (const TagLib::Tag* tag = file.tag())
-        addPlainTags(*tag, facts);
+    const TagLib::Tag* tag = file.tag();
+    if (tag == nullptr)
+        return;
+    addPlainTags(*tag, facts);
+    if (!hasNamedComment(map))
+        facts.text("System.Comment", taggedText(tag->comment()));
 }
 
 class TaglibFacts final : public FactReading {
