@@ -57,6 +57,7 @@ void applyEngineNumbers(const Settings& settings, EngineOptions& options)
     options.tinyFile = settings.tinyFile;
     options.dateTolerance = settings.dateTolerance;
     options.songStartMs = settings.songStartMs;
+    options.secondLook = settings.pictureGate;
     options.hoursPerPercent = settings.hoursPerPercent;
     options.excludedVolumes = settings.excludedVolumes;
     applyExtraction(settings, options.extraction);

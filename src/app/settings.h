@@ -93,6 +93,7 @@ struct Settings {
     std::int64_t dateTolerance = 1'000 * ticksPerMillisecond;  // msDateTolerance, 100-ns units
     bool descriptorCache = true;                               // bDescriptorCache
     FileSize descriptorCacheSize{1'024u * 1'048'576u};         // nDescriptorCacheMB
+    bool pictureGate = true;                                   // bPictureGate
     std::uint32_t songStartMs = 14'900;                        // msSongStart
     std::uint32_t hoursPerPercent = 240;                       // nHours1PCdiff
     std::uint32_t lastScanFlags = scan_flag::standard;         // binLastScan

@@ -130,6 +130,8 @@ constexpr SettingRow table[] = {
      NumberRule{.field = &Settings::descriptorCache, .fallback = 1}},
     {u"nDescriptorCacheMB", TextId::settingDescriptorCacheSize, OptionsPage::comparing, SavedWhen::persistent,
      NumberRule{.field = &Settings::descriptorCacheSize, .fallback = 1'024, .clamp = Clamp::intoRange, .least = 8, .most = 65'536, .unit = 1'048'576}},
+    {u"bPictureGate", TextId::settingPictureGate, OptionsPage::comparing, SavedWhen::persistent,
+     NumberRule{.field = &Settings::pictureGate, .fallback = 1}},
     {u"binFileOpFlags", TextId::settingFileOperationFlags, OptionsPage::cleanUp, SavedWhen::persistent,
      NumberRule{.field = &Settings::fileOperationFlags}},
     {u"nHugeFileMB", TextId::settingHugeFile, OptionsPage::comparing, SavedWhen::persistent,

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 
+#include "app/descriptor_cache.h"
 #include "base/filled_text.h"
 #include "base/random.h"
 #include "cli/arguments.h"
@@ -97,9 +98,10 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
                  const Console& console)
 {
     seedRandom(request.seed.value_or(platform.clock().ticks()));
-    const PropertyAccess properties(platform, request.options);
+    DescriptorCache cache(request.useCache, settings, platform.runCaches());
+    const PropertyAccess properties(platform, request.options, &cache, &console.cancel);
     properties.plugins->complainOf(console);
-    SimilarSearch similar(request, settings, properties, ProbeNumbers::shared, platform, console);
+    SimilarSearch similar(properties, ProbeNumbers::shared, request.options.threads, platform);
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
         return refuse(console, criteria.error().detail);
@@ -113,8 +115,7 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
     }
     std::array<Candidate, 2> pair = {std::move(opened[0]), std::move(opened[1])};
     const auto compared = comparePair(files, pair, *criteria, properties.source, similar.content(), platform, console);
-    complainOfMissingTools(*properties.extraction, console);
-    properties.plugins->complainOf(console);
+    properties.complainOf(console);
     return print(request.format, compared, console);
 }
 

@@ -32,12 +32,37 @@ std::string verdictText(const StageReport& stage, bool approximate)
     return filledText(stage.equal ? TextId::stageEqual : TextId::stageDifferent);
 }
 
+// "3:25.4": minutes, seconds and tenths.
+std::string durationText(std::int64_t duration)
+{
+    const std::int64_t tenths = duration / 1'000'000;
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%lld:%02lld.%lld", static_cast<long long>(tenths / 600),
+                  static_cast<long long>(tenths / 10 % 60), static_cast<long long>(tenths % 10));
+    return text.data();
+}
+
+std::string measureText(const ContentMeasure& measure)
+{
+    std::vector<std::string> parts;
+    if (measure.length > 0 || measure.size > 0)
+        parts.push_back(
+            filledText(TextId::documentMeasure, {std::to_string(measure.length), std::to_string(measure.size)}));
+    if (measure.duration > 0)
+        parts.push_back(filledText(TextId::lastingMeasure, {durationText(measure.duration)}));
+    if (measure.width > 0)
+        parts.push_back(
+            filledText(TextId::previewMeasure, {std::to_string(measure.width), std::to_string(measure.height)}));
+    std::string all;
+    for (const std::string& part : parts)
+        all += (all.empty() ? "" : ", ") + part;
+    return all;
+}
+
 // A value as text, or how much of a content was compared.
 std::string sideText(const std::u16string& text, const std::optional<ContentMeasure>& measure)
 {
-    if (!measure)
-        return toUtf8(text);
-    return filledText(TextId::documentMeasure, {std::to_string(measure->length), std::to_string(measure->size)});
+    return measure ? measureText(*measure) : toUtf8(text);
 }
 
 Row stageCells(const StageReport& stage, bool approximate)
@@ -98,6 +123,26 @@ std::string conclusion(const Comparison& comparison)
     return filledText(comparison.result.approximate ? TextId::filesMatchSampled : TextId::filesMatch);
 }
 
+std::string shortNumber(double number)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.3g", number);
+    return text.data();
+}
+
+// What the second look at two pictures found.
+void writeLook(const StageReport& stage, std::ostream& out)
+{
+    if (!stage.look)
+        return;
+    out << '\n'
+        << filledText(TextId::secondLookFound,
+                      {shortNumber(stage.look->colourDifference), shortNumber(stage.look->correlation)})
+        << '\n';
+    if (stage.vetoed)
+        out << filledText(TextId::secondLookVetoes) << '\n';
+}
+
 void writeText(const Comparison& comparison, std::ostream& out)
 {
     out << "A: " << printable(comparison.a) << "\nB: " << printable(comparison.b) << "\n\n";
@@ -108,6 +153,8 @@ void writeText(const Comparison& comparison, std::ostream& out)
             cell = printable(cell);
     }
     writeTable(rows, out);
+    for (const StageReport& stage : comparison.stages)
+        writeLook(stage, out);
     out << '\n' << conclusion(comparison) << '\n';
     if (comparison.sameFile)
         out << filledText(TextId::bothNamesOneFile) << '\n';
@@ -118,11 +165,23 @@ Json optionalJson(const auto& value)
     return value ? Json(*value) : Json(nullptr);
 }
 
+Json measureJson(const ContentMeasure& measure)
+{
+    Json json = Json::object();
+    if (measure.length > 0 || measure.size > 0)
+        json = {{"length", measure.length}, {"size", measure.size}};
+    if (measure.duration > 0)
+        json["duration"] = measure.duration;
+    if (measure.width > 0)
+        json.update({{"width", measure.width}, {"height", measure.height}});
+    return json;
+}
+
 // The value by its kind; a stage that is about no property may still have texts.
 Json sideJson(const PropValue& value, const std::u16string& text, const std::optional<ContentMeasure>& measure)
 {
     if (measure)
-        return {{"length", measure->length}, {"size", measure->size}};
+        return measureJson(*measure);
     if (value.missing() && !text.empty())
         return toUtf8(text);
     return valueJson(value, {});
@@ -130,13 +189,18 @@ Json sideJson(const PropValue& value, const std::u16string& text, const std::opt
 
 Json stageJson(const StageReport& stage)
 {
-    return {{"stage", stage.stage},
-            {"name", stage.name},
-            {"a", sideJson(stage.a, stage.textA, stage.measureA)},
-            {"b", sideJson(stage.b, stage.textB, stage.measureB)},
-            {"difference", optionalJson(stage.difference)},
-            {"allowed", optionalJson(stage.allowed)},
-            {"equal", stage.equal}};
+    Json json = {{"stage", stage.stage},
+                 {"name", stage.name},
+                 {"a", sideJson(stage.a, stage.textA, stage.measureA)},
+                 {"b", sideJson(stage.b, stage.textB, stage.measureB)},
+                 {"difference", optionalJson(stage.difference)},
+                 {"allowed", optionalJson(stage.allowed)},
+                 {"equal", stage.equal}};
+    if (stage.look)
+        json.update({{"colourDifference", stage.look->colourDifference},
+                     {"correlation", stage.look->correlation},
+                     {"vetoed", stage.vetoed}});
+    return json;
 }
 
 void writeJson(const Comparison& comparison, std::ostream& out)

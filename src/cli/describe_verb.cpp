@@ -8,16 +8,14 @@
 #include "base/utf.h"
 #include "cli/arguments.h"
 #include "cli/choices.h"
+#include "cli/described_content.h"
 #include "cli/options.h"
 #include "cli/printable.h"
 #include "cli/problems.h"
 #include "cli/property_access.h"
 #include "cli/settings_in_force.h"
-#include "cli/similar_search.h"
-#include "cli/text_descriptor.h"
 #include "cli/value_json.h"
 #include "cli/verbs.h"
-#include "engine/document_description.h"
 #include "platform/native_text.h"
 #include "props/value_convert.h"
 
@@ -27,6 +25,7 @@ namespace {
 constexpr std::string_view examples = "  kelvane-cli describe photo.jpg\n"
                                       "  kelvane-cli describe --json photo.jpg\n"
                                       "  kelvane-cli describe --as text --json letter.odt\n"
+                                      "  kelvane-cli describe --as audio song.flac\n"
                                       "  kelvane-cli describe --list\n";
 
 constexpr std::uint64_t leastRounded = 10 * 1024;  // below, a size is shown in bytes anyway
@@ -88,7 +87,7 @@ void writeText(const std::string& path, const std::vector<Described>& all, std::
     }
 }
 
-void writeJson(const std::string& path, const std::vector<Described>& all, std::ostream& out)
+Json asJson(const std::string& path, const std::vector<Described>& all)
 {
     Json properties = Json::object();
     for (const Described& described : all)
@@ -96,7 +95,7 @@ void writeJson(const std::string& path, const std::vector<Described>& all, std::
     Json document;
     addPath(document, path);
     document["properties"] = std::move(properties);
-    out << dump(document, Layout::indented) << '\n';
+    return document;
 }
 
 void writeNames(OutputFormat format, const PropertyCatalogue& catalogue, std::ostream& out)
@@ -110,57 +109,88 @@ void writeNames(OutputFormat format, const PropertyCatalogue& catalogue, std::os
         out << name << '\n';
 }
 
-ExitCode describeFile(const std::string& path, OutputFormat format, const PropertySource& source, Platform& platform,
-                      const Console& console)
+// Programs are told of the descriptor as well, where the file has the one that files of its name have.
+void addUsualDescriptor(Json& document, const ShellItem& item, const PropertyAccess& properties, Platform& platform,
+                        const CancelFlag& cancel)
+{
+    const auto kind = usualDescriptor(item, properties);
+    if (!kind)
+        return;
+    DescribedContent content = describeContent(*kind, item, properties, platform, cancel);
+    if (!content.json.is_null())
+        document[std::string(descriptorWord(*kind))] = std::move(content.json);
+}
+
+ExitCode describeFile(const std::string& path, OutputFormat format, const PropertyAccess& properties,
+                      Platform& platform, const Console& console)
 {
     const auto item = platform.shell().parse(nativeFromBytes(path));
     if (!item)
         return refuse(console, path + ": " + errorText(item.error()));
     ItemContext file(*item);
-    const std::vector<Described> all = describe(file, source, console.cancel);
+    const std::vector<Described> all = describe(file, properties.source, console.cancel);
+    Json document;
+    if (format == OutputFormat::json) {
+        document = asJson(path, all);
+        addUsualDescriptor(document, **item, properties, platform, console.cancel);
+    }
     if (console.cancel.cancelled())
         return stopCancelled(console);
-    format == OutputFormat::json ? writeJson(path, all, console.out) : writeText(path, all, console.out);
+    if (format == OutputFormat::json)
+        console.out << dump(document, Layout::indented) << '\n';
+    else
+        writeText(path, all, console.out);
     return ExitCode::done;
 }
 
-ExitCode describeText(const std::string& path, OutputFormat format, TextExtraction& extraction, Platform& platform,
-                      const Console& console)
+void writeDescriptor(const std::string& path, DescriptorKind kind, const DescribedContent& content, OutputFormat format,
+                     std::ostream& out)
+{
+    if (format == OutputFormat::json) {
+        Json document;
+        addPath(document, path);
+        document[std::string(descriptorWord(kind))] = content.json;
+        if (content.json.is_null())
+            document["reason"] = causeText(content.cause);
+        out << dump(document, Layout::indented) << '\n';
+    } else if (!content.json.is_null()) {
+        out << printable(path) << '\n';
+        for (const auto& [title, value] : content.lines)
+            out << "  " << title << "  " << value << '\n';
+    }
+}
+
+ExitCode describeAs(DescriptorKind kind, const std::string& path, OutputFormat format, const PropertyAccess& properties,
+                    Platform& platform, const Console& console)
 {
     const auto item = platform.shell().parse(nativeFromBytes(path));
     if (!item)
         return refuse(console, path + ": " + errorText(item.error()));
     if ((*item)->info().kind != FileKind::regular)
         return refuse(console, path + ": " + filledText(TextId::notRegularFile));
-    const DocumentDescriber describer(platform.shell(), extraction, nullptr);
-    const DocumentDescription described = describer.describe(**item, false, console.cancel);
+    const DescribedContent content = describeContent(kind, **item, properties, platform, console.cancel);
     if (console.cancel.cancelled())
         return stopCancelled(console);
-    if (!described.descriptor) {
-        const std::string reason = causeText(described.cause());
-        if (format == OutputFormat::json)
-            writeNoTextDescriptor(path, reason, console.out);
-        complain(console, filledText(TextId::noDescriptor, {path, reason}));
-        complainOfMissingTools(extraction, console);
-        return ExitCode::incomplete;
-    }
-    writeTextDescriptor(format, path, *described.descriptor, console.out);
-    return ExitCode::done;
+    writeDescriptor(path, kind, content, format, console.out);
+    if (!content.json.is_null())
+        return ExitCode::done;
+    complain(console, filledText(TextId::noDescriptor, {path, causeText(content.cause)}));
+    properties.complainOf(console);
+    return ExitCode::incomplete;
 }
 
-// What --as asks for, where it can be had; only texts are described yet.
-Status checkDescriptor(const std::string& word)
+// What --as asks for; nothing without it.
+Result<std::optional<DescriptorKind>> chosenDescriptor(const std::string& word)
 {
-    constexpr std::array choices = {Choice<bool>{"text", true}, Choice<bool>{"audio", false},
-                                    Choice<bool>{"image", false}};
+    constexpr std::array choices = {Choice<DescriptorKind>{"text", DescriptorKind::text},
+                                    Choice<DescriptorKind>{"audio", DescriptorKind::audio},
+                                    Choice<DescriptorKind>{"image", DescriptorKind::image}};
     if (word.empty())
-        return {};
-    const auto built = choose<bool>(TextId::unknownDescriptor, word, choices);
-    if (!built)
-        return built.error();
-    if (!*built)
-        return Error{ErrorKind::notSupported, 0, filledText(TextId::notBuiltYet, {"describe --as " + word})};
-    return {};
+        return std::optional<DescriptorKind>();
+    const auto chosen = choose<DescriptorKind>(TextId::unknownDescriptor, word, choices);
+    if (!chosen)
+        return chosen.error();
+    return std::optional(*chosen);
 }
 
 void addDescribeOptions(CLI::App& app, RawDescribe& raw)
@@ -183,8 +213,9 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     addDescribeOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))
         return *over;
-    if (const Status known = checkDescriptor(raw.descriptor); !known)
-        return refuse(console, known.error().detail);
+    const auto descriptor = chosenDescriptor(raw.descriptor);
+    if (!descriptor)
+        return refuse(console, descriptor.error().detail);
     const auto format = chooseFormat(raw.format, raw.json);
     if (!format)
         return refuse(console, format.error().detail);
@@ -193,7 +224,7 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     const auto settings = engineSettings(raw.settings, platform, console);
     if (!settings)
         return refuse(console, settings.error().detail);
-    const PropertyAccess properties(platform, *settings);
+    const PropertyAccess properties(platform, *settings, nullptr, &console.cancel);
     properties.plugins->complainOf(console);
     if (raw.list) {
         writeNames(*format, properties.catalogue, console.out);
@@ -201,9 +232,9 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     }
     if (raw.files.size() != 1)
         return refuse(console, filledText(TextId::describeNeedsFile) + helpHint("describe"));
-    if (!raw.descriptor.empty())
-        return describeText(raw.files.front(), *format, *properties.extraction, platform, console);
-    return describeFile(raw.files.front(), *format, properties.source, platform, console);
+    if (*descriptor)
+        return describeAs(**descriptor, raw.files.front(), *format, properties, platform, console);
+    return describeFile(raw.files.front(), *format, properties, platform, console);
 }
 
 }  // namespace kelvane

@@ -48,6 +48,7 @@ void addMatchOptions(Declarer& add, RawOptions& raw)
     add.flag("--no-content", raw.noContent, TextId::helpNoContent);
     add.flag("--same-type", raw.sameType, TextId::helpSameType);
     add.flag("--file-sizes", raw.fileSizes, TextId::helpFileSizes);
+    add.flag("--score-only", raw.scoreOnly, TextId::helpScoreOnly);
     add.flag("--exhaustive", raw.exhaustive, TextId::helpExhaustive);
 }
 

@@ -119,6 +119,7 @@ void readEngineFlags(const RawOptions& raw, EngineOptions& options)
         options.flags |= option_flag::lowPriority;
     options.exhaustive = raw.exhaustive;
     options.sizesOnDisk = raw.fileSizes;
+    options.secondLook = options.secondLook && !raw.scoreOnly;
 }
 
 Status readRunning(const RawOptions& raw, ScanRequest& request)
@@ -132,6 +133,7 @@ Status readRunning(const RawOptions& raw, ScanRequest& request)
         request.seed = seed;
     readEngineFlags(raw, request.options);
     request.options.extraction.workers = request.options.threads;
+    request.options.media.workers = request.options.threads;
     request.useCache = !raw.noCache;
     return {};
 }

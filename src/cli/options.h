@@ -27,7 +27,7 @@ struct RawOptions {
     std::string progress = "auto", format;
     bool content = false, noContent = false, sameType = false, ignoreSmall = false, noSubfolders = false;
     bool noProtect = false, followLinks = false, archives = false, lowPriority = false, json = false, verbose = false;
-    bool exhaustive = false, fileSizes = false, noCache = false;
+    bool exhaustive = false, fileSizes = false, scoreOnly = false, noCache = false;
 };
 
 // Checked, and put into the engine's terms.

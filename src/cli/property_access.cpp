@@ -1,6 +1,8 @@
 #include "cli/property_access.h"
 
-#include "base/text_table.h"
+#include "base/filled_text.h"
+#include "media/media_readers.h"
+#include "media/media_service.h"
 #include "text/document_readers.h"
 #include "text/extraction_service.h"
 
@@ -28,15 +30,34 @@ KindMasks kindMasks(const EngineOptions& options)
 
 }  // namespace
 
-PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options)
-    : plugins(std::make_unique<PluginSupport>(platform, options.extraction)),
+PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options, DescriptorCache* kept,
+                               const CancelFlag* cancel)
+    : cache(kept),
+      plugins(std::make_unique<PluginSupport>(platform, options.extraction)),
       extraction(makeTextExtraction({platform.shell(), platform.workers(), platform.decoding(), platform.xml(),
                                      platform.packages(), platform.filters(), plugins->texts()},
                                     options.extraction)),
-      readers(makeDocumentReaders(*extraction, platform.readers())),
+      media(makeMediaReading(platform.shell(), platform.workers(), options.media)),
+      describer(std::make_unique<MediaDescriber>(platform.shell(), *media, cache)),
+      documents(makeDocumentReaders(*extraction, platform.readers(), cancel)),
+      readers(makeMediaReaders(*describer, *documents, cancel)),
       catalogue(plugins->properties()),
       source(catalogue, platform.shell(), plugins->readers(*readers), platform.folding(), kindMasks(options))
 {
+}
+
+void PropertyAccess::complainOf(const Console& console) const
+{
+    plugins->complainOf(console);
+    for (const std::string& tool : extraction->missingTools())
+        complain(console, filledText(TextId::toolNotInstalled, {tool}));
+    for (const std::string& name : media->missing()) {
+        const bool isProgram = name.starts_with("kelvane-");
+        complain(console, filledText(isProgram ? TextId::mediaProgramMissing : TextId::toolNotInstalled, {name}));
+    }
+    const std::string problem = cache != nullptr ? cache->problem() : std::string();
+    if (!problem.empty())
+        complain(console, problem);
 }
 
 }  // namespace kelvane

@@ -1,25 +1,36 @@
-// The catalogue, the one source of values and the texts of documents, wired to a platform.
+// The catalogue, the one source of values, and what describes contents, wired to a platform.
 #pragma once
 
 #include <memory>
 
+#include "app/descriptor_cache.h"
 #include "cli/plugin_support.h"
 #include "engine/engine_options.h"
+#include "media/described_media.h"
 #include "platform/platform.h"
 #include "props/property_source.h"
 #include "text/text_extraction.h"
 
 namespace kelvane {
 
-// Lives as long as the verb that asks for values; the platform outlives it.
+// Lives as long as the verb that asks for values; what is handed over outlives it.
 struct PropertyAccess {
-    PropertyAccess(Platform& platform, const EngineOptions& options);
+    // cache: what is known of contents from earlier runs. After a cancel values are missing. Both may be null.
+    PropertyAccess(Platform& platform, const EngineOptions& options, DescriptorCache* cache = nullptr,
+                   const CancelFlag* cancel = nullptr);
     PropertyAccess(const PropertyAccess&) = delete;
     PropertyAccess& operator=(const PropertyAccess&) = delete;
 
+    // Names the plug-ins, programs and codecs that were missing or broke down, each once, and a cache that is not used.
+    void complainOf(const Console& console) const;
+
+    DescriptorCache* const cache;
     std::unique_ptr<PluginSupport> plugins;      // asked what they offer at once, if any are listed
     std::unique_ptr<TextExtraction> extraction;  // starts its workers when the first text is asked for
-    std::unique_ptr<PropertyReaders> readers;    // what documents say of themselves, and what the platform reads
+    std::unique_ptr<MediaReading> media;         // likewise
+    std::unique_ptr<MediaDescriber> describer;   // of sound, films and pictures
+    std::unique_ptr<PropertyReaders> documents;  // what documents say of themselves, and what the platform reads
+    std::unique_ptr<PropertyReaders> readers;    // the same of media
     PropertyCatalogue catalogue;
     PropertySource source;
 };

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "app/descriptor_cache.h"
 #include "base/filled_text.h"
 #include "base/random.h"
 #include "cli/arguments.h"
@@ -23,6 +24,7 @@ constexpr std::string_view examples = "  kelvane-cli scan ~/Pictures ~/Backup\n"
                                       "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
                                       "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
                                       "  kelvane-cli scan --save copies.ikvs ~/Music\n"
+                                      "  kelvane-cli scan --category audio --similar 90 --verbose ~/Music\n"
                                       "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
 
 // Names every root that is not walked. True when one of them is a fault; a root inside another one is none.
@@ -71,27 +73,47 @@ struct ScanOutcome {
     const ScanCriteria& criteria;
     const ScanReport& report;
     ResultsModel& results;
-    const FileScores& scores;
+    const PropertySource& properties;
+    const ScoreKeeper& kept;
 };
 
-// Text is for the eye, which scores would only distract.
-bool showsScores(const ScanRequest& request, const ScanCriteria& criteria)
+// Columns whose values were read for comparing anyway; where all values of a column are equal, they tell nothing.
+std::vector<PropRef> shownColumns(const ScanCriteria& criteria)
 {
-    return criteria.similarContents() && (request.format != OutputFormat::text || request.verbose);
+    std::vector<PropRef> columns = criteria.exact() ? std::vector<PropRef>() : criteria.properties;
+    if (criteria.similarContents() && !criteria.primaryIsFirst)
+        columns.push_back(criteria.primary);
+    std::erase_if(columns, [](const PropRef& column) {
+        return column.has(property_flag::fromFileRecord) || column.kind() == PropKind::none ||
+               column.info->type == VarType::object;
+    });
+    return columns;
+}
+
+// Text is for the eye, which scores and values would only distract.
+ListingShape shapeFor(const ScanRequest& request, const ScanOutcome& outcome)
+{
+    ListingShape shape;
+    if (request.format == OutputFormat::text && !request.verbose)
+        return shape;
+    shape.columns = outcome.kept.columns();
+    shape.properties = &outcome.properties;
+    shape.scores = outcome.criteria.similarContents() ? &outcome.kept.scores() : nullptr;
+    return shape;
 }
 
 void print(const ScanRequest& request, const ScanOutcome& outcome, const Console& console)
 {
     const OutputFormat format = request.format;
     const ScanFigures figures = figuresOf(outcome.report, outcome.criteria.options);
-    const Listing listing{
-        &outcome.criteria, figures.roots,
-        figures,           outcome.results,
-        console.cancel,    {.scores = showsScores(request, outcome.criteria) ? &outcome.scores : nullptr}};
+    const Listing listing{&outcome.criteria, figures.roots,  figures,
+                          outcome.results,   console.cancel, shapeFor(request, outcome)};
     writeReport(format, listing, console.out);
     console.out.flush();
     if (format == OutputFormat::text)
         writeSummary(listing, console.err);
+    if (format == OutputFormat::text && request.verbose && outcome.criteria.similarContents())
+        console.err << filledText(TextId::comparedPairs, {std::to_string(figures.comparisons)}) << '\n';
 }
 
 ExitCode report(const ScanRequest& request, const ScanOutcome& outcome, const ScanWatch& watch, const Console& console)
@@ -132,25 +154,25 @@ ExitCode scan(const ScanJob& job, Platform& platform, const Console& console)
 {
     const ScanRequest& request = job.request;
     seedRandom(request.seed.value_or(platform.clock().ticks()));
-    const PropertyAccess properties(platform, request.options);
+    DescriptorCache cache(request.useCache, job.settings, platform.runCaches());
+    const PropertyAccess properties(platform, request.options, &cache, &console.cancel);
     properties.plugins->complainOf(console);
-    SimilarSearch similar(request, job.settings, properties, ProbeNumbers::perPair, platform, console);
+    SimilarSearch similar(properties, ProbeNumbers::perPair, request.options.threads, platform);
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
         return refuse(console, criteria.error().detail);
     settleRuns(platform, console);
     ResultsModel results;
-    ScoreKeeper keeper(results);
+    ScoreKeeper keeper(results, shownColumns(*criteria));
     ScanWatch watch(console, platform.clock(), request);
     const ScanPorts ports{
         platform.shell(), platform.paths(), properties.source,  platform.clock(), platform.priority(), watch,
         console.cancel,   keeper,           &similar.content(), &job.ignored};
     const ScanReport scanned = runScan(*criteria, ports);
     watch.finish();
-    const ScanOutcome outcome{*criteria, scanned, results, keeper.scores()};
+    const ScanOutcome outcome{*criteria, scanned, results, properties.source, keeper};
     const ExitCode code = saveAndReport(request, job.target, outcome, watch, platform, console);
-    complainOfMissingTools(*properties.extraction, console);
-    properties.plugins->complainOf(console);
+    properties.complainOf(console);
     return code;
 }
 
@@ -170,7 +192,7 @@ void addSaveOptions(CLI::App& app, SaveTarget& target)
 ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::scanAbout), "scan");
-    app.footer(footerText({TextId::scanNotes, examples, {}}));
+    app.footer(footerText({TextId::scanNotes, examples, TextId::similarNotes}));
     std::vector<std::string> roots;
     app.add_option("ROOT", roots, filledText(TextId::scanRootHelp))->type_name("");
     RawOptions raw;

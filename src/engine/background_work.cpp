@@ -1,6 +1,7 @@
 #include "engine/background_work.h"
 
 #include <chrono>
+#include <system_error>
 #include <utility>
 
 namespace kelvane {
@@ -25,13 +26,30 @@ void BackgroundWork::add(Task task)
     }
     added_.notify_one();
     if (threads_.size() < most_ && wanted > threads_.size())
+        startThread();
+}
+
+// Fewer threads make the work slower, not wrong.
+void BackgroundWork::startThread()
+{
+    try {
         threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+        most_ = static_cast<unsigned>(threads_.size());
+    }
 }
 
 bool BackgroundWork::settle(const CancelFlag& cancel, const std::function<void(std::uint64_t done)>& whileWaiting)
 {
     constexpr std::chrono::milliseconds betweenLooks{20};  // nobody tells of a cancel: it may come from a signal
     std::unique_lock lock(mutex_);
+    while (threads_.empty() && !tasks_.empty() && !cancel.cancelled()) {
+        takeOne(lock);
+        const std::uint64_t done = done_;
+        lock.unlock();
+        whileWaiting(done);
+        lock.lock();
+    }
     const auto over = [this] { return (tasks_.empty() && working_ == 0) || failure_ != nullptr; };
     while (!cancel.cancelled() && !idle_.wait_for(lock, betweenLooks, over)) {
         const std::uint64_t done = done_;
@@ -63,15 +81,20 @@ void BackgroundWork::work()
         added_.wait(lock, [this] { return ending_ || !tasks_.empty(); });
         if (tasks_.empty())
             return;
-        const Task task = std::move(tasks_.front());
-        tasks_.pop_front();
-        ++working_;
-        run(task, lock);
-        --working_;
-        ++done_;
-        if (working_ == 0)
-            idle_.notify_all();
+        takeOne(lock);
     }
+}
+
+void BackgroundWork::takeOne(std::unique_lock<std::mutex>& lock)
+{
+    const Task task = std::move(tasks_.front());
+    tasks_.pop_front();
+    ++working_;
+    run(task, lock);
+    --working_;
+    ++done_;
+    if (working_ == 0)
+        idle_.notify_all();
 }
 
 void BackgroundWork::run(const Task& task, std::unique_lock<std::mutex>& lock)

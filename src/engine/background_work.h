@@ -25,7 +25,7 @@ public:
     BackgroundWork(const BackgroundWork&) = delete;
     BackgroundWork& operator=(const BackgroundWork&) = delete;
 
-    // Threads are started as they are needed.
+    // Threads are started as they are needed. Where the system gives none, the work is done while it is settled.
     void add(Task task);
     // Waits until nothing is left to do; calls the function about every 20 ms of waiting with how many tasks are done
     // since the last settling. False when cancelled, with work left. An exception of any task is thrown again here.
@@ -34,10 +34,12 @@ public:
     void drop() noexcept;
 
 private:
+    void startThread();
     void work();
+    void takeOne(std::unique_lock<std::mutex>& lock);
     void run(const Task& task, std::unique_lock<std::mutex>& lock);
 
-    const unsigned most_;
+    unsigned most_;
     std::mutex mutex_;  // over all that follows but the threads
     std::condition_variable added_, idle_;
     std::deque<Task> tasks_;

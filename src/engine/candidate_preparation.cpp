@@ -26,6 +26,23 @@ bool readsValues(const ScanCriteria& criteria)
     return !criteria.exact() && std::any_of(criteria.properties.begin(), criteria.properties.end(), opensFile);
 }
 
+// What the work is, for the person who waits.
+TextId captionOf(const ScanCriteria& criteria, bool described)
+{
+    if (!described)
+        return TextId::phaseProperties;
+    switch (criteria.category()) {
+    case Category::audio:
+        return TextId::phaseMusic;
+    case Category::video:
+        return TextId::phaseFilms;
+    case Category::images:
+        return TextId::phasePictures;
+    default:
+        return TextId::phaseTexts;
+    }
+}
+
 void count(const ShellItem& item, const NoDescriptorCause& cause, ScanObserver& observer, WalkStats& stats)
 {
     SkippedItem told{bytesFromNative(item.fullName()), {ErrorKind::notSupported, 0, causeText(cause)}};
@@ -101,7 +118,7 @@ bool CandidatePreparation::settle(CandidateList& candidates, const Clock& clock,
 {
     if (!needed_)
         return true;
-    observer.caption(text(TextId::phaseTexts));
+    observer.caption(text(captionOf(criteria_, similar_ != nullptr)));
     ProgressPacer pacer(clock, observer);
     const auto report = [&](std::uint64_t done) {
         if (pacer.due())

@@ -54,15 +54,17 @@ struct EngineOptions {
     FileSize largestVirtualStream{64u * 1'048'576u};           // largest file that is read out of an archive
     std::vector<FileCategory> categories = defaultCategories();
     std::vector<std::uint32_t> excludedVolumes;  // serial numbers, "Excluded volumes"
-    std::string seriesProperties;             // property list for which files of one folder never match (tag searches)
-    std::array<std::string, 6> extraColumns;  // one property a category, empty for none
-    ExtractionOptions extraction;             // of the texts of documents
-    MediaOptions media;                       // of sounds, films and pictures
-    unsigned threads = 0;                     // 0: by the number of processors
-    bool classifyAhead = true;                // false: the plain pairwise walk, for tests and doubt
-    bool exhaustive = false;                  // similar contents: compare every pair that the rules allow, filter none
-    bool secondLook = true;                   // pictures: colours and structure must not contradict the score
-    bool sizesOnDisk = false;                 // documents: compare sizes of files, not the weights of their texts
+    std::string seriesProperties;  // property list for which files of one folder never match (tag searches)
+    // One property a category, empty for none.
+    std::array<std::string, 6> extraColumns = {
+        "System.Media.Duration", "System.Media.Duration", "", "System.Image.Dimensions", "", ""};
+    ExtractionOptions extraction;  // of the texts of documents
+    MediaOptions media;            // of sounds, films and pictures
+    unsigned threads = 0;          // 0: by the number of processors
+    bool classifyAhead = true;     // false: the plain pairwise walk, for tests and doubt
+    bool exhaustive = false;       // similar contents: compare every pair that the rules allow, filter none
+    bool secondLook = true;        // pictures: colours and structure must not contradict the score
+    bool sizesOnDisk = false;      // documents: compare sizes of files, not the weights of their texts
 
     [[nodiscard]] bool has(std::uint32_t flag) const { return (flags & flag) != 0; }
 };

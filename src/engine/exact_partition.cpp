@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
+
+#include "engine/classified_ahead.h"
+#include "engine/ordered_tasks.h"
 
 namespace kelvane {
 namespace {
@@ -44,19 +48,45 @@ class Partitioner {
 public:
     Partitioner(const ScanCriteria& criteria, const SortedCandidates& sorted, const PropertySource& properties,
                 ShellNamespace& shell, const CancelFlag& cancel)
-        : sorted_(sorted), properties_(properties), shell_(shell), cancel_(cancel)
+        : sorted_(sorted),
+          properties_(properties),
+          shell_(shell),
+          cancel_(cancel),
+          threads_(workerCount(criteria.options.threads))
     {
+        if (criteria.has(scan_flag::sameType) && criteria.category() < Category::folders && !criteria.onlyPrimary)
+            demands_.push_back(itemType);
         const std::size_t count = criteria.onlyPrimary ? 1 : criteria.properties.size();
         for (std::size_t i = 0; i < std::min(count, criteria.properties.size()); ++i) {
             const bool byClass = i == 0 && classesMustAgree(criteria);
             if (!byClass && criteria.properties[i].kind() != PropKind::date)
                 demands_.push_back(criteria.properties[i]);
         }
-        sameType_ =
-            criteria.has(scan_flag::sameType) && criteria.category() < Category::folders && !criteria.onlyPrimary;
+        const auto opening = std::stable_partition(demands_.begin(), demands_.end(), isOfRecord);
+        ofRecord_ = static_cast<std::size_t>(opening - demands_.begin());
     }
 
+    // What the records tell parts most files; the values of those that are left are read at once, by all threads. False
+    // when cancelled.
     bool run(bool classesAgree)
+    {
+        if (!partitionByRecords(classesAgree))
+            return false;
+        return ofRecord_ == demands_.size() || (readValues() && partitionFurther());
+    }
+
+    ExactPartitions result;
+
+private:
+    // Stands for the type rule, which goes by no property.
+    static constexpr PropRef itemType{};
+
+    static bool isOfRecord(const PropRef& demand)
+    {
+        return demand == itemType || demand.has(property_flag::fromFileRecord);
+    }
+
+    bool partitionByRecords(bool classesAgree)
     {
         const auto& classes = sorted_.classes;
         for (std::uint32_t begin = 0; begin < sorted_.size();) {
@@ -70,28 +100,64 @@ public:
         return !cancel_.cancelled();
     }
 
-    ExactPartitions result;
+    bool readValues()
+    {
+        const auto readOf = [this](std::size_t member) {
+            Candidate& file = sorted_.at(result.members[member]);
+            for (std::size_t i = ofRecord_; i < demands_.size() && !cancel_.cancelled(); ++i)
+                static_cast<void>(properties_.value(file, demands_[i]));
+        };
+        OrderedTasks tasks(result.members.size(), threads_, [&readOf] { return OrderedTasks::Task(readOf); });
+        for (std::size_t i = 0; i < result.members.size(); ++i) {
+            if (!tasks.await(i, cancel_, [] {}))
+                return false;
+        }
+        return true;
+    }
 
-private:
+    bool partitionFurther()
+    {
+        const ExactPartitions rough = std::exchange(result, {});
+        for (const ExactPartitions::Part& part : rough.parts) {
+            entries_.clear();
+            for (const std::uint32_t member : rough.of(part))
+                entries_.push_back({0, member});
+            if (!refineInOrder(ofRecord_, demands_.size()))
+                return false;
+        }
+        orderParts(0);
+        return true;
+    }
+
     bool takeClass(std::uint32_t begin, std::uint32_t end)
     {
-        std::vector<Entry>& entries = entries_;
-        entries.clear();
+        entries_.clear();
         for (std::uint32_t i = begin; i < end; ++i)
-            entries.push_back({0, i});
-        const std::size_t first = result.parts.size();
-        if (!refine(entries, 0))
-            return false;
+            entries_.push_back({0, i});
+        return refineInOrder(0, ofRecord_);
+    }
+
+    // By their first members, from one part on.
+    void orderParts(std::size_t first)
+    {
         const auto firstMember = [&](const ExactPartitions::Part& part) { return result.members[part.begin]; };
         std::sort(result.parts.begin() + static_cast<std::ptrdiff_t>(first), result.parts.end(),
                   [&](const auto& a, const auto& b) { return firstMember(a) < firstMember(b); });
+    }
+
+    bool refineInOrder(std::size_t firstDemand, std::size_t endDemand)
+    {
+        const std::size_t first = result.parts.size();
+        if (!refine(entries_, firstDemand, endDemand))
+            return false;
+        orderParts(first);
         return true;
     }
 
     // Splits by one demand after the other, each of them read only of files that are not alone yet.
-    bool refine(std::span<Entry> entries, std::size_t demand)
+    bool refine(std::span<Entry> entries, std::size_t demand, std::size_t endDemand)
     {
-        if (demand == demands_.size() + (sameType_ ? 1 : 0)) {
+        if (demand == endDemand) {
             accept(entries);
             return true;
         }
@@ -108,7 +174,7 @@ private:
             std::size_t end = begin + 1;
             while (end < kept && present[end].hash == present[begin].hash)
                 ++end;
-            if (end - begin > 1 && !refine(present.subspan(begin, end - begin), demand + 1))
+            if (end - begin > 1 && !refine(present.subspan(begin, end - begin), demand + 1, endDemand))
                 return false;
             begin = end;
         }
@@ -119,7 +185,7 @@ private:
     std::optional<std::uint64_t> hashOf(std::uint32_t position, std::size_t demand)
     {
         Candidate& file = sorted_.at(position);
-        if (demand == demands_.size())
+        if (demands_[demand] == itemType)
             return hashText(shell_.itemType(file.item()));
         const PropValue value = properties_.value(file, demands_[demand]);
         if (value.missing())
@@ -139,8 +205,9 @@ private:
     const PropertySource& properties_;
     ShellNamespace& shell_;
     const CancelFlag& cancel_;
-    std::vector<PropRef> demands_;
-    bool sameType_ = false;
+    const unsigned threads_;
+    std::vector<PropRef> demands_;  // those that the records tell first
+    std::size_t ofRecord_ = 0;      // how many those are
     std::vector<Entry> entries_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <system_error>
 
 namespace kelvane {
 
@@ -12,8 +13,11 @@ OrderedTasks::OrderedTasks(std::size_t count, unsigned threads, std::function<Ta
       awaited_(count)
 {
     const std::size_t wanted = std::min<std::size_t>(threads, count);
-    for (std::size_t i = 0; i < wanted; ++i)
-        threads_.emplace_back([this] { work(); });
+    try {
+        for (std::size_t i = 0; i < wanted; ++i)
+            threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {  // fewer threads make the work slower, not wrong
+    }
 }
 
 OrderedTasks::~OrderedTasks()
@@ -26,6 +30,8 @@ bool OrderedTasks::await(std::size_t number, const CancelFlag& cancel, const std
 {
     constexpr std::chrono::milliseconds betweenLooks{20};  // nobody tells of a cancel: it may come from a signal
     awaited_.store(number);
+    if (threads_.empty())
+        doUpTo(number, cancel);
     while (!done_[number].load()) {
         {
             std::unique_lock lock(mutex_);
@@ -38,6 +44,17 @@ bool OrderedTasks::await(std::size_t number, const CancelFlag& cancel, const std
         whileWaiting();
     }
     return !cancel.cancelled();
+}
+
+void OrderedTasks::doUpTo(std::size_t number, const CancelFlag& cancel)
+{
+    if (!own_)
+        own_ = makeTask_();
+    while (next_.load() <= number && !cancel.cancelled()) {
+        const std::size_t next = next_.fetch_add(1);
+        own_(next);
+        finish(next);
+    }
 }
 
 void OrderedTasks::work()

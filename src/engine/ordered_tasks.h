@@ -20,7 +20,8 @@ class OrderedTasks {
 public:
     using Task = std::function<void(std::size_t number)>;
 
-    // makeTask is called once on each thread, so that a thread may have buffers of its own.
+    // makeTask is called once on each thread, so that a thread may have buffers of its own. Where the system gives no
+    // thread, tasks are done while they are awaited.
     OrderedTasks(std::size_t count, unsigned threads, std::function<Task()> makeTask);
     // Begins no further task and waits for those in work.
     ~OrderedTasks();
@@ -33,6 +34,7 @@ public:
 
 private:
     void work();
+    void doUpTo(std::size_t number, const CancelFlag& cancel);
     void takeTasks(const Task& task);
     void finish(std::size_t number);
 
@@ -44,6 +46,7 @@ private:
     std::mutex mutex_;
     std::condition_variable finished_;
     std::exception_ptr failure_;  // guarded by mutex_
+    Task own_;                    // of the awaiting thread, where there is no other
     std::vector<std::jthread> threads_;
 };
 

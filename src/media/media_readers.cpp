@@ -79,7 +79,10 @@ bool carries(MediaKind kind, const Carriers& by)
 
 class MediaReaders final : public PropertyReaders {
 public:
-    MediaReaders(MediaDescriber& describer, PropertyReaders& next) : describer_(describer), next_(next) {}
+    MediaReaders(MediaDescriber& describer, PropertyReaders& next, const CancelFlag* cancel)
+        : describer_(describer), next_(next), cancel_(cancel != nullptr ? *cancel : never_)
+    {
+    }
 
     RawValue read(const PropertyInfo& property, const ShellItem& item) override
     {
@@ -97,7 +100,7 @@ private:
     }
     RawValue fromFile(std::string_view name, const ShellItem& item) const
     {
-        std::vector<NamedValue> facts = describer_.facts(item, never_);
+        std::vector<NamedValue> facts = describer_.facts(item, cancel_);
         const auto found =
             std::find_if(facts.begin(), facts.end(), [name](const NamedValue& fact) { return fact.name == name; });
         return found != facts.end() ? std::move(found->value) : RawValue{};
@@ -106,13 +109,15 @@ private:
     MediaDescriber& describer_;
     PropertyReaders& next_;
     const CancelFlag never_;
+    const CancelFlag& cancel_;
 };
 
 }  // namespace
 
-std::unique_ptr<PropertyReaders> makeMediaReaders(MediaDescriber& describer, PropertyReaders& next)
+std::unique_ptr<PropertyReaders> makeMediaReaders(MediaDescriber& describer, PropertyReaders& next,
+                                                  const CancelFlag* cancel)
 {
-    return std::make_unique<MediaReaders>(describer, next);
+    return std::make_unique<MediaReaders>(describer, next, cancel);
 }
 
 }  // namespace kelvane

@@ -18,7 +18,4 @@ using DescriptorBuilder = std::function<Ref<SimDocDescriptor>(const ShellItem& i
 [[nodiscard]] Ref<const SimDocDescriptor> documentDescriptor(ItemContext& file, const PropRef& property,
                                                              const DescriptorBuilder& build);
 
-// Puts what was built elsewhere into the file's node; an empty reference is kept as a missing value.
-void keepDocumentDescriptor(ItemContext& file, const PropRef& property, Ref<SimDocDescriptor> descriptor);
-
 }  // namespace kelvane

@@ -65,7 +65,10 @@ bool isCarried(std::string_view name)
 
 class DocumentReaders final : public PropertyReaders {
 public:
-    DocumentReaders(TextExtraction& extraction, PropertyReaders& next) : extraction_(extraction), next_(next) {}
+    DocumentReaders(TextExtraction& extraction, PropertyReaders& next, const CancelFlag* cancel)
+        : extraction_(extraction), next_(next), cancel_(cancel != nullptr ? *cancel : never_)
+    {
+    }
 
     RawValue read(const PropertyInfo& property, const ShellItem& item) override
     {
@@ -76,10 +79,18 @@ public:
     }
 
 private:
+    using Document = std::shared_ptr<const ExtractedDocument>;
+
     RawValue fromDocument(std::string_view name, const ShellItem& item)
     {
-        const auto shared = latest_.of(item)->get(
-            [&] { return std::make_shared<const ExtractedDocument>(extraction_.extract(item, never_)); });
+        const auto shared = latest_.of(item)->get([&]() -> std::optional<Document> {
+            ExtractedDocument read = extraction_.extract(item, cancel_);
+            if (read.outcome == TextOutcome::cancelled)
+                return std::nullopt;
+            return std::make_shared<const ExtractedDocument>(std::move(read));
+        });
+        if (!shared)
+            return {};
         const ExtractedDocument& document = **shared;
         if (name == contents)
             return document.text.empty() ? RawValue{} : RawValue::text(document.text);
@@ -91,14 +102,16 @@ private:
     TextExtraction& extraction_;
     PropertyReaders& next_;
     const CancelFlag never_;
-    LatestFiles<std::shared_ptr<const ExtractedDocument>> latest_;
+    const CancelFlag& cancel_;
+    LatestFiles<Document> latest_;
 };
 
 }  // namespace
 
-std::unique_ptr<PropertyReaders> makeDocumentReaders(TextExtraction& extraction, PropertyReaders& next)
+std::unique_ptr<PropertyReaders> makeDocumentReaders(TextExtraction& extraction, PropertyReaders& next,
+                                                     const CancelFlag* cancel)
 {
-    return std::make_unique<DocumentReaders>(extraction, next);
+    return std::make_unique<DocumentReaders>(extraction, next, cancel);
 }
 
 }  // namespace kelvane

@@ -10,7 +10,9 @@ namespace kelvane {
 
 // Answers from what the extraction finds (System.Search.Contents is the text itself), and asks `next` for everything
 // else. A file is extracted once for all its properties as long as it is among the last few that were asked for.
-// Thread-safe; both outlive it.
-[[nodiscard]] std::unique_ptr<PropertyReaders> makeDocumentReaders(TextExtraction& extraction, PropertyReaders& next);
+// After a cancel nothing is extracted any more, and values are missing. cancel may be null. Thread-safe; all outlive
+// it.
+[[nodiscard]] std::unique_ptr<PropertyReaders> makeDocumentReaders(TextExtraction& extraction, PropertyReaders& next,
+                                                                   const CancelFlag* cancel = nullptr);
 
 }  // namespace kelvane

@@ -13,19 +13,19 @@
 namespace kelvane {
 
 // Which state of which file was read.
-struct FileStamp {
+struct ReadState {
     NativeString path;
     FileSize size;
     FileTime modified;
-    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+    friend bool operator==(const ReadState&, const ReadState&) = default;
 };
 
 // The value of one file. Thread-safe.
 template <class Value>
 class LatestFile {
 public:
-    explicit LatestFile(FileStamp stamp) : stamp_(std::move(stamp)) {}
-    [[nodiscard]] const FileStamp& stamp() const { return stamp_; }
+    explicit LatestFile(ReadState stamp) : stamp_(std::move(stamp)) {}
+    [[nodiscard]] const ReadState& stamp() const { return stamp_; }
 
     // Whoever comes second waits until the first one has read it. Where reading gives nothing, the next one tries.
     template <class Read>
@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    const FileStamp stamp_;
+    const ReadState stamp_;
     std::mutex mutex_;
     std::optional<Value> value_;
 };
@@ -54,7 +54,7 @@ class LatestFiles {
 public:
     [[nodiscard]] std::shared_ptr<LatestFile<Value>> of(const ShellItem& item)
     {
-        FileStamp stamp{item.fullName(), item.info().size, item.info().modified};
+        ReadState stamp{item.fullName(), item.info().size, item.info().modified};
         const std::lock_guard lock(mutex_);
         const auto known =
             std::find_if(latest_.begin(), latest_.end(), [&stamp](const auto& file) { return file->stamp() == stamp; });

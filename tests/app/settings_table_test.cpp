@@ -61,6 +61,7 @@ const std::vector<NumberCase> numberCases = {
     {u"binLastScan", 32'000, {{0, 0}, {most, most}}},
     {u"bDescriptorCache", 1, {{0, 0}, {1, 1}, {7, 1}}},
     {u"nDescriptorCacheMB", 1024, {{0, 8}, {8, 8}, {65'536, 65'536}, {65'537, 65'536}, {most, 65'536}}},
+    {u"bPictureGate", 1, {{0, 0}, {1, 1}, {7, 1}}},
     {u"binFileOpFlags", 0, {{0xFF, 0xDE}, {0x21, 0}}},
     {u"msBGTextTimeout", 12'000, {{999, 0}, {1'000, 1'000}, {0, 0}, {most, most}}},
     {u"nCharsAutoFilter", 3, {{0, 0}, {12, 12}, {13, 12}, {most, 12}}},

@@ -87,7 +87,7 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"scan", root, "--save", root + "/none/x"}, "/none/x: "},
         {{"describe"}, "describe needs one file"},
         {{"describe", root + "/none"}, "/none: "},
-        {{"describe", file, "--as", "audio"}, "describe --as audio is not built yet"},
+        {{"describe", root, "--as", "audio"}, "not a regular file"},
         {{"describe", file, "--format", "csv"}, "formats: text, json"},
     };
     for (const BadInput& row : table) {

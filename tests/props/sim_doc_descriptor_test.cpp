@@ -9,6 +9,7 @@
 #include "base/crc32.h"
 #include "props/made_up_texts.h"
 #include "props/property_world.h"
+#include "props/held_object.h"
 #include "props/sim_doc_cache.h"
 
 namespace kelvane {
@@ -163,7 +164,7 @@ TEST(SimDocCache, aDescriptorLivesAsLongAsTheFilesValues)
     Ref<const SimDocDescriptor> taken;
     {
         ItemContext file = world.newFile("/home/a.txt");
-        keepDocumentDescriptor(file, property, SimDocDescriptor::make(std::u16string(2000, u'b'), 1));
+        keepObject(file, property, SimDocDescriptor::make(std::u16string(2000, u'b'), 1));
         taken = documentDescriptor(file, property, {});
         ASSERT_TRUE(taken);
         EXPECT_FALSE(taken->dropReference()) << "the node holds one as well";

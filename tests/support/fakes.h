@@ -56,7 +56,7 @@ public:
     {
         values_[{path, property}] = std::move(value);
     }
-    int reads = 0;
+    std::atomic<int> reads{0};
 
 private:
     std::map<std::pair<std::string, std::string>, RawValue> values_;
