@@ -54,7 +54,7 @@ MediaFault ffmpegFault(int error)
         fault.outcome = MediaOutcome::tooMuchMemory;
     else if (error == AVERROR(EACCES))
         fault.outcome = MediaOutcome::encrypted;
-    else if (error == AVERROR(EIO))
+    else if (error == unreadableError)
         fault.outcome = MediaOutcome::unreadable;
     else if (error == AVERROR_DECODER_NOT_FOUND || error == AVERROR_PATCHWELCOME || error == AVERROR(ENOSYS))
         fault.outcome = MediaOutcome::codecMissing;
@@ -110,8 +110,8 @@ FfmpegDecoder::Opened FfmpegDecoder::open(FfmpegInput& input, AVStream& stream, 
 int FfmpegDecoder::feed()
 {
     const int read = input_.read(stream_, *packet_);
-    if (read < 0 && input_.unreadable())
-        return AVERROR(EIO);
+    if (read == unreadableError)
+        return read;
     if (read < 0) {
         ended_ = true;  // a file that breaks off ends where it breaks off
         avcodec_send_packet(context_.get(), nullptr);

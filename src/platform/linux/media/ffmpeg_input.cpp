@@ -120,7 +120,6 @@ public:
     }
 
     AVFormatContext& format() override { return *format_; }
-    bool unreadable() const override { return source_.unreadable(); }
 
     int read(const AVStream& stream, AVPacket& packet) override
     {
@@ -132,7 +131,7 @@ public:
             av_packet_unref(&packet);
             const int error = av_read_frame(format_.get(), &packet);
             if (error < 0 && error != AVERROR(EAGAIN))
-                return source_.spent() ? AVERROR_EOF : error;
+                return source_.unreadable() ? unreadableError : source_.spent() ? AVERROR_EOF : error;
             if (error == 0 && packet.stream_index == stream.index)
                 return 0;
         }

@@ -15,7 +15,10 @@ extern "C" {
 
 namespace kelvane::linux_os {
 
-// FFmpeg's error codes in our terms; never `made`.
+// Beside FFmpeg's own errors: the file could not be read. Its EIO may also mean that a file is shorter than it claims.
+inline constexpr int unreadableError = FFERRTAG('k', 'v', 'i', 'o');
+
+// Error codes in our terms; never `made`.
 [[nodiscard]] MediaFault ffmpegFault(int error);
 
 // Never give a null object: without memory they throw.
@@ -53,11 +56,9 @@ public:
     [[nodiscard]] virtual AVFormatContext& format() = 0;
     // The first stream of the kind; null when there is none. Covers of albums are no moving pictures.
     [[nodiscard]] AVStream* first(AVMediaType kind);
-    // The next packet of the stream, whose predecessor in `packet` is let go; 0, or an error of FFmpeg's, AVERROR_EOF
-    // at the end and where a limit is reached. Damage ahead is skipped as far as FFmpeg can.
+    // The next packet of the stream, whose predecessor in `packet` is let go; 0, or an error, AVERROR_EOF at the end
+    // and where a limit is reached. Damage ahead is skipped as far as FFmpeg can.
     [[nodiscard]] virtual int read(const AVStream& stream, AVPacket& packet) = 0;
-    // Whether the file itself could not be read at some place.
-    [[nodiscard]] virtual bool unreadable() const = 0;
 
 protected:
     FfmpegInput() = default;
@@ -79,7 +80,7 @@ public:
     // input outlives it, and the stream is one of its own. A frame of more pixels is refused as damaged.
     [[nodiscard]] static Opened open(FfmpegInput& input, AVStream& stream, std::int64_t mostPixels = 400'000'000);
 
-    // 0 and a frame, or an error of FFmpeg's; AVERROR_EOF after the last frame. Packets that cannot be decoded are
+    // 0 and a frame, or an error; AVERROR_EOF after the last frame. Packets that cannot be decoded are
     // passed over, unless they are too many.
     [[nodiscard]] int next(AVFrame& frame);
     // After a jump to another place of the file.
