@@ -114,7 +114,8 @@ private:
     }
     void keep(std::string_view name, std::u16string text)
     {
-        if (trimmedFact(text).empty())
+        // Some programs write the word for "any language" where they have no text.
+        if (trimmedFact(text).empty() || text == u"x-default")
             return;
         auto& list = values_[std::string(name)];
         if (list.size() < mostValues)

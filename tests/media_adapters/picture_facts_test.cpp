@@ -69,6 +69,7 @@ std::string chunk(const std::string& name, const std::string& content)
 
 constexpr const char* packet = R"(<x:xmpmeta xmlns:x="adobe:ns:meta/"><rdf:RDF><rdf:Description xmp:Rating="3">
   <dc:title><rdf:Alt><rdf:li xml:lang="x-default">XMP title</rdf:li><rdf:li xml:lang="de">Titel</rdf:li></rdf:Alt></dc:title>
+  <dc:description><rdf:Alt><rdf:li xml:lang="x-default">x-default</rdf:li></rdf:Alt></dc:description>
   <dc:subject><rdf:Bag><rdf:li>sea</rdf:li> <rdf:li>sky &amp; sun</rdf:li></rdf:Bag></dc:subject>
 </rdf:Description></rdf:RDF></x:xmpmeta>)";
 
@@ -183,6 +184,7 @@ TEST(PictureFacts, PreferTheWordsThatProgramsKeepUp)
     EXPECT_THAT(picture(jpegWith(segments)), IsSupersetOf(Facts{{"System.Title", "XMP title"},
                                                                 {"System.Keywords", "sea; sky & sun"},
                                                                 {"System.Author", "Anna; Ben"},
+                                                                {"System.Comment", "a comment"},
                                                                 {"System.Rating", "50"}}));
     EXPECT_THAT(picture(jpegWith(segment('\xED', resources))),
                 IsSupersetOf(Facts{{"System.Title", "IPTC title"}, {"System.Author", "Otto"}}));
