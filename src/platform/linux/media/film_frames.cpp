@@ -9,6 +9,9 @@ namespace {
 constexpr AVRational milliseconds{1, 1000};
 // From where a film can be decoded to the frame that is wanted; films without such places end there.
 constexpr int mostFrames = 3'000;
+// This long before the frame that is wanted, every frame is decoded again: more than any decoder holds back.
+constexpr int heldBack = 40;
+constexpr std::int64_t leastRunUp = 1'000;
 // Containers round the times of frames, some to whole milliseconds.
 constexpr std::int64_t roundingOfTimes = 10;
 // Some containers are searched by guessing, and end up behind the place.
@@ -96,16 +99,26 @@ bool FilmFrames::startsLater(const AVFrame& frame, std::int64_t time) const
     return frame.best_effort_timestamp != AV_NOPTS_VALUE && frame.best_effort_timestamp > stamp(time + roundingOfTimes);
 }
 
+bool FilmFrames::isNear(std::int64_t at, std::int64_t time) const
+{
+    const AVRational rate = stream_.avg_frame_rate;
+    const std::int64_t frames = rate.num > 0 && rate.den > 0 ? av_rescale(heldBack * 1000, rate.den, rate.num) : 5'000;
+    return at >= stamp(time - std::max(frames, leastRunUp));
+}
+
 // A frame that starts later is handed out only where it is the first one.
 FfmpegFrame FilmFrames::decodeUpTo(std::int64_t time, MediaFault& fault)
 {
     FfmpegFrame shown;
     FfmpegFrame next = makeFrame();
     int error = 0;
+    decoder_->hurry(!isNear(startOf(stream_), time));
     for (int count = 0; count < mostFrames; ++count) {
         error = decoder_->next(*next);
         if (error < 0 || (shown && startsLater(*next, time)))
             break;
+        if (next->best_effort_timestamp == AV_NOPTS_VALUE || isNear(next->best_effort_timestamp, time))
+            decoder_->hurry(false);
         if (!shown)
             shown = makeFrame();
         std::swap(shown, next);

@@ -37,6 +37,7 @@ private:
     [[nodiscard]] bool jump(std::int64_t time);
     [[nodiscard]] FfmpegFrame decodeUpTo(std::int64_t time, MediaFault& fault);
     [[nodiscard]] bool startsLater(const AVFrame& frame, std::int64_t time) const;
+    [[nodiscard]] bool isNear(std::int64_t at, std::int64_t time) const;
     [[nodiscard]] std::int64_t stamp(std::int64_t time) const;
 
     std::unique_ptr<FfmpegInput> input_;

@@ -32,7 +32,7 @@ private:
 DecodedPicture vipsPreview(RandomAccessFile& file, const PreviewBounds& bounds)
 {
     if (!linux_os::startVips())
-        return {{MediaOutcome::unknownFormat, {}, linux_os::takeVipsError()}, 0, 0, {}};
+        return {{MediaOutcome::unknownFormat, {}, linux_os::takeVipsFault().detail}, 0, 0, {}};
     LoadedPicture picture = linux_os::loadPicture(file, bounds);
     if (!picture.image)
         return {std::move(picture.fault), 0, 0, {}};

@@ -49,7 +49,7 @@ std::optional<PictureHeader> readPictureHeader(RandomAccessFile& file)
     const VipsImageHandle image(
         vips_image_new_from_source(source.get(), "", "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
     if (!image) {
-        (void)takeVipsError();
+        static_cast<void>(takeVipsFault());
         return std::nullopt;
     }
     PictureHeader header;

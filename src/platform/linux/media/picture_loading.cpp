@@ -90,10 +90,20 @@ PictureSize previewBeforeTurning(int orientation, PictureSize whole, const Previ
     return swapsSides(orientation) ? swapped(previewSize(swapped(whole), bounds)) : previewSize(whole, bounds);
 }
 
-LoadedPicture failed(MediaOutcome outcome, std::string detail)
+// Of pictures that are stored in several passes, from coarse to fine, all is held until the last one: JPEG as
+// coefficients of two bytes, the others as they are.
+std::uint32_t bytesPerPixel(const Reader& reader, VipsImage* image)
+{
+    if (vips_image_get_typeof(image, "interlaced") == 0)
+        return reader.bytesPerPixel;
+    const auto pixel = static_cast<std::uint32_t>(VIPS_IMAGE_SIZEOF_PEL(image));
+    return std::max(reader.bytesPerPixel, reader.shrinking == Shrinking::jpeg ? 2 * pixel : pixel);
+}
+
+LoadedPicture failed(MediaFault fault)
 {
     LoadedPicture picture;
-    picture.fault = {outcome, {}, std::move(detail)};
+    picture.fault = std::move(fault);
     return picture;
 }
 
@@ -111,20 +121,20 @@ LoadedPicture load(const Reader& reader, VipsSource* source, std::uint64_t fileS
     LoadedPicture picture;
     const std::uint64_t held = reader.wholeFile ? fileSize : 0;
     if (held > mostPictureMemory)
-        return failed(MediaOutcome::tooLarge, {});
+        return failed({MediaOutcome::tooLarge, {}, {}});
     picture.image = open(reader, source, 1);
     if (!picture.image)
-        return failed(MediaOutcome::damaged, takeVipsError());
+        return failed(takeVipsFault());
     const PictureSize whole = sizeOf(picture.image.get());
-    if (isTooLarge(whole, reader.bytesPerPixel, held, bounds))
-        return failed(MediaOutcome::tooLarge, {});
+    if (isTooLarge(whole, bytesPerPixel(reader, picture.image.get()), held, bounds))
+        return failed({MediaOutcome::tooLarge, {}, {}});
     picture.orientation = vips_image_get_orientation(picture.image.get());
     picture.preview = previewBeforeTurning(picture.orientation, whole, bounds);
     const std::uint32_t shrink = shrinkingFor(reader, whole, picture.preview);
     if (shrink != 1)
         picture.image = open(reader, source, shrink);
     if (!picture.image)
-        return failed(MediaOutcome::damaged, takeVipsError());
+        return failed(takeVipsFault());
     noteCoverage(picture, reader, whole, shrink);
     return picture;
 }
@@ -143,9 +153,10 @@ LoadedPicture loadPicture(RandomAccessFile& file, const PreviewBounds& bounds)
 {
     const VipsSourceHandle source = makeVipsSource(file);
     const Reader* reader = readerFor(source.get());
+    vips_error_clear();
     if (reader == nullptr)
         // The list of what is in such a file may stand at its end, and be missing.
-        return failed(looksLikeTiff(file) ? MediaOutcome::damaged : MediaOutcome::unknownFormat, takeVipsError());
+        return failed({looksLikeTiff(file) ? MediaOutcome::damaged : MediaOutcome::unknownFormat, {}, {}});
     return load(*reader, source.get(), file.size(), bounds);
 }
 

@@ -107,7 +107,7 @@ DecodedPicture shrinkPicture(LoadedPicture picture)
     const int down = blockFor(picture.coveredHeight, picture.preview.height);
     RgbPixels pixels = pixelsOf(inBytes(inScreenColours(averaged(onWhite(std::move(picture.image)), across, down))));
     if (pixels.samples.empty())
-        return {{MediaOutcome::damaged, {}, takeVipsError()}, 0, 0, {}};
+        return {takeVipsFault(), 0, 0, {}};
     pixels.coveredWidth = picture.coveredWidth / across;
     pixels.coveredHeight = picture.coveredHeight / down;
     return turned(scaledPixels(pixels, picture.preview), picture.orientation);

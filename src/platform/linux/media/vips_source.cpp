@@ -10,6 +10,9 @@
 #include <gmodule.h>
 #include <malloc.h>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vips/vector.h>
 
 namespace kelvane::linux_os {
@@ -150,13 +153,21 @@ VipsSourceHandle makeVipsSource(RandomAccessFile& file)
     return VipsSourceHandle(VIPS_SOURCE(source));
 }
 
-std::string takeVipsError()
+MediaFault takeVipsFault()
 {
     std::string text = vips_error_buffer();
     vips_error_clear();
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
-    return text;
+    const auto says = [&](std::string_view words) { return text.find(words) != std::string::npos; };
+    // There are no numbers to go by: the words are those of the library, of libjpeg, of libheif and of libtiff.
+    if (says("out of memory") || says("Insufficient memory"))
+        return {MediaOutcome::tooMuchMemory, {}, std::move(text)};
+    if (says("Unsupported codec") || says("No decoding plugin"))
+        return {MediaOutcome::codecMissing, "HEIF", std::move(text)};
+    if (says("is not configured"))
+        return {MediaOutcome::codecMissing, "TIFF", std::move(text)};
+    return {MediaOutcome::damaged, {}, std::move(text)};
 }
 
 }  // namespace kelvane::linux_os

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <vips/vips.h>
 
-#include "platform/random_access_file.h"
+#include "platform/media_decoding.h"
 
 namespace kelvane::linux_os {
 
@@ -24,7 +23,7 @@ using VipsSourceHandle = std::unique_ptr<VipsSource, VipsUnref>;
 // A source that reads the file, which outlives it and every image that is loaded from it. The library has to run.
 [[nodiscard]] VipsSourceHandle makeVipsSource(RandomAccessFile& file);
 
-// What the library says of its failures since the last call.
-[[nodiscard]] std::string takeVipsError();
+// What the library says of its failures since the last call, and what follows from that; never `made`.
+[[nodiscard]] MediaFault takeVipsFault();
 
 }  // namespace kelvane::linux_os
