@@ -43,6 +43,8 @@ public:
     [[nodiscard]] virtual bool hopeless(const ShellItem& item) const = 0;
     // Codecs and programs that were missing so far, each once.
     [[nodiscard]] virtual std::vector<std::string> missing() const = 0;
+    // What a person should know of the workers that were started so far, in words; empty where nothing is to be told.
+    [[nodiscard]] virtual std::string warning() const { return {}; }
     [[nodiscard]] virtual const MediaOptions& options() const = 0;
 };
 

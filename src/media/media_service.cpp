@@ -79,6 +79,7 @@ public:
     MediaAnswer read(const ShellItem& item, const MediaWish& wish, const CancelFlag& cancel) override;
     bool hopeless(const ShellItem& item) const override { return item.isFolder() || item.info().size.bytes == 0; }
     std::vector<std::string> missing() const override;
+    std::string warning() const override { return pool_.warning(); }
     const MediaOptions& options() const override { return options_; }
 
 private:

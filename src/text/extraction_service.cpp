@@ -62,6 +62,7 @@ public:
     ExtractedDocument extract(const ShellItem& item, const CancelFlag& cancel) override;
     bool hopeless(const ShellItem& item) const override;
     std::vector<std::string> missingTools() const override;
+    std::string warning() const override { return pool_.warning(); }
     const ExtractionOptions& options() const override { return options_; }
 
 private:

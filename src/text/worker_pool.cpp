@@ -4,6 +4,9 @@
 #include <chrono>
 #include <thread>
 
+#include "base/filled_text.h"
+#include "platform/worker_frames.h"
+
 namespace kelvane {
 namespace {
 
@@ -12,6 +15,15 @@ constexpr std::chrono::milliseconds betweenLooks{20};
 
 // So many starts in a row that go wrong are no accident any more.
 constexpr unsigned mostFailedStarts = 3;
+
+struct WallName {
+    bool WorkerConfinement::*wall;
+    TextId words;
+};
+constexpr WallName wallNames[] = {{&WorkerConfinement::files, TextId::wallAroundFiles},
+                                  {&WorkerConfinement::calls, TextId::wallAroundCalls},
+                                  {&WorkerConfinement::signals, TextId::wallAroundSignals},
+                                  {&WorkerConfinement::memory, TextId::wallAroundMemory}};
 
 WorkerConfinement common(const WorkerConfinement& a, const WorkerConfinement& b)
 {
@@ -136,10 +148,19 @@ void WorkerPool::noteStart(const Result<std::unique_ptr<WorkerProcess>>& started
     lastFailure_ = started.error();
 }
 
-std::optional<WorkerConfinement> WorkerPool::walls() const
+std::string WorkerPool::warning() const
 {
     const std::lock_guard lock(mutex_);
-    return walls_;
+    if (!walls_)
+        return {};
+    const WorkerConfinement known = processes_.known();
+    std::string missing;
+    for (const auto& [wall, words] : wallNames)
+        if (known.*wall && !(*walls_.*wall))
+            missing += (missing.empty() ? "" : ", ") + filledText(words);
+    if (missing.empty())
+        return {};
+    return filledText(TextId::workerWallsMissing, {std::string(workerProgramName(limits_.program)), missing});
 }
 
 Result<WorkerAnswer> WorkerPool::ask(std::span<const std::byte> request, const WorkerInput& input,

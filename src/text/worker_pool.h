@@ -8,6 +8,7 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "base/cancel.h"
@@ -44,8 +45,9 @@ public:
     // An error only where no worker can be started.
     [[nodiscard]] Result<WorkerAnswer> ask(std::span<const std::byte> request, const WorkerInput& input,
                                            const CancelFlag& cancel, const AnswerCheck& sensible = {});
-    // The walls that all workers found so far; nothing before one has been started.
-    [[nodiscard]] std::optional<WorkerConfinement> walls() const;
+    // What a person should know of the workers that were started so far, in UTF-8: walls that this system lacks. Empty
+    // where nothing is to be told.
+    [[nodiscard]] std::string warning() const;
 
 private:
     class Loan;

@@ -26,6 +26,7 @@ public:
     }
 
     std::optional<Error> startError;
+    WorkerConfinement walls{true, true, true, true};
     WorkerLimits lastLimits;
     std::atomic<int> starts = 0, running = 0, mostRunning = 0, asked = 0;
 
@@ -48,7 +49,7 @@ private:
             return answer;
         }
         bool alive() const override { return alive_; }
-        WorkerConfinement confinement() const override { return {}; }
+        WorkerConfinement confinement() const override { return house_.walls; }
 
     private:
         ScriptedWorkers& house_;

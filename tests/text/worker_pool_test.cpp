@@ -90,6 +90,20 @@ TEST(WorkerPool, AProgramThatIsMissingOrNeverStartsIsGivenUp)
     }
 }
 
+TEST(WorkerPool, AMissingWallIsTold)
+{
+    ScriptedWorkers workers(inTurn({WorkerEnd::died, WorkerEnd::died}));
+    WorkerPool pool(workers, {}, 1);
+    const CancelFlag never;
+    EXPECT_EQ(pool.warning(), "");
+    static_cast<void>(pool.ask({}, {}, never));
+    EXPECT_EQ(pool.warning(), "");
+    workers.walls.files = workers.walls.memory = false;
+    static_cast<void>(pool.ask({}, {}, never));
+    EXPECT_EQ(pool.warning(), "kelvane-worker reads files with less protection than it could have; this system lacks a "
+                              "wall around files, a limit of memory");
+}
+
 TEST(WorkerPool, ManyCallersShareFewWorkers)
 {
     ScriptedWorkers workers([](auto request, const auto&) {

@@ -21,12 +21,6 @@ using std::chrono::steady_clock;
 
 constexpr milliseconds betweenLooks{2};
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
-
 class WorkerStart {
 public:
     explicit WorkerStart(int socket)
@@ -35,7 +29,7 @@ public:
         ::posix_spawn_file_actions_adddup2(&files_, socket, workerSocket);
         ::posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         ::posix_spawn_file_actions_addopen(&files_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-        if (!sanitized)  // whose findings are for the developer's eyes
+        if (!sanitizedBuild)  // whose findings are for the developer's eyes
             ::posix_spawn_file_actions_addopen(&files_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawnattr_init(&attributes_);
         sigset_t none, all;
@@ -65,7 +59,7 @@ std::vector<std::string> cleanEnvironment()
 {
     std::vector<std::string> environment{"PATH=/usr/local/bin:/usr/bin:/bin", "LC_ALL=C.UTF-8"};
     for (const std::string name : {"ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS"}) {
-        const char* value = sanitized ? std::getenv(name.c_str()) : nullptr;
+        const char* value = sanitizedBuild ? std::getenv(name.c_str()) : nullptr;
         if (value != nullptr)
             environment.push_back(name + "=" + value);
     }

@@ -19,6 +19,13 @@
 
 namespace kelvane::linux_os {
 
+// Sanitizers keep books of their own in terabytes of address space, and tell what they find on standard error.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool sanitizedBuild = true;
+#else
+inline constexpr bool sanitizedBuild = false;
+#endif
+
 // How a process ended: its exit code, or the signal that ended it (then the code is 0).
 struct ProcessEnd {
     int exitCode = 0;

@@ -15,6 +15,7 @@
 #include "platform/linux/file_handle.h"
 #include "platform/linux/landlock_rules.h"
 #include "platform/linux/whole_writes.h"
+#include "platform/linux/worker_child.h"
 #include "platform/worker_frames.h"
 
 namespace kelvane::linux_os {
@@ -28,16 +29,10 @@ bool limit(int resource, rlim_t most)
     return ::setrlimit(static_cast<__rlimit_resource_t>(resource), &both) == 0;
 }
 
-// The sanitizers' own bookkeeping takes terabytes of address space; there the program's look at the memory in use is
-// all that bounds it.
+// In a sanitized build the program's look at the memory in use is all that bounds it.
 bool limitMemory(std::uint64_t bytes)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    static_cast<void>(bytes);
-    return false;
-#else
-    return bytes == 0 || limit(RLIMIT_AS, bytes);
-#endif
+    return !sanitizedBuild && (bytes == 0 || limit(RLIMIT_AS, bytes));
 }
 
 // Of a program that the administrator runs.

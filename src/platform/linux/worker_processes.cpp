@@ -169,6 +169,7 @@ public:
             return status.error();
         return std::unique_ptr<WorkerProcess>(std::move(worker));
     }
+    WorkerConfinement known() const override { return {true, true, true, !sanitizedBuild}; }
 
 private:
     Result<WorkerChild> startChild(const WorkerLimits& limits, const FileHandle& socket)
