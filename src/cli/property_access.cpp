@@ -55,6 +55,9 @@ void PropertyAccess::complainOf(const Console& console) const
         const bool isProgram = name.starts_with("kelvane-");
         complain(console, filledText(isProgram ? TextId::mediaProgramMissing : TextId::toolNotInstalled, {name}));
     }
+    for (const std::string& warning : {extraction->warning(), media->warning()})
+        if (!warning.empty())
+            complain(console, warning);
     const std::string problem = cache != nullptr ? cache->problem() : std::string();
     if (!problem.empty())
         complain(console, problem);
