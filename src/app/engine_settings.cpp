@@ -56,7 +56,6 @@ void applyEngineNumbers(const Settings& settings, EngineOptions& options)
     options.hugeFile = settings.hugeFile;
     options.tinyFile = settings.tinyFile;
     options.dateTolerance = settings.dateTolerance;
-    options.songStartMs = settings.songStartMs;
     options.secondLook = settings.pictureGate;
     options.hoursPerPercent = settings.hoursPerPercent;
     options.excludedVolumes = settings.excludedVolumes;

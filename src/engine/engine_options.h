@@ -49,7 +49,6 @@ struct EngineOptions {
     FileSize hugeFile{10u * 1'048'576u};                       // nHugeFileMB
     FileSize tinyFile{50'000};                                 // nTinyFile
     std::int64_t dateTolerance = 1'000 * ticksPerMillisecond;  // msDateTolerance, 100-ns units
-    std::int64_t songStartMs = 14'900;                         // msSongStart
     std::int64_t hoursPerPercent = 240;                        // nHours1PCdiff
     FileSize largestVirtualStream{64u * 1'048'576u};           // largest file that is read out of an archive
     std::vector<FileCategory> categories = defaultCategories();
