@@ -58,6 +58,7 @@ void PictureNeighbours::findNearest(std::uint32_t reference)
     std::uint32_t i = pairs_.later(reference, reference);
     for (; i != none && !cancel_.cancelled(); i = pairs_.later(reference, i)) {
         const auto score = pairs_.score(reference, i);
+        comparisons_.fetch_add(1, std::memory_order_relaxed);
         if (score && *score >= similarity_) {
             nearest_[reference] = {i, *score};
             return;

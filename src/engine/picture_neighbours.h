@@ -1,6 +1,7 @@
 // Pictures that look alike, found ahead of the group walk by workers.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -34,6 +35,7 @@ public:
     [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override;
     [[nodiscard]] std::optional<ContentScore> knownScore(std::uint32_t reference,
                                                          std::uint32_t position) const override;
+    [[nodiscard]] std::uint64_t comparisons() const override { return comparisons_.load(std::memory_order_relaxed); }
 
 private:
     struct Nearest {
@@ -47,6 +49,7 @@ private:
     const PicturePairs pairs_;
     const std::int32_t similarity_;
     const CancelFlag& cancel_;
+    std::atomic<std::uint64_t> comparisons_{0};
     std::vector<Nearest> nearest_;       // each written by one worker, read once its task is done
     std::optional<OrderedTasks> tasks_;  // last: its threads use everything above
 };

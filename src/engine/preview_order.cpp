@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
+constexpr int mostRounds = 8;  // of joining the ends of chains
+
 // Chains grown from the closest links on: each preview gets at most two neighbours, and no chain is closed (the greedy
 // heuristic for short tours, see J. L. Bentley, "Fast algorithms for geometric traveling salesman problems", 1992).
 class Chains {
@@ -26,15 +28,13 @@ public:
     {
         return isEnd(a) && isEnd(b) && rootOf(a) != rootOf(b);
     }
-    // Whether it was done.
-    bool join(std::uint32_t a, std::uint32_t b)
+    void join(std::uint32_t a, std::uint32_t b)
     {
         if (!canJoin(a, b))
-            return false;
+            return;
         roots_[rootOf(a)] = rootOf(b);
         add(a, b);
         add(b, a);
-        return true;
     }
     [[nodiscard]] bool isEnd(std::uint32_t number) const { return neighbours_[number][1] == none; }
 
@@ -149,8 +149,7 @@ bool joinEnds(const AlikePreviews& alikes, Chains& chains, const CancelFlag& can
     for (std::uint32_t i = 0; i < alikes.size(); ++i)
         if (alikes.of(i).size() == AlikePreviews::most && chains.isEnd(i))
             ends.push_back(i);
-    for (bool joined = true; joined;) {
-        joined = false;
+    for (int round = 0; round < mostRounds && !ends.empty(); ++round) {
         std::vector<Link> links;
         for (const std::uint32_t end : ends) {
             if (cancel.cancelled())
@@ -162,7 +161,7 @@ bool joinEnds(const AlikePreviews& alikes, Chains& chains, const CancelFlag& can
         std::sort(links.begin(), links.end());
         ends.clear();
         for (const Link& link : links) {
-            joined = chains.join(link.a, link.b) || joined;
+            chains.join(link.a, link.b);
             ends.push_back(link.a);
         }
         std::erase_if(ends, [&](std::uint32_t end) { return !chains.isEnd(end); });

@@ -10,7 +10,7 @@
 #include "engine/picture_pairs.h"
 #include "engine/picture_scores.h"
 #include "engine/preview_order.h"
-#include "props/value_convert.h"
+#include "props/held_object.h"
 
 namespace kelvane {
 namespace {
@@ -18,33 +18,6 @@ namespace {
 MediaKind kindOf(const ScanCriteria& criteria)
 {
     return criteria.category() == Category::video ? MediaKind::film : MediaKind::picture;
-}
-
-// What the file's node holds; null where there is none.
-Ref<const DescribedPreview> heldBy(const ItemContext& file, const PropRef& property)
-{
-    const PROPCACHE* node = file.find(property.identifier, property.kind());
-    const auto* object = node != nullptr ? std::get_if<Ref<RawObject>>(&node->raw.data) : nullptr;
-    return Ref<const DescribedPreview>(object != nullptr ? dynamic_cast<const DescribedPreview*>(object->get())
-                                                         : nullptr);
-}
-
-bool wasTried(const ItemContext& file, const PropRef& property)
-{
-    const PROPCACHE* node = file.find(property.identifier, property.kind());
-    return node != nullptr && !node->pending();
-}
-
-// A null reference is kept as a missing value.
-void keep(ItemContext& file, const PropRef& property, Ref<DescribedPreview> described)
-{
-    PROPCACHE* node = file.find(property.identifier, property.kind());
-    if (node == nullptr)
-        node = &file.push(std::make_unique<PROPCACHE>());
-    RawValue value;
-    if (described)
-        value = {VarType::object, false, Ref<RawObject>(described)};
-    convertValue(*node, property, std::move(value));
 }
 
 class SimilarPictures final : public SimilarContent {
@@ -71,17 +44,17 @@ public:
     std::optional<NoDescriptorCause> describe(const ScanCriteria& criteria, Candidate& file,
                                               const CancelFlag& cancel) override
     {
-        if (wasTried(file, thumbnail_))
+        if (wasMade(file, thumbnail_))
             return std::nullopt;
         PreviewDescription made = describer_.signature(file.item(), kindOf(criteria), cancel);
         if (!made.signature) {
-            keep(file, thumbnail_, {});
+            keepObject(file, thumbnail_, {});
             return mediaCause(made.fault);
         }
         const Ref<DescribedPreview> described(new DescribedPreview(*made.signature));
         if (made.preview)
             scores_.keep(described, std::move(made.preview));
-        keep(file, thumbnail_, described);
+        keepObject(file, thumbnail_, described);
         return std::nullopt;
     }
 
@@ -93,7 +66,7 @@ public:
             return std::nullopt;
         OrderedPictures pictures;
         for (const Candidate& file : candidates)
-            pictures.push_back({heldBy(file, thumbnail_), file.itemRef()});
+            pictures.push_back({held<DescribedPreview>(file, thumbnail_), file.itemRef()});
         const auto alikes = AlikePreviews::find(signaturesOf(pictures), threads_, cancel);
         const auto places = alikes ? placesByLooks(*alikes, cancel) : std::nullopt;
         if (!places)
@@ -101,7 +74,10 @@ public:
         return std::vector<std::uint64_t>(places->begin(), places->end());
     }
 
-    bool admits(const ScanCriteria&, ItemContext& file) override { return static_cast<bool>(heldBy(file, thumbnail_)); }
+    bool admits(const ScanCriteria&, ItemContext& file) override
+    {
+        return static_cast<bool>(held<DescribedPreview>(file, thumbnail_));
+    }
 
     ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) override
     {
@@ -166,7 +142,7 @@ private:
     [[nodiscard]] Ref<const DescribedPreview> describedOf(const ScanCriteria& criteria, ItemContext& file)
     {
         static_cast<void>(describe(criteria, file, never_));
-        return heldBy(file, thumbnail_);
+        return held<DescribedPreview>(file, thumbnail_);
     }
 
     const MediaDescriber& describer_;
