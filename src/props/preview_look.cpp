@@ -8,9 +8,9 @@
 namespace kelvane {
 namespace {
 
-// The limits were fitted to 1,310 photographs, drawings and parts of them, each with ten edited copies, most against
-// all others that the score takes to be alike: of copies with much in them 99.4 % pass (what is lost is so bright that
-// more light leaves nothing of it), and of 400,000 unrelated pairs seven.
+// The limits were fitted to about 1,000 photographs, drawings and parts of them, each with ten edited copies, against
+// all others that the score takes to be alike. Of copies with much in them 99.4 % pass; most of the rest are so bright
+// that more light leaves nothing of them. Of some 150,000 pairs of different ones with much in them fewer than ten do.
 
 // Where there is little structure, colours are nearly all there is: light changes them about as much as it changes
 // whatever structure there is.

@@ -75,7 +75,7 @@ TEST(PreviewIndex, FindsWhatHoldingAllAgainstAllFinds)
 TEST(PreviewOrder, PutsFamiliesSideBySide)
 {
     constexpr unsigned members = 4;
-    const auto signatures = families(700, members);
+    const auto signatures = families(300, members);
     const CancelFlag never;
     const auto alikes = AlikePreviews::find(pointers(signatures), 2, never);
     const auto places = placesByLooks(*alikes, never);
