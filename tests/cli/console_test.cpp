@@ -65,7 +65,7 @@ TEST(Console, BadInputIsNamedWithWhatMayHaveBeenMeant)
         {{"scan", root, "--no-content"}, "--match"},
         {{"scan", root, "--content", "--no-content"}, "exclude"},
         {{"scan", root, "--similar", "80"}, "similar contents cannot be compared for All file types"},
-        {{"compare", file, file, "--similar", "80", "--category", "audio"}, "cannot be compared for Music"},
+        {{"compare", file, file, "--similar", "80", "--category", "ebooks"}, "cannot be compared for"},
         {{"scan", root, "--settings", "x.ini"}, "x.ini: "},
         {{"scan", root + "/none"}, "/none: "},
         {{"scan", ""}, "an empty name"},
