@@ -7,9 +7,9 @@
 
 #include "base/byte_stream.h"
 #include "base/crc32.h"
+#include "props/held_object.h"
 #include "props/made_up_texts.h"
 #include "props/property_world.h"
-#include "props/held_object.h"
 #include "props/sim_doc_cache.h"
 
 namespace kelvane {
