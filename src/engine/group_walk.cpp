@@ -84,7 +84,7 @@ bool GroupWalk::collect(std::uint32_t seed)
         if (accept(i) && !neighbours_->follow(i, whileWaiting_))
             return false;
     }
-    return true;
+    return !ports_.cancel.cancelled();  // neighbours that are looked for end early then
 }
 
 MatchResult GroupWalk::compare(std::uint32_t a, std::uint32_t b)

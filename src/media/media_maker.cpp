@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
+
+#include "platform/watched_file.h"
 
 namespace kelvane {
 namespace {
@@ -76,9 +79,7 @@ MediaFault addPreview(MediaAnswer& answer, RandomAccessFile& file, const MediaRe
     return {answer.preview ? MediaOutcome::made : MediaOutcome::damaged, {}, {}};
 }
 
-}  // namespace
-
-MediaAnswer makeMediaAnswer(RandomAccessFile& file, const MediaRequest& request, const MediaDecoders& decoders)
+MediaAnswer answerFrom(RandomAccessFile& file, const MediaRequest& request, const MediaDecoders& decoders)
 {
     MediaAnswer answer;
     if (request.wish.facts)
@@ -91,6 +92,20 @@ MediaAnswer makeMediaAnswer(RandomAccessFile& file, const MediaRequest& request,
     if (answer.fault.outcome == MediaOutcome::made)
         answer.fault = std::move(fault);
     return answer;
+}
+
+}  // namespace
+
+// What was made of a file of which some part could not be read would be kept for what the file is.
+MediaAnswer makeMediaAnswer(RandomAccessFile& file, const MediaRequest& request, const MediaDecoders& decoders)
+{
+    WatchedFile watched(file);
+    MediaAnswer answer = answerFrom(watched, request, decoders);
+    if (!watched.failed())
+        return answer;
+    MediaAnswer nothing;
+    nothing.fault = {MediaOutcome::unreadable, {}, std::move(answer.fault.detail)};
+    return nothing;
 }
 
 }  // namespace kelvane

@@ -147,14 +147,15 @@ MediaAnswer MediaService::askWorker(const MediaRequest& request, const WorkerInp
                                               : nothing(outcomeOf(answer->end), answer->error.detail);
 }
 
-// What was wished for is there, or a fault of the file says why it is not; how a worker fares is not for itself to say.
+// What was wished for is there, or a fault of the file says why it is not; of how it fares itself, a worker may only
+// say that its memory ran out.
 bool MediaService::isWanted(const MediaAnswer& answer, const MediaWish& wish) const
 {
     if (answer.fingerprint && answer.fingerprint->frames() != SongOpening(options_.songStartMs).frames)
         return false;
     if (answer.fault.outcome == MediaOutcome::made)
         return (answer.fingerprint != nullptr) == wish.fingerprint && (answer.preview != nullptr) == wish.preview;
-    return answer.fault.outcome <= MediaOutcome::codecMissing;
+    return answer.fault.outcome <= MediaOutcome::codecMissing || answer.fault.outcome == MediaOutcome::tooMuchMemory;
 }
 
 std::vector<std::string> MediaService::missing() const

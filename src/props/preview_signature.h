@@ -35,6 +35,7 @@ struct PreviewLook {
     // Of the brightness of the cells, without its even slope from one edge to the other, which skies and shaded
     // backgrounds share: -1 to 1; near 1 where nothing else is in either.
     double correlation = 0;
+    bool flat = false;   // there is hardly anything in one of them
     bool agrees = true;  // nothing of it contradicts that the two are one picture
 };
 
@@ -43,6 +44,9 @@ namespace look_limit {
 inline constexpr double leastCorrelation = 0.7;
 inline constexpr double mostLight = 1.42;  // or its inverse
 inline constexpr double mostEvenedDifference = 12;
+// The deviation of the cells' brightness without its slope. Below it there is nothing to know a picture by: white
+// lettering on nothing, empty pages, fog. Like silence in music, it is like everything.
+inline constexpr double leastDeviation = 4;
 }  // namespace look_limit
 
 // Both of the same size, else they do not agree. Depends on the signatures alone, so that it can be asked before

@@ -47,12 +47,11 @@ TEST(SimilarPictures, LooksTwiceUnlessToldNotTo)
 {
     PictureWorld world;
     world.add("/blue.png", flatPreview({0, 0, 200}));
-    world.add("/blue too.png", flatPreview({1, 0, 199}));
     world.add("/red.png", flatPreview({200, 0, 0}));
     world.begin();
-    EXPECT_EQ(groupsOf(world.search(world.alike())), (Groups{{"/blue.png", "/blue too.png"}}));
+    EXPECT_EQ(groupsOf(world.search(world.alike())), Groups{});
     world.options.secondLook = false;
-    EXPECT_EQ(groupsOf(world.search(world.alike())), (Groups{{"/blue.png", "/blue too.png", "/red.png"}}));
+    EXPECT_EQ(groupsOf(world.search(world.alike())), (Groups{{"/blue.png", "/red.png"}}));
 }
 
 TEST(SimilarPictures, LeavesOutWhatHasNoPreviewAndSaysWhy)
@@ -138,10 +137,10 @@ TEST(SimilarPictures, FindsByTheIndexWhatThePlainWalkFindsWhateverTheThreads)
 TEST(SimilarPictures, KeepsManyCopiesInOneGroup)
 {
     PictureWorld world;
-    const Scene scene(1);
+    const Scene scene(1), other(2);
     for (int i = 0; i < 80; ++i) {
         world.add("/a" + std::to_string(i) + ".jpg", scene.preview(40, 30, 1 + (i % 5) * 0.002));
-        world.add("/b" + std::to_string(i) + ".jpg", flatPreview({255, 255, 255}, 40, 30));
+        world.add("/b" + std::to_string(i) + ".jpg", other.preview(40, 30));
     }
     world.begin();
     const auto groups = groupsOf(world.search(world.alike()));

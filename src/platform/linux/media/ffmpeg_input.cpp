@@ -84,7 +84,7 @@ struct FreeFormat {
 
 int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**)
 {
-    return AVERROR(EACCES);
+    return AVERROR(ENOENT);  // what stands in another file is not there
 }
 
 int isSpent(void* source)
@@ -120,6 +120,7 @@ public:
     }
 
     AVFormatContext& format() override { return *format_; }
+    bool limited() const override { return left_ == 0 || source_.spent(); }
 
     int read(const AVStream& stream, AVPacket& packet) override
     {

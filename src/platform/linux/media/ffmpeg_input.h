@@ -60,6 +60,9 @@ public:
     // and where a limit is reached. Damage ahead is skipped as far as FFmpeg can.
     [[nodiscard]] virtual int read(const AVStream& stream, AVPacket& packet) = 0;
 
+    // Whether a limit was reached, so that an end is not the file's.
+    [[nodiscard]] virtual bool limited() const = 0;
+
 protected:
     FfmpegInput() = default;
     FfmpegInput(const FfmpegInput&) = delete;

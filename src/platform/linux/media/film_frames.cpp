@@ -25,7 +25,21 @@ bool isGuessed(const AVFormatContext& format)
 
 std::int64_t startOf(const AVStream& stream)
 {
-    return stream.start_time == AV_NOPTS_VALUE ? 0 : stream.start_time;
+    return stream.start_time == AV_NOPTS_VALUE ? 0 : std::max(stream.start_time, -INT64_MAX);
+}
+
+// Whatever a file claims; so that no sum of times is too large. In milliseconds.
+constexpr std::int64_t longestFilm = std::int64_t{10} * 366 * 24 * 3'600 * 1'000;
+
+std::int64_t believable(std::int64_t time)
+{
+    return std::clamp<std::int64_t>(time, 0, longestFilm);
+}
+
+std::int64_t sum(std::int64_t a, std::int64_t b)
+{
+    std::int64_t result = 0;
+    return __builtin_add_overflow(a, b, &result) ? (a < 0 ? INT64_MIN : INT64_MAX) : result;
 }
 
 MediaFault faultOfStream(const AVStream& stream, std::uint64_t mostPixels)
@@ -68,8 +82,8 @@ std::int64_t FilmFrames::statedDuration() const
     if (isGuessed(format))
         return 0;
     if (stream_.duration != AV_NOPTS_VALUE && stream_.duration > 0)
-        return av_rescale_q(stream_.duration, stream_.time_base, milliseconds);
-    return format.duration == AV_NOPTS_VALUE ? 0 : std::max<std::int64_t>(format.duration / 1000, 0);
+        return believable(av_rescale_q(stream_.duration, stream_.time_base, milliseconds));
+    return format.duration == AV_NOPTS_VALUE ? 0 : believable(format.duration / 1000);
 }
 
 // Recordings that were never closed properly do not say. Reading on ends at the limits of the input.
@@ -79,13 +93,13 @@ std::int64_t FilmFrames::measuredDuration()
     std::int64_t end = 0;
     while (input_->read(stream_, *packet) >= 0)
         if (packet->pts != AV_NOPTS_VALUE)
-            end = std::max(end, packet->pts + std::max<std::int64_t>(packet->duration, 0) - startOf(stream_));
-    return av_rescale_q(end, stream_.time_base, milliseconds);
+            end = std::max(end, sum(packet->pts, std::max<std::int64_t>(packet->duration, 0)));
+    return believable(av_rescale_q(sum(end, -startOf(stream_)), stream_.time_base, milliseconds));
 }
 
 std::int64_t FilmFrames::stamp(std::int64_t time) const
 {
-    return startOf(stream_) + av_rescale_q(time, milliseconds, stream_.time_base);
+    return sum(startOf(stream_), av_rescale_q(time, milliseconds, stream_.time_base));
 }
 
 bool FilmFrames::jump(std::int64_t time)

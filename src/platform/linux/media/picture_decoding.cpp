@@ -4,30 +4,12 @@
 #include "platform/linux/media/bitmap_picture.h"
 #include "platform/linux/media/picture_shrinking.h"
 #include "platform/linux/media/raw_picture.h"
+#include "platform/watched_file.h"
 
 namespace kelvane {
 namespace {
 
 using linux_os::LoadedPicture;
-
-// Libraries tell a file that cannot be read from one that is damaged in words at best.
-class WatchedFile final : public RandomAccessFile {
-public:
-    explicit WatchedFile(RandomAccessFile& file) : file_(file) {}
-
-    std::uint64_t size() const override { return file_.size(); }
-    Result<std::size_t> readAt(std::uint64_t position, std::span<std::byte> buffer) override
-    {
-        auto count = file_.readAt(position, buffer);
-        failed_ = failed_ || !count;
-        return count;
-    }
-    [[nodiscard]] bool failed() const { return failed_; }
-
-private:
-    RandomAccessFile& file_;
-    bool failed_ = false;
-};
 
 DecodedPicture vipsPreview(RandomAccessFile& file, const PreviewBounds& bounds)
 {

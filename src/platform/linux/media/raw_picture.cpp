@@ -28,8 +28,9 @@ MediaFault faultOf(int error)
 {
     const auto outcome = error == LIBRAW_FILE_UNSUPPORTED || error == LIBRAW_REQUEST_FOR_NONEXISTENT_IMAGE
                              ? MediaOutcome::unknownFormat
-                         : error == LIBRAW_UNSUFFICIENT_MEMORY || error == LIBRAW_TOO_BIG ? MediaOutcome::tooLarge
-                                                                                          : MediaOutcome::damaged;
+                         : error == LIBRAW_UNSUFFICIENT_MEMORY ? MediaOutcome::tooMuchMemory
+                         : error == LIBRAW_TOO_BIG             ? MediaOutcome::tooLarge
+                                                               : MediaOutcome::damaged;
     return {outcome, {}, LibRaw::strerror(error)};
 }
 

@@ -15,7 +15,7 @@ constexpr std::uint64_t largestCounted = 256u * 1'048'576u;
 struct Packets {
     std::int64_t duration = 0;  // in the stream's unit
     bool even = true;           // all of the same size, but for a byte that evens out fractions
-    bool ended = false;
+    bool ended = false;         // there are no more in the file
 };
 
 Packets countPackets(FfmpegInput& input, const AVStream& stream, bool judgeOnly)
@@ -25,14 +25,14 @@ Packets countPackets(FfmpegInput& input, const AVStream& stream, bool judgeOnly)
     int smallest = 0;
     int largest = 0;
     for (int count = 0; !judgeOnly || count < packetsToJudge; ++count) {
-        if (input.read(stream, *packet) < 0) {
-            all.ended = true;
+        if (const int error = input.read(stream, *packet); error < 0) {
+            all.ended = error == AVERROR_EOF && !input.limited();
             break;
         }
         smallest = count == 0 ? packet->size : std::min(smallest, packet->size);
         largest = std::max(largest, packet->size);
         all.even = largest - smallest <= 1;
-        all.duration += std::max<std::int64_t>(packet->duration, 0);
+        all.duration += std::clamp<std::int64_t>(packet->duration, 0, INT32_MAX);  // too few to overflow the sum
         if (!all.even && judgeOnly)
             break;
     }

@@ -160,8 +160,8 @@ MediaFault takeVipsFault()
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
     const auto says = [&](std::string_view words) { return text.find(words) != std::string::npos; };
-    // There are no numbers to go by: the words are those of the library, of libjpeg, of libheif and of libtiff.
-    if (says("out of memory") || says("Insufficient memory"))
+    // There are no numbers to go by: the words are those of the library, of libjpeg, libpng, libheif and libtiff.
+    if (says("ut of memory") || says("nsufficient memory") || says("emory allocation") || says("allocate memory"))
         return {MediaOutcome::tooMuchMemory, {}, std::move(text)};
     if (says("Unsupported codec") || says("No decoding plugin"))
         return {MediaOutcome::codecMissing, "HEIF", std::move(text)};
