@@ -28,15 +28,25 @@ std::uint8_t difference(std::uint8_t a, std::uint8_t b)
     return static_cast<std::uint8_t>(a - b);
 }
 
-// One colour of a preview. What a value is expected to be, by those before it, leaves little over, so that the cache,
-// which compresses what it is given, has much to gain.
-class Plane {
+// Without a branch: which of two neighbours is darker cannot be foretold, and guessing wrong would take most of the
+// time.
+int lesser(int a, int b)
+{
+    const int difference = a - b;
+    return b + (difference & (difference >> 31));
+}
+
+using Colours = std::array<std::uint8_t, channels>;  // green, and how far blue and red are from it
+
+// The colours of a preview, pixel by pixel. What a value is expected to be, by those before it, leaves little over, so
+// that the cache, which compresses what it is given, has much to gain.
+class Expectation {
 public:
-    Plane(std::uint32_t width, std::uint32_t height) : width_(width), height_(height), values_(width * height) {}
+    Expectation(std::uint32_t width, std::uint32_t height) : width_(width), height_(height), values_(width * height) {}
 
-    [[nodiscard]] std::uint8_t& operator[](std::size_t i) { return values_[i]; }
+    [[nodiscard]] Colours& operator[](std::size_t i) { return values_[i]; }
 
-    // For each value in turn: its place, and what it is expected to be.
+    // For each pixel in turn: its place, and what it is expected to be.
     template <class Take>
     void forEach(Take take)
     {
@@ -47,25 +57,29 @@ public:
     }
 
 private:
-    // The median edge detector (Weinberger, Seroussi and Sapiro, "LOCO-I", 1996).
-    [[nodiscard]] std::uint8_t expected(std::size_t i, bool hasLeft, bool hasUp) const
+    // The median edge detector (Weinberger, Seroussi and Sapiro, "LOCO-I", 1996): the plane through three neighbours,
+    // kept between two of them.
+    [[nodiscard]] static std::uint8_t within(int left, int up, int corner)
     {
-        const std::uint8_t left = hasLeft ? values_[i - 1] : 0;
-        const std::uint8_t up = hasUp ? values_[i - width_] : left;
-        if (!hasLeft || !hasUp)
-            return up;
-        const std::uint8_t corner = values_[i - width_ - 1];
-        const auto [low, high] = std::minmax(left, up);
-        if (corner >= high)
-            return low;
-        return corner <= low ? high : static_cast<std::uint8_t>(left + up - corner);
+        const int low = lesser(left, up), high = left + up - low;
+        const int kept = lesser(high, left + up - corner);
+        return static_cast<std::uint8_t>(low + kept - lesser(low, kept));
+    }
+
+    [[nodiscard]] Colours expected(std::size_t i, bool hasLeft, bool hasUp) const
+    {
+        if (!hasUp)
+            return hasLeft ? values_[i - 1] : Colours{};
+        if (!hasLeft)
+            return values_[i - width_];
+        const Colours &left = values_[i - 1], &up = values_[i - width_], &corner = values_[i - width_ - 1];
+        return {within(left[0], up[0], corner[0]), within(left[1], up[1], corner[1]),
+                within(left[2], up[2], corner[2])};
     }
 
     std::uint32_t width_, height_;
-    std::vector<std::uint8_t> values_;
+    std::vector<Colours> values_;
 };
-
-using Colours = std::array<std::uint8_t, channels>;  // green, and how far blue and red are from it
 
 Colours parted(std::span<const std::byte> pixel)
 {
@@ -103,13 +117,15 @@ std::vector<std::byte> CachedBitmap::packed() const
     writer.number(packedVersion);
     writer.number(static_cast<std::uint16_t>(width_));
     writer.number(static_cast<std::uint16_t>(height_));
-    for (std::size_t channel = 0; channel < channels; ++channel) {
-        Plane plane(width_, height_);
-        plane.forEach([&](std::size_t i, std::uint8_t expected) {
-            plane[i] = parted(pixels().subspan(i * pixelSize, pixelSize))[channel];
-            writer.number(difference(plane[i], expected));
-        });
-    }
+    const std::size_t count = std::size_t{width_} * height_;
+    std::vector<std::byte> rest(channels * count);
+    Expectation values(width_, height_);
+    values.forEach([&](std::size_t i, const Colours& expected) {
+        values[i] = parted(pixels().subspan(i * pixelSize, pixelSize));
+        for (std::size_t channel = 0; channel < channels; ++channel)
+            rest[channel * count + i] = std::byte{difference(values[i][channel], expected[channel])};
+    });
+    writer.bytes(rest);
     return writer.take();
 }
 
@@ -124,14 +140,13 @@ Ref<CachedBitmap> CachedBitmap::unpacked(std::span<const std::byte> bytes)
     const auto rest = reader.bytes(channels * count);
     if (!rest || !reader.atEnd())
         return {};
-    std::vector<Plane> planes(channels, Plane(*width, *height));
-    for (std::size_t channel = 0; channel < channels; ++channel)
-        planes[channel].forEach([&](std::size_t i, std::uint8_t expected) {
-            planes[channel][i] = sum(std::to_integer<std::uint8_t>((*rest)[channel * count + i]), expected);
-        });
+    Expectation values(*width, *height);
     std::vector<std::byte> pixels(count * pixelSize);
-    for (std::size_t i = 0; i < count; ++i)
-        joined({planes[0][i], planes[1][i], planes[2][i]}, std::span(pixels).subspan(i * pixelSize, pixelSize));
+    values.forEach([&](std::size_t i, const Colours& expected) {
+        for (std::size_t channel = 0; channel < channels; ++channel)
+            values[i][channel] = sum(std::to_integer<std::uint8_t>((*rest)[channel * count + i]), expected[channel]);
+        joined(values[i], std::span(pixels).subspan(i * pixelSize, pixelSize));
+    });
     return make(*width, *height, std::move(pixels));
 }
 
