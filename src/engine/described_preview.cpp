@@ -38,6 +38,44 @@ bool DescribedPreview::sameSize(const DescribedPreview& other) const
 void RecentPreviews::put(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview)
 {
     const std::lock_guard lock(mutex_);
+    insert(std::move(described), std::move(preview));
+}
+
+Ref<CachedBitmap> RecentPreviews::find(const DescribedPreview& described)
+{
+    const std::lock_guard lock(mutex_);
+    return used(described);
+}
+
+Ref<CachedBitmap> RecentPreviews::obtain(const Ref<const DescribedPreview>& described,
+                                         const std::function<Ref<CachedBitmap>()>& make)
+{
+    std::unique_lock lock(mutex_);
+    made_.wait(lock, [&] { return !beingMade_.contains(described.get()); });
+    if (Ref<CachedBitmap> held = used(*described))
+        return held;
+    beingMade_.insert(described.get());
+    lock.unlock();
+    Ref<CachedBitmap> preview = make();
+    lock.lock();
+    beingMade_.erase(described.get());
+    made_.notify_all();
+    if (preview)
+        insert(described, preview);
+    return preview;
+}
+
+Ref<CachedBitmap> RecentPreviews::used(const DescribedPreview& described)
+{
+    const auto entry = entries_.find(&described);
+    if (entry == entries_.end())
+        return {};
+    recent_.splice(recent_.begin(), recent_, entry->second);
+    return entry->second->preview;
+}
+
+void RecentPreviews::insert(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview)
+{
     const DescribedPreview* const key = described.get();
     if (entries_.contains(key))
         return;
@@ -46,16 +84,6 @@ void RecentPreviews::put(Ref<const DescribedPreview> described, Ref<CachedBitmap
     entries_[key] = recent_.begin();
     while (bytes_ > mostBytes_)
         drop(std::prev(recent_.end()));
-}
-
-Ref<CachedBitmap> RecentPreviews::find(const DescribedPreview& described)
-{
-    const std::lock_guard lock(mutex_);
-    const auto entry = entries_.find(&described);
-    if (entry == entries_.end())
-        return {};
-    recent_.splice(recent_.begin(), recent_, entry->second);
-    return entry->second->preview;
 }
 
 void RecentPreviews::clear()

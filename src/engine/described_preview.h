@@ -1,10 +1,13 @@
 // What a scan keeps of a picture or a film: its signature always, its preview while there is room.
 #pragma once
 
+#include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <mutex>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "props/cached_bitmap.h"
 #include "props/preview_signature.h"
@@ -34,6 +37,10 @@ public:
     void put(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview);
     // Null where it is not held any more.
     [[nodiscard]] Ref<CachedBitmap> find(const DescribedPreview& described);
+    // The one that is held, else what `make` gives. Neighbours are scored at one time and share a picture: it is made
+    // by one of the threads, and the others wait.
+    [[nodiscard]] Ref<CachedBitmap> obtain(const Ref<const DescribedPreview>& described,
+                                           const std::function<Ref<CachedBitmap>()>& make);
     void clear();
 
 private:
@@ -42,6 +49,9 @@ private:
         Ref<CachedBitmap> preview;
     };
 
+    // All of these with the mutex held.
+    [[nodiscard]] Ref<CachedBitmap> used(const DescribedPreview& described);
+    void insert(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview);
     void drop(std::list<Entry>::iterator entry);
 
     const std::uint64_t mostBytes_;
@@ -49,6 +59,8 @@ private:
     std::list<Entry> recent_;  // the one used last first
     std::unordered_map<const DescribedPreview*, std::list<Entry>::iterator> entries_;
     std::uint64_t bytes_ = 0;
+    std::unordered_set<const DescribedPreview*> beingMade_;
+    std::condition_variable made_;
 };
 
 }  // namespace kelvane

@@ -36,13 +36,7 @@ std::optional<std::int32_t> PictureScores::of(const Picture& a, const Picture& b
 
 Ref<CachedBitmap> PictureScores::preview(const Picture& picture, MediaKind kind)
 {
-    Ref<CachedBitmap> preview = recent_.find(*picture.described);
-    if (preview)
-        return preview;
-    preview = describer_.preview(*picture.item, kind, never_);
-    if (preview)
-        recent_.put(picture.described, preview);
-    return preview;
+    return recent_.obtain(picture.described, [&] { return describer_.preview(*picture.item, kind, never_); });
 }
 
 }  // namespace kelvane

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <random>
 #include <set>
+#include <thread>
 
 #include "engine/described_preview.h"
 #include "props/made_up_previews.h"
@@ -124,6 +127,29 @@ TEST(RecentPreviews, LetGoOfThoseUsedLeastRecently)
     EXPECT_EQ(std::to_integer<int>(recent.find(*described[3])->pixels()[2]), 3);
     recent.clear();
     EXPECT_FALSE(recent.find(*described[3]));
+}
+
+// Neighbours that are scored at one time had their common picture fetched twice.
+TEST(RecentPreviews, AreMadeOnceForAllThreadsThatWantThem)
+{
+    const auto preview = testing::flatPreview({1, 2, 3}, 10, 10);
+    const Ref<const DescribedPreview> described(new DescribedPreview(PreviewSignature::of(*preview)));
+    RecentPreviews recent(1 << 20);
+    EXPECT_FALSE(recent.obtain(described, [] { return Ref<CachedBitmap>(); }));
+    std::atomic<int> made = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&] {
+            const auto got = recent.obtain(described, [&] {
+                ++made;
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+                return preview;
+            });
+            EXPECT_EQ(got.get(), preview.get());
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(made, 1) << "what was not to be had before is tried again, once";
 }
 
 }  // namespace
