@@ -53,7 +53,7 @@ TEST_F(SettingsVerb, SaysWhatIsKeptFromRunToRunAndThrowsItAway)
     RunCacheKey key;
     for (key.identity = {1, 1}; key.identity.index <= 3; ++key.identity.index)
         (*cache)->put(key, std::vector<std::byte>(5000));
-    EXPECT_THAT(settings({"list"}).out, HasSubstr("\nKept of documents from run to run: 3 descriptors, 14.6 KB\n"));
+    EXPECT_THAT(settings({"list"}).out, HasSubstr("\nKept of contents from run to run: 3 descriptors, 14.6 KB\n"));
     EXPECT_EQ(json::parse(settings({"list", "--json"}).out).at("cache").at("descriptors"), 3);
     EXPECT_FALSE(json::parse(settings({"get", "--json", "nHugeFileMB"}).out).contains("cache"));
     EXPECT_EQ(settings({"--clear-cache", "list"}).code, ExitCode::usage);

@@ -1,6 +1,8 @@
 // Requests of the desktop over a message bus of the test's own.
 #include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,7 +44,7 @@ public:
                     ("--address=" + address()).c_str(), static_cast<char*>(nullptr));
             ::_exit(1);
         }
-        for (int i = 0; i < 2000 && !fs::exists(socket_); ++i)
+        for (int i = 0; i < 2000 && !listens(); ++i)
             ::poll(nullptr, 0, 5);
     }
     ~PrivateBus()
@@ -56,6 +58,18 @@ public:
     [[nodiscard]] std::string address() const { return "unix:path=" + socket_.native(); }
 
 private:
+    // The socket is there a moment before anybody listens.
+    [[nodiscard]] bool listens() const
+    {
+        sockaddr_un place{};
+        place.sun_family = AF_UNIX;
+        socket_.native().copy(place.sun_path, sizeof place.sun_path - 1);
+        const int caller = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const bool heard = ::connect(caller, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
+        ::close(caller);
+        return heard;
+    }
+
     fs::path socket_;
     pid_t process_;
 };

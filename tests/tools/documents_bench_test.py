@@ -33,7 +33,9 @@ class Bench(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             files = [{"file": "documents/" + name, "source": source, "relation": relation, "origin": name}
                      for name, (source, relation) in relations.items()]
-            Path(folder, "truth.json").write_text(json.dumps({"files": files}))
+            Path(folder, "truth.json").write_text(json.dumps({
+                "what": "document", "relations": ["original", "resaved", "converted", "light"], "neither": ["heavy"],
+                "files": files}))
             program = Path(folder, "program")
             program.write_text(PROGRAM)
             program.chmod(0o700)
@@ -43,7 +45,7 @@ class Bench(unittest.TestCase):
         # groups, pairs, unrelated, precision, recall, then recall of resaved, converted, light, heavy
         self.assertEqual(rows[0][2:], ["2", "4", "1", "0.750", "1.000", "1.000", "-", "1.000", "0.000"])
         self.assertEqual(rows[1][2:], ["1", "1", "0", "1.000", "0.333", "1.000", "-", "0.000", "0.000"])
-        self.assertIn("2,500 comparisons a second", output)
+        self.assertIn("5000 comparisons, 714.3 a file, 2,500 a second", output)
         self.assertIn("5 pairs; of these the ordinary search finds  0.800", output)
 
 
