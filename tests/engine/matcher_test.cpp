@@ -58,6 +58,7 @@ protected:
         return criteria;
     }
 
+    FixedScore scores;
     GroupingWorld world;
     std::string other = "/b.x";
     std::vector<StageReport> report;
@@ -164,7 +165,6 @@ TEST_F(MatcherTest, DatesAndTextsHaveTolerancesOfTheirOwn)
 
 TEST_F(MatcherTest, SimilarContentsNeedTheScore)
 {
-    FixedScore scores;
     world.similar = &scores;
     const ScanCriteria images = fuzzy(90, "", scan_flag::contents, Category::images);
     scores.score = {true, 90, false};
@@ -185,7 +185,6 @@ TEST_F(MatcherTest, SimilarContentsNeedTheScore)
 // Where the files of a category stand in the order of durations, a score that is too low says nothing of the next ones.
 TEST_F(MatcherTest, PicturesPartAtTheFirstStageAndSoundsAndFilmsAtThatOfContents)
 {
-    FixedScore scores;
     world.similar = &scores;
     scores.score = {.score = 10};
     for (const auto& [category, expected] :
