@@ -4,7 +4,6 @@
 #include <array>
 #include <limits>
 #include <numeric>
-#include <ranges>
 #include <utility>
 
 namespace kelvane {
@@ -127,10 +126,12 @@ private:
         chains_.follow(member, chain_);
         for (const std::uint32_t i : chain_)
             places_[i] = taken_++;
-        for (const std::uint32_t i : chain_)
-            for (const AlikePreview& alike : std::views::reverse(alikes_.of(i)))
-                if (places_[alike.number] == none)
-                    pending_.push_back(alike.number);
+        for (const std::uint32_t i : chain_) {
+            const auto alikes = alikes_.of(i);
+            for (auto alike = alikes.rbegin(); alike != alikes.rend(); ++alike)
+                if (places_[alike->number] == none)
+                    pending_.push_back(alike->number);
+        }
     }
 
     const AlikePreviews& alikes_;
