@@ -42,7 +42,7 @@ public:
             made.fault.outcome = MediaOutcome::tooShort;
         }
         const bool any = static_cast<bool>(made.fingerprint);
-        keepObject(file, fingerprint_, std::move(made.fingerprint));
+        keepObject(file, fingerprint_, made.fingerprint);
         return any ? std::nullopt : std::optional(mediaCause(made.fault));
     }
 

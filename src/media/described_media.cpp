@@ -146,7 +146,7 @@ PreviewDescription MediaDescriber::signature(const ShellItem& item, MediaKind ki
         if (found->outcome != MediaOutcome::made)
             return {std::nullopt, nullptr, faultOf(found->outcome)};
         if (auto signature = PreviewSignature::unpacked(found->value))
-            return {std::move(signature), nullptr, {}};
+            return {signature, nullptr, {}};
     }
     PreviewDescription made = makePreview(item, kind, cancel);
     slot.keep(made.fault.outcome, made.signature ? made.signature->packed() : Bytes());
