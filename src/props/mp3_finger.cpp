@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "base/byte_stream.h"
-#include "props/spectral_shape.h"
+#include "props/sound_spectrum.h"
 
 namespace kelvane {
 namespace {

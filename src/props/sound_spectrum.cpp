@@ -1,4 +1,4 @@
-#include "props/spectral_shape.h"
+#include "props/sound_spectrum.h"
 
 #include <array>
 #include <cmath>
