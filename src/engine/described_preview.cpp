@@ -86,14 +86,6 @@ void RecentPreviews::insert(Ref<const DescribedPreview> described, Ref<CachedBit
         drop(std::prev(recent_.end()));
 }
 
-void RecentPreviews::clear()
-{
-    const std::lock_guard lock(mutex_);
-    entries_.clear();
-    recent_.clear();
-    bytes_ = 0;
-}
-
 void RecentPreviews::drop(std::list<Entry>::iterator entry)
 {
     bytes_ -= bytesOf(*entry->preview);

@@ -41,7 +41,6 @@ public:
     // by one of the threads, and the others wait.
     [[nodiscard]] Ref<CachedBitmap> obtain(const Ref<const DescribedPreview>& described,
                                            const std::function<Ref<CachedBitmap>()>& make);
-    void clear();
 
 private:
     struct Entry {

@@ -10,37 +10,15 @@ DocumentNeighbours::DocumentNeighbours(OrderedDocuments documents, const Documen
       pairs_(pairs),
       filter_(std::move(filter)),
       cancel_(cancel),
-      nearest_(documents_.descriptors.size()),
-      tasks_(documents_.descriptors.size(), threads, [this]() -> OrderedTasks::Task {
-          return [this](std::size_t position) { findNearest(static_cast<std::uint32_t>(position)); };
-      })
+      ahead_(
+          documents_.descriptors.size(), threads, [this](std::uint32_t i) { return findNearest(i); }, cancel)
 {
-}
-
-bool DocumentNeighbours::ready(std::uint32_t position, const std::function<void()>& whileWaiting)
-{
-    return tasks_.await(position, cancel_, whileWaiting);
-}
-
-bool DocumentNeighbours::follow(std::uint32_t reference, const std::function<void()>& whileWaiting)
-{
-    return tasks_.await(reference, cancel_, whileWaiting);
 }
 
 std::uint32_t DocumentNeighbours::next(std::uint32_t reference, std::uint32_t after) const
 {
-    const std::uint32_t nearest = nearest_[reference].position;
-    if (nearest == none || after < nearest)
-        return nearest;
-    return comparable(reference, after);
-}
-
-std::optional<ContentScore> DocumentNeighbours::knownScore(std::uint32_t reference, std::uint32_t position) const
-{
-    const Nearest& nearest = nearest_[reference];
-    if (nearest.position != position)
-        return std::nullopt;
-    return ContentScore{.score = nearest.score, .a = {}, .b = {}};
+    const auto known = ahead_.next(reference, after);
+    return known ? *known : comparable(reference, after);
 }
 
 std::uint32_t DocumentNeighbours::comparable(std::uint32_t reference, std::uint32_t after) const
@@ -60,19 +38,20 @@ std::uint32_t DocumentNeighbours::comparable(std::uint32_t reference, std::uint3
     return none;
 }
 
-void DocumentNeighbours::findNearest(std::uint32_t reference)
+NearestAhead::Match DocumentNeighbours::findNearest(std::uint32_t reference)
 {
-    std::uint32_t i = comparable(reference, reference);
+    NearestAhead::Match match;
     std::uint64_t compared = 0;
-    for (; i != none && !cancel_.cancelled(); i = comparable(reference, i)) {
-        ++compared;
-        const auto score = pairs_.match(*documents_.descriptors[reference], *documents_.descriptors[i]);
-        if (score) {
-            nearest_[reference] = {i, *score};
+    for (std::uint32_t i = comparable(reference, reference); i != none && match.position == none;
+         i = comparable(reference, i)) {
+        if (cancel_.cancelled())
             break;
-        }
+        ++compared;
+        if (const auto score = pairs_.match(*documents_.descriptors[reference], *documents_.descriptors[i]))
+            match = {i, *score};
     }
     comparisons_.fetch_add(compared, std::memory_order_relaxed);
+    return match;
 }
 
 }  // namespace kelvane

@@ -9,30 +9,19 @@ MusicNeighbours::MusicNeighbours(std::vector<Ref<const MP3Finger>> songs, std::i
     : songs_(std::move(songs)),
       similarity_(similarity),
       cancel_(cancel),
-      nearest_(songs_.size(), none),
-      tasks_(songs_.size(), threads, [this]() -> OrderedTasks::Task {
-          return [this](std::size_t position) {
-              const auto reference = static_cast<std::uint32_t>(position);
-              nearest_[position] = nearest(reference, reference);
-          };
-      })
+      ahead_(
+          songs_.size(), threads,
+          [this](std::uint32_t i) {
+              return NearestAhead::Match{nearest(i, i), 0};
+          },
+          cancel)
 {
-}
-
-bool MusicNeighbours::ready(std::uint32_t position, const std::function<void()>& whileWaiting)
-{
-    return tasks_.await(position, cancel_, whileWaiting);
-}
-
-bool MusicNeighbours::follow(std::uint32_t reference, const std::function<void()>& whileWaiting)
-{
-    return tasks_.await(reference, cancel_, whileWaiting);
 }
 
 std::uint32_t MusicNeighbours::next(std::uint32_t reference, std::uint32_t after) const
 {
-    const std::uint32_t found = nearest_[reference];
-    return found == none || after < found ? found : nearest(reference, after);
+    const auto known = ahead_.next(reference, after);
+    return known ? *known : nearest(reference, after);
 }
 
 // All that next() gives matches.

@@ -8,22 +8,27 @@
 #include <vector>
 
 #include "base/cancel.h"
-#include "engine/neighbours.h"
-#include "engine/ordered_tasks.h"
+#include "engine/nearest_ahead.h"
 #include "props/mp3_finger.h"
 
 namespace kelvane {
 
-// For each position the nearest later one that matches is looked for ahead, in the order of the walk; further ones, of
-// the few that have one, when they are asked for. Every pair is looked at: what is found is what the plain walk finds.
+// The nearest match of each is found ahead; further ones, of the few that have one, when they are asked for. Every pair
+// is looked at: what is found is what the plain walk finds.
 class MusicNeighbours final : public Neighbours {
 public:
     // songs: by position; null where there is no fingerprint. similarity: the least score of a match.
     MusicNeighbours(std::vector<Ref<const MP3Finger>> songs, std::int32_t similarity, unsigned threads,
                     const CancelFlag& cancel);
 
-    [[nodiscard]] bool ready(std::uint32_t position, const std::function<void()>& whileWaiting) override;
-    [[nodiscard]] bool follow(std::uint32_t reference, const std::function<void()>& whileWaiting) override;
+    [[nodiscard]] bool ready(std::uint32_t position, const std::function<void()>& whileWaiting) override
+    {
+        return ahead_.await(position, whileWaiting);
+    }
+    [[nodiscard]] bool follow(std::uint32_t reference, const std::function<void()>& whileWaiting) override
+    {
+        return ahead_.await(reference, whileWaiting);
+    }
     [[nodiscard]] std::uint32_t next(std::uint32_t reference, std::uint32_t after) const override;
     [[nodiscard]] std::optional<bool> keysEqual(std::uint32_t a, std::uint32_t b) const override { return a == b; }
     [[nodiscard]] std::optional<ContentScore> knownScore(std::uint32_t reference,
@@ -37,9 +42,8 @@ private:
     const std::vector<Ref<const MP3Finger>> songs_;
     const std::int32_t similarity_;
     const CancelFlag& cancel_;
-    std::vector<std::uint32_t> nearest_;  // each written by one worker, read once its task is done
     mutable std::atomic<std::uint64_t> comparisons_{0};
-    OrderedTasks tasks_;  // last: its threads use everything above
+    NearestAhead ahead_;  // last: its threads use everything above
 };
 
 }  // namespace kelvane

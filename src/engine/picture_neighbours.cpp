@@ -6,22 +6,16 @@ namespace kelvane {
 
 PictureNeighbours::PictureNeighbours(const SortedCandidates& sorted, PicturePairs pairs, std::int32_t similarity,
                                      bool scoresAhead, unsigned threads, const CancelFlag& cancel)
-    : sorted_(sorted),
-      pairs_(std::move(pairs)),
-      similarity_(similarity),
-      cancel_(cancel),
-      nearest_(scoresAhead ? sorted.size() : 0)
+    : sorted_(sorted), pairs_(std::move(pairs)), similarity_(similarity), cancel_(cancel)
 {
-    if (!scoresAhead)
-        return;
-    tasks_.emplace(sorted.size(), threads, [this]() -> OrderedTasks::Task {
-        return [this](std::size_t position) { findNearest(static_cast<std::uint32_t>(position)); };
-    });
+    if (scoresAhead)
+        ahead_.emplace(
+            sorted.size(), threads, [this](std::uint32_t i) { return findNearest(i); }, cancel);
 }
 
 bool PictureNeighbours::ready(std::uint32_t position, const std::function<void()>& whileWaiting)
 {
-    return !tasks_ || tasks_->await(position, cancel_, whileWaiting);
+    return !ahead_ || ahead_->await(position, whileWaiting);
 }
 
 bool PictureNeighbours::follow(std::uint32_t reference, const std::function<void()>& whileWaiting)
@@ -31,12 +25,8 @@ bool PictureNeighbours::follow(std::uint32_t reference, const std::function<void
 
 std::uint32_t PictureNeighbours::next(std::uint32_t reference, std::uint32_t after) const
 {
-    if (tasks_) {
-        const std::uint32_t nearest = nearest_[reference].position;
-        if (nearest == none || after < nearest)
-            return nearest;
-    }
-    return pairs_.later(reference, after);
+    const auto known = ahead_ ? ahead_->next(reference, after) : std::nullopt;
+    return known ? *known : pairs_.later(reference, after);
 }
 
 std::optional<bool> PictureNeighbours::keysEqual(std::uint32_t a, std::uint32_t b) const
@@ -46,24 +36,19 @@ std::optional<bool> PictureNeighbours::keysEqual(std::uint32_t a, std::uint32_t 
 
 std::optional<ContentScore> PictureNeighbours::knownScore(std::uint32_t reference, std::uint32_t position) const
 {
-    if (!tasks_ || nearest_[reference].position != position)
-        return std::nullopt;
-    ContentScore score;
-    score.score = nearest_[reference].score;
-    return score;
+    return ahead_ ? ahead_->score(reference, position) : std::nullopt;
 }
 
-void PictureNeighbours::findNearest(std::uint32_t reference)
+NearestAhead::Match PictureNeighbours::findNearest(std::uint32_t reference)
 {
     std::uint32_t i = pairs_.later(reference, reference);
     for (; i != none && !cancel_.cancelled(); i = pairs_.later(reference, i)) {
         const auto score = pairs_.score(reference, i);
         comparisons_.fetch_add(1, std::memory_order_relaxed);
-        if (score && *score >= similarity_) {
-            nearest_[reference] = {i, *score};
-            return;
-        }
+        if (score && *score >= similarity_)
+            return {i, *score};
     }
+    return {};
 }
 
 }  // namespace kelvane

@@ -8,8 +8,7 @@
 #include <vector>
 
 #include "base/cancel.h"
-#include "engine/neighbours.h"
-#include "engine/ordered_tasks.h"
+#include "engine/nearest_ahead.h"
 #include "engine/picture_pairs.h"
 
 namespace kelvane {
@@ -20,8 +19,7 @@ struct PicturePairs {
     std::function<std::optional<std::int32_t>(std::uint32_t a, std::uint32_t b)> score;
 };
 
-// For each position the nearest later one that matches is looked for ahead, in the order of the walk: a group is a
-// chain, so that further ones are wanted only where the nearest is taken already. Those the walk compares itself.
+// The nearest match of each is found ahead; further ones the walk compares itself.
 class PictureNeighbours final : public Neighbours {
 public:
     // similarity: the least score of a match. scoresAhead: false where properties part most pairs before their scores
@@ -38,20 +36,14 @@ public:
     [[nodiscard]] std::uint64_t comparisons() const override { return comparisons_.load(std::memory_order_relaxed); }
 
 private:
-    struct Nearest {
-        std::uint32_t position = none;
-        std::int32_t score = 0;
-    };
-
-    void findNearest(std::uint32_t reference);
+    [[nodiscard]] NearestAhead::Match findNearest(std::uint32_t reference);
 
     const SortedCandidates& sorted_;
     const PicturePairs pairs_;
     const std::int32_t similarity_;
     const CancelFlag& cancel_;
     std::atomic<std::uint64_t> comparisons_{0};
-    std::vector<Nearest> nearest_;       // each written by one worker, read once its task is done
-    std::optional<OrderedTasks> tasks_;  // last: its threads use everything above
+    std::optional<NearestAhead> ahead_;  // last: its threads use everything above
 };
 
 }  // namespace kelvane

@@ -1,6 +1,7 @@
 #include "engine/picture_pairs.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "engine/alike_previews.h"
@@ -22,12 +23,16 @@ bool looksAgree(const Picture& a, const Picture& b)
 using Later = std::vector<std::vector<std::uint32_t>>;  // of each position those behind it, in ascending order
 
 // Where more are alike than are found ahead, chains go on through the next one in line.
-Later laterOf(const OrderedPictures& pictures, const AlikePreviews& alikes)
+Later laterOf(const OrderedPictures& pictures, const AlikePreviews& alikes, std::span<const std::uint32_t> numbers)
 {
+    std::vector<std::uint32_t> positions(alikes.size(), Neighbours::none);
+    for (std::uint32_t i = 0; i < numbers.size(); ++i)
+        positions[numbers[i]] = i;
     Later later(pictures.size());
     for (std::uint32_t i = 0; i < pictures.size(); ++i) {
-        for (const AlikePreview& alike : alikes.of(i))
-            later[std::min(i, alike.number)].push_back(std::max(i, alike.number));
+        for (const AlikePreview& alike : alikes.of(numbers[i]))
+            if (const std::uint32_t other = positions[alike.number]; other != Neighbours::none)
+                later[std::min(i, other)].push_back(std::max(i, other));
         if (i + 1 < pictures.size() && sameSize(pictures[i], pictures[i + 1]) &&
             looksAgree(pictures[i], pictures[i + 1]))
             later[i].push_back(i + 1);
@@ -51,13 +56,21 @@ std::vector<const PreviewSignature*> signaturesOf(const OrderedPictures& picture
     return all;
 }
 
-LaterPicture laterAlikes(std::shared_ptr<const OrderedPictures> pictures, unsigned threads, const CancelFlag& cancel)
+LaterPicture laterAlikes(const OrderedPictures& pictures, unsigned threads, const CancelFlag& cancel)
 {
-    const auto alikes = AlikePreviews::find(signaturesOf(*pictures), threads, cancel);
+    const auto alikes = AlikePreviews::find(signaturesOf(pictures), threads, cancel);
     if (!alikes)
         return {};
-    return [later = std::make_shared<const Later>(laterOf(*pictures, *alikes))](std::uint32_t reference,
-                                                                                std::uint32_t after) {
+    std::vector<std::uint32_t> numbers(pictures.size());
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return laterAlikes(pictures, *alikes, numbers);
+}
+
+LaterPicture laterAlikes(const OrderedPictures& pictures, const AlikePreviews& alikes,
+                         std::span<const std::uint32_t> numbers)
+{
+    return [later = std::make_shared<const Later>(laterOf(pictures, alikes, numbers))](std::uint32_t reference,
+                                                                                       std::uint32_t after) {
         const auto& ofOne = (*later)[reference];
         const auto next = std::upper_bound(ofOne.begin(), ofOne.end(), after);
         return next != ofOne.end() ? *next : Neighbours::none;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "base/cancel.h"
@@ -11,6 +12,8 @@
 #include "platform/shell_item.h"
 
 namespace kelvane {
+
+class AlikePreviews;
 
 struct Picture {
     Ref<const DescribedPreview> described;  // null: there is none
@@ -29,8 +32,10 @@ using LaterPicture = std::function<std::uint32_t(std::uint32_t reference, std::u
 
 // Those that a second look agrees on, found by an index: all of them where they are not many, else the most alike ones
 // and the next in line. Empty when cancelled.
-[[nodiscard]] LaterPicture laterAlikes(std::shared_ptr<const OrderedPictures> pictures, unsigned threads,
-                                       const CancelFlag& cancel);
+[[nodiscard]] LaterPicture laterAlikes(const OrderedPictures& pictures, unsigned threads, const CancelFlag& cancel);
+// The same from what was found before, where the pictures have these numbers, by position.
+[[nodiscard]] LaterPicture laterAlikes(const OrderedPictures& pictures, const AlikePreviews& alikes,
+                                       std::span<const std::uint32_t> numbers);
 
 // All of the same size, or those of them that a second look agrees on.
 [[nodiscard]] LaterPicture laterOfSameSize(std::shared_ptr<const OrderedPictures> pictures, bool secondLook);

@@ -21,9 +21,10 @@ void PictureScores::keep(Ref<const DescribedPreview> described, Ref<CachedBitmap
     recent_.put(std::move(described), std::move(preview));
 }
 
-std::optional<std::int32_t> PictureScores::of(const Picture& a, const Picture& b, MediaKind kind)
+std::optional<std::int32_t> PictureScores::of(const Picture& a, const Picture& b, MediaKind kind,
+                                              const CancelFlag& cancel)
 {
-    const Ref<CachedBitmap> first = preview(a, kind), second = preview(b, kind);
+    const Ref<CachedBitmap> first = preview(a, kind, cancel), second = preview(b, kind, cancel);
     if (!first || !second)
         return std::nullopt;
     if (numbers_ == ProbeNumbers::perPair) {
@@ -34,9 +35,9 @@ std::optional<std::int32_t> PictureScores::of(const Picture& a, const Picture& b
     return comparePreviews(*first, *second, random);
 }
 
-Ref<CachedBitmap> PictureScores::preview(const Picture& picture, MediaKind kind)
+Ref<CachedBitmap> PictureScores::preview(const Picture& picture, MediaKind kind, const CancelFlag& cancel)
 {
-    return recent_.obtain(picture.described, [&] { return describer_.preview(*picture.item, kind, never_); });
+    return recent_.obtain(picture.described, [&] { return describer_.preview(*picture.item, kind, cancel); });
 }
 
 }  // namespace kelvane

@@ -22,17 +22,17 @@ public:
     // Lets a preview stay in memory.
     void keep(Ref<const DescribedPreview> described, Ref<CachedBitmap> preview);
 
-    // Both are described. Nothing where a preview cannot be had any more.
-    [[nodiscard]] std::optional<std::int32_t> of(const Picture& a, const Picture& b, MediaKind kind);
+    // Both are described. Nothing where a preview cannot be had any more, and when cancelled.
+    [[nodiscard]] std::optional<std::int32_t> of(const Picture& a, const Picture& b, MediaKind kind,
+                                                 const CancelFlag& cancel);
 
 private:
-    [[nodiscard]] Ref<CachedBitmap> preview(const Picture& picture, MediaKind kind);
+    [[nodiscard]] Ref<CachedBitmap> preview(const Picture& picture, MediaKind kind, const CancelFlag& cancel);
 
     const MediaDescriber& describer_;
     const ProbeNumbers numbers_;
     const std::uint32_t pairNumber_;
     RecentPreviews recent_;
-    const CancelFlag never_;
 };
 
 }  // namespace kelvane

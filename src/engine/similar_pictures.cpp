@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "engine/alike_previews.h"
 #include "engine/classified_ahead.h"
 #include "engine/media_causes.h"
 #include "engine/picture_neighbours.h"
@@ -64,13 +65,15 @@ public:
     {
         if (!isOrderedByLooks(criteria))
             return std::nullopt;
+        arranged_.reset();
         OrderedPictures pictures;
         for (const Candidate& file : candidates)
             pictures.push_back({held<DescribedPreview>(file, thumbnail_), file.itemRef()});
-        const auto alikes = AlikePreviews::find(signaturesOf(pictures), threads_, cancel);
+        auto alikes = AlikePreviews::find(signaturesOf(pictures), threads_, cancel);
         const auto places = alikes ? placesByLooks(*alikes, cancel) : std::nullopt;
         if (!places)
             return std::nullopt;
+        arranged_.emplace(&candidates, std::move(pictures), *std::move(alikes));
         return std::vector<std::uint64_t>(places->begin(), places->end());
     }
 
@@ -94,7 +97,7 @@ public:
         }
         if (result.vetoed && numbers_ == ProbeNumbers::perPair)
             return result;
-        const auto scored = scores_.of({first, a.itemRef()}, {second, b.itemRef()}, kindOf(criteria));
+        const auto scored = scores_.of({first, a.itemRef()}, {second, b.itemRef()}, kindOf(criteria), never_);
         result.comparable = scored.has_value();
         result.score = scored.value_or(0);
         return result;
@@ -109,13 +112,13 @@ public:
         PicturePairs pairs;
         // Without the second look nothing tells from signatures which pairs the score parts: all of a size are scored.
         if (criteria.options.secondLook && !criteria.options.exhaustive)
-            pairs.later = laterAlikes(pictures, threads_, cancel);
+            pairs.later = alikesAmong(*pictures, sorted, cancel);
         else
             pairs.later = laterOfSameSize(pictures, criteria.options.secondLook);
         if (!pairs.later)
             return nullptr;
-        pairs.score = [this, pictures, kind = kindOf(criteria)](std::uint32_t a, std::uint32_t b) {
-            return scores_.of((*pictures)[a], (*pictures)[b], kind);
+        pairs.score = [this, pictures, kind = kindOf(criteria), &cancel](std::uint32_t a, std::uint32_t b) {
+            return scores_.of((*pictures)[a], (*pictures)[b], kind, cancel);
         };
         // Where properties are compared first, few pairs are left to be scored.
         return std::make_unique<PictureNeighbours>(sorted, std::move(pairs), criteria.similarity,
@@ -123,6 +126,28 @@ public:
     }
 
 private:
+    // What order() found out, for narrow().
+    struct Arranged {
+        const CandidateList* list;
+        OrderedPictures pictures;  // by the numbers of the list; the index refers to their signatures
+        AlikePreviews alikes;
+    };
+
+    // Empty when cancelled.
+    [[nodiscard]] LaterPicture alikesAmong(const OrderedPictures& pictures, const SortedCandidates& sorted,
+                                           const CancelFlag& cancel)
+    {
+        const auto known = std::exchange(arranged_, std::nullopt);
+        const auto isSame = [&](std::uint32_t i) {
+            return sorted.order[i] < known->pictures.size() &&
+                   known->pictures[sorted.order[i]].described == pictures[i].described;
+        };
+        bool same = known && known->list == sorted.list;
+        for (std::uint32_t i = 0; same && i < sorted.size(); ++i)
+            same = isSame(i);
+        return same ? laterAlikes(pictures, known->alikes, sorted.order) : laterAlikes(pictures, threads_, cancel);
+    }
+
     // By position.
     [[nodiscard]] std::shared_ptr<const OrderedPictures> ordered(const ScanCriteria& criteria,
                                                                  const SortedCandidates& sorted)
@@ -150,6 +175,7 @@ private:
     const ProbeNumbers numbers_;
     const unsigned threads_;
     PictureScores scores_;
+    std::optional<Arranged> arranged_;
     const CancelFlag never_;
 };
 

@@ -1,0 +1,37 @@
+#include "engine/nearest_ahead.h"
+
+#include <utility>
+
+namespace kelvane {
+
+NearestAhead::NearestAhead(std::size_t count, unsigned threads, Search search, const CancelFlag& cancel)
+    : search_(std::move(search)),
+      cancel_(cancel),
+      matches_(count),
+      tasks_(count, threads, [this]() -> OrderedTasks::Task {
+          return [this](std::size_t position) { matches_[position] = search_(static_cast<std::uint32_t>(position)); };
+      })
+{
+}
+
+bool NearestAhead::await(std::uint32_t reference, const std::function<void()>& whileWaiting)
+{
+    return tasks_.await(reference, cancel_, whileWaiting);
+}
+
+std::optional<std::uint32_t> NearestAhead::next(std::uint32_t reference, std::uint32_t after) const
+{
+    const std::uint32_t nearest = matches_[reference].position;
+    return nearest == Neighbours::none || after < nearest ? std::optional(nearest) : std::nullopt;
+}
+
+std::optional<ContentScore> NearestAhead::score(std::uint32_t reference, std::uint32_t position) const
+{
+    if (matches_[reference].position != position)
+        return std::nullopt;
+    ContentScore known;
+    known.score = matches_[reference].score;
+    return known;
+}
+
+}  // namespace kelvane
