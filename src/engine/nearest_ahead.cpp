@@ -1,22 +1,31 @@
 #include "engine/nearest_ahead.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kelvane {
 
-NearestAhead::NearestAhead(std::size_t count, unsigned threads, Search search, const CancelFlag& cancel)
+NearestAhead::NearestAhead(std::size_t count, unsigned threads, Search search, const CancelFlag& cancel,
+                           std::size_t batch)
     : search_(std::move(search)),
       cancel_(cancel),
+      batch_(batch),
       matches_(count),
-      tasks_(count, threads, [this]() -> OrderedTasks::Task {
-          return [this](std::size_t position) { matches_[position] = search_(static_cast<std::uint32_t>(position)); };
-      })
+      tasks_((count + batch - 1) / batch, threads,
+             [this]() -> OrderedTasks::Task { return [this](std::size_t number) { searchBatch(number); }; })
 {
+}
+
+void NearestAhead::searchBatch(std::size_t number)
+{
+    const std::size_t end = std::min(matches_.size(), (number + 1) * batch_);
+    for (std::size_t i = number * batch_; i < end; ++i)
+        matches_[i] = search_(static_cast<std::uint32_t>(i));
 }
 
 bool NearestAhead::await(std::uint32_t reference, const std::function<void()>& whileWaiting)
 {
-    return tasks_.await(reference, cancel_, whileWaiting);
+    return tasks_.await(reference / batch_, cancel_, whileWaiting);
 }
 
 std::optional<std::uint32_t> NearestAhead::next(std::uint32_t reference, std::uint32_t after) const

@@ -3,6 +3,11 @@
 #include <utility>
 
 namespace kelvane {
+namespace {
+
+constexpr std::size_t batch = 8;  // each but the last uses the preview that the one before it was held against
+
+}  // namespace
 
 PictureNeighbours::PictureNeighbours(const SortedCandidates& sorted, PicturePairs pairs, std::int32_t similarity,
                                      bool scoresAhead, unsigned threads, const CancelFlag& cancel)
@@ -10,7 +15,7 @@ PictureNeighbours::PictureNeighbours(const SortedCandidates& sorted, PicturePair
 {
     if (scoresAhead)
         ahead_.emplace(
-            sorted.size(), threads, [this](std::uint32_t i) { return findNearest(i); }, cancel);
+            sorted.size(), threads, [this](std::uint32_t i) { return findNearest(i); }, cancel, batch);
 }
 
 bool PictureNeighbours::ready(std::uint32_t position, const std::function<void()>& whileWaiting)

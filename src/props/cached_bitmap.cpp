@@ -1,7 +1,6 @@
 #include "props/cached_bitmap.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 #include "base/byte_stream.h"
@@ -11,7 +10,7 @@ namespace {
 
 constexpr std::size_t pixelSize = 4;
 constexpr std::size_t channels = 3;
-constexpr std::uint8_t packedVersion = 1;
+constexpr std::uint8_t packedVersion = 2;
 
 bool withinBounds(std::uint32_t width, std::uint32_t height)
 {
@@ -28,72 +27,76 @@ std::uint8_t difference(std::uint8_t a, std::uint8_t b)
     return static_cast<std::uint8_t>(a - b);
 }
 
-// Without a branch: which of two neighbours is darker cannot be foretold, and guessing wrong would take most of the
-// time.
-int lesser(int a, int b)
+// What is left of a row of one channel once the row above is taken from it: what the cache, which compresses what it is
+// given, has much to gain by. A better guess (of several neighbours) would leave less, but takes one pixel after the
+// other, and a search that goes by the cache mostly unpacks.
+void takeAway(std::span<std::uint8_t> row, std::span<const std::uint8_t> above)
 {
-    const int difference = a - b;
-    return b + (difference & (difference >> 31));
+    for (std::size_t x = 0; x < row.size(); ++x)
+        row[x] = difference(row[x], above[x]);
 }
 
-using Colours = std::array<std::uint8_t, channels>;  // green, and how far blue and red are from it
+void giveBack(std::span<std::uint8_t> row, std::span<const std::uint8_t> above)
+{
+    for (std::size_t x = 0; x < row.size(); ++x)
+        row[x] = sum(row[x], above[x]);
+}
 
-// The colours of a preview, pixel by pixel. What a value is expected to be, by those before it, leaves little over, so
-// that the cache, which compresses what it is given, has much to gain.
-class Expectation {
+// One after the other: green, and how far blue and red are from it.
+class Channels {
 public:
-    Expectation(std::uint32_t width, std::uint32_t height) : width_(width), height_(height), values_(width * height) {}
-
-    [[nodiscard]] Colours& operator[](std::size_t i) { return values_[i]; }
-
-    // For each pixel in turn: its place, and what it is expected to be.
-    template <class Take>
-    void forEach(Take take)
+    Channels(std::uint32_t width, std::uint32_t height)
+        : width_(width), height_(height), count_(std::size_t{width} * height), values_(channels * count_)
     {
-        std::size_t i = 0;
-        for (std::uint32_t y = 0; y < height_; ++y)
-            for (std::uint32_t x = 0; x < width_; ++x, ++i)
-                take(i, expected(i, x > 0, y > 0));
+    }
+
+    [[nodiscard]] std::span<std::uint8_t> all() { return values_; }
+
+    void take(std::span<const std::byte> pixels)
+    {
+        for (std::size_t i = 0; i < count_; ++i) {
+            const auto blue = std::to_integer<std::uint8_t>(pixels[i * pixelSize]),
+                       green = std::to_integer<std::uint8_t>(pixels[i * pixelSize + 1]),
+                       red = std::to_integer<std::uint8_t>(pixels[i * pixelSize + 2]);
+            values_[i] = green;
+            values_[count_ + i] = difference(blue, green);
+            values_[2 * count_ + i] = difference(red, green);
+        }
+    }
+
+    [[nodiscard]] std::vector<std::byte> pixels() const
+    {
+        std::vector<std::byte> pixels(count_ * pixelSize);
+        const std::span greens = std::span(values_).first(count_), blues = std::span(values_).subspan(count_, count_),
+                        reds = std::span(values_).last(count_);
+        const std::span out(pixels);  // what is written may be any of the members, for all that the compiler knows
+        for (std::size_t i = 0; i < out.size() / pixelSize; ++i) {
+            out[i * pixelSize] = std::byte{sum(blues[i], greens[i])};
+            out[i * pixelSize + 1] = std::byte{greens[i]};
+            out[i * pixelSize + 2] = std::byte{sum(reds[i], greens[i])};
+        }
+        return pixels;
+    }
+
+    void takeRowsAway()
+    {
+        for (std::size_t row = channels * height_ - 1; row > 0; --row)
+            takeAway(rowAt(row), rowAt(row - 1));
+    }
+
+    void giveRowsBack()
+    {
+        for (std::size_t row = 1; row < channels * height_; ++row)
+            giveBack(rowAt(row), rowAt(row - 1));
     }
 
 private:
-    // The median edge detector (Weinberger, Seroussi and Sapiro, "LOCO-I", 1996): the plane through three neighbours,
-    // kept between two of them.
-    [[nodiscard]] static std::uint8_t within(int left, int up, int corner)
-    {
-        const int low = lesser(left, up), high = left + up - low;
-        const int kept = lesser(high, left + up - corner);
-        return static_cast<std::uint8_t>(low + kept - lesser(low, kept));
-    }
+    // Of all channels.
+    [[nodiscard]] std::span<std::uint8_t> rowAt(std::size_t row) { return all().subspan(row * width_, width_); }
 
-    [[nodiscard]] Colours expected(std::size_t i, bool hasLeft, bool hasUp) const
-    {
-        if (!hasUp)
-            return hasLeft ? values_[i - 1] : Colours{};
-        if (!hasLeft)
-            return values_[i - width_];
-        const Colours &left = values_[i - 1], &up = values_[i - width_], &corner = values_[i - width_ - 1];
-        return {within(left[0], up[0], corner[0]), within(left[1], up[1], corner[1]),
-                within(left[2], up[2], corner[2])};
-    }
-
-    std::uint32_t width_, height_;
-    std::vector<Colours> values_;
+    std::size_t width_, height_, count_;
+    std::vector<std::uint8_t> values_;
 };
-
-Colours parted(std::span<const std::byte> pixel)
-{
-    const auto blue = std::to_integer<std::uint8_t>(pixel[0]), green = std::to_integer<std::uint8_t>(pixel[1]),
-               red = std::to_integer<std::uint8_t>(pixel[2]);
-    return {green, difference(blue, green), difference(red, green)};
-}
-
-void joined(const Colours& colours, std::span<std::byte> pixel)
-{
-    pixel[0] = std::byte{sum(colours[1], colours[0])};
-    pixel[1] = std::byte{colours[0]};
-    pixel[2] = std::byte{sum(colours[2], colours[0])};
-}
 
 }  // namespace
 
@@ -117,15 +120,10 @@ std::vector<std::byte> CachedBitmap::packed() const
     writer.number(packedVersion);
     writer.number(static_cast<std::uint16_t>(width_));
     writer.number(static_cast<std::uint16_t>(height_));
-    const std::size_t count = std::size_t{width_} * height_;
-    std::vector<std::byte> rest(channels * count);
-    Expectation values(width_, height_);
-    values.forEach([&](std::size_t i, const Colours& expected) {
-        values[i] = parted(pixels().subspan(i * pixelSize, pixelSize));
-        for (std::size_t channel = 0; channel < channels; ++channel)
-            rest[channel * count + i] = std::byte{difference(values[i][channel], expected[channel])};
-    });
-    writer.bytes(rest);
+    Channels values(width_, height_);
+    values.take(pixels());
+    values.takeRowsAway();
+    writer.bytes(std::as_bytes(values.all()));
     return writer.take();
 }
 
@@ -136,18 +134,13 @@ Ref<CachedBitmap> CachedBitmap::unpacked(std::span<const std::byte> bytes)
     const auto width = reader.number<std::uint16_t>(), height = reader.number<std::uint16_t>();
     if (version != packedVersion || !width || !height || !withinBounds(*width, *height))
         return {};
-    const std::size_t count = std::size_t{*width} * *height;
-    const auto rest = reader.bytes(channels * count);
+    Channels values(*width, *height);
+    const auto rest = reader.bytes(values.all().size());
     if (!rest || !reader.atEnd())
         return {};
-    Expectation values(*width, *height);
-    std::vector<std::byte> pixels(count * pixelSize);
-    values.forEach([&](std::size_t i, const Colours& expected) {
-        for (std::size_t channel = 0; channel < channels; ++channel)
-            values[i][channel] = sum(std::to_integer<std::uint8_t>((*rest)[channel * count + i]), expected[channel]);
-        joined(values[i], std::span(pixels).subspan(i * pixelSize, pixelSize));
-    });
-    return make(*width, *height, std::move(pixels));
+    std::ranges::copy(*rest, std::as_writable_bytes(values.all()).begin());
+    values.giveRowsBack();
+    return make(*width, *height, values.pixels());
 }
 
 }  // namespace kelvane

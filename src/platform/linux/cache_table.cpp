@@ -8,7 +8,7 @@ namespace {
 constexpr std::int64_t applicationId = 0x4B6C7643;
 
 // Raised with every change of the layout; a file of any other version is made anew.
-constexpr std::int64_t layoutVersion = 1;
+constexpr std::int64_t layoutVersion = 2;  // 1 was packed in another way
 
 constexpr const char* table =
     "CREATE TABLE value(id INTEGER PRIMARY KEY, kind INTEGER NOT NULL, volume INTEGER NOT NULL, file INTEGER NOT NULL,"
