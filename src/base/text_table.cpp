@@ -17,6 +17,8 @@ struct Row {
 constexpr Row rows[] = {
 #define TEXT_ROW(number, name, english) {number, english},
 #include "base/text_rows.inc"
+// behind all others
+#include "base/desktop_text_rows.inc"
 #undef TEXT_ROW
 };
 

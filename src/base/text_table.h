@@ -17,7 +17,7 @@ enum class TextId : std::uint16_t {
 };
 
 // Numbers are below this.
-inline constexpr std::size_t textNumberLimit = 2000;
+inline constexpr std::size_t textNumberLimit = 2200;
 
 // The texts of a translation by their numbers; a number that is missing stays English.
 using TextsByNumber = std::map<std::uint16_t, std::u16string>;

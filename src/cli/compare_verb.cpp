@@ -2,15 +2,15 @@
 #include <array>
 
 #include "app/descriptor_cache.h"
+#include "app/property_access.h"
+#include "app/similar_search.h"
 #include "base/filled_text.h"
 #include "base/random.h"
 #include "cli/arguments.h"
 #include "cli/comparison.h"
 #include "cli/problems.h"
-#include "cli/property_access.h"
 #include "cli/requested_criteria.h"
 #include "cli/settings_in_force.h"
-#include "cli/similar_search.h"
 #include "cli/verbs.h"
 #include "engine/same_file.h"
 #include "platform/native_text.h"
@@ -100,7 +100,7 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     DescriptorCache cache(request.useCache, settings, platform.runCaches());
     const PropertyAccess properties(platform, request.options, &cache, &console.cancel);
-    properties.plugins->complainOf(console);
+    complainOf(properties.plugins->takeComplaints(), console);
     SimilarSearch similar(properties, ProbeNumbers::shared, request.options.threads, platform);
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
@@ -115,7 +115,7 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
     }
     std::array<Candidate, 2> pair = {std::move(opened[0]), std::move(opened[1])};
     const auto compared = comparePair(files, pair, *criteria, properties.source, similar.content(), platform, console);
-    properties.complainOf(console);
+    complainOf(properties.takeComplaints(), console);
     return print(request.format, compared, console);
 }
 

@@ -103,6 +103,12 @@ void complain(const Console& console, std::string_view message)
     console.err << "kelvane-cli: " << printable(message) << '\n';
 }
 
+void complainOf(const std::vector<std::string>& messages, const Console& console)
+{
+    for (const std::string& message : messages)
+        complain(console, message);
+}
+
 ExitCode refuse(const Console& console, std::string_view message)
 {
     complain(console, message);

@@ -34,6 +34,9 @@ using Arguments = std::vector<std::string>;  // paths in the form of PathRules
 // "kelvane-cli: <message>" on a line of its own.
 void complain(const Console& console, std::string_view message);
 
+// A line for each; none is nothing to say.
+void complainOf(const std::vector<std::string>& messages, const Console& console);
+
 // The same for an end by bad usage or input: gives ExitCode::usage.
 [[nodiscard]] ExitCode refuse(const Console& console, std::string_view message);
 

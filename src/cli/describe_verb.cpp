@@ -3,6 +3,7 @@
 #include <array>
 #include <ostream>
 
+#include "app/property_access.h"
 #include "base/filled_text.h"
 #include "base/size_text.h"
 #include "base/utf.h"
@@ -12,7 +13,6 @@
 #include "cli/options.h"
 #include "cli/printable.h"
 #include "cli/problems.h"
-#include "cli/property_access.h"
 #include "cli/settings_in_force.h"
 #include "cli/value_json.h"
 #include "cli/verbs.h"
@@ -175,7 +175,7 @@ ExitCode describeAs(DescriptorKind kind, const std::string& path, OutputFormat f
     if (!content.json.is_null())
         return ExitCode::done;
     complain(console, filledText(TextId::noDescriptor, {path, causeText(content.cause)}));
-    properties.complainOf(console);
+    complainOf(properties.takeComplaints(), console);
     return ExitCode::incomplete;
 }
 
@@ -225,7 +225,7 @@ ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Cons
     if (!settings)
         return refuse(console, settings.error().detail);
     const PropertyAccess properties(platform, *settings, nullptr, &console.cancel);
-    properties.plugins->complainOf(console);
+    complainOf(properties.plugins->takeComplaints(), console);
     if (raw.list) {
         writeNames(*format, properties.catalogue, console.out);
         return ExitCode::done;

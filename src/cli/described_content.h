@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "app/property_access.h"
 #include "base/cancel.h"
-#include "cli/property_access.h"
 #include "cli/value_json.h"
 #include "engine/similar_content.h"
 

@@ -67,7 +67,7 @@ std::unique_ptr<SavedScan> openSavedScan(const std::string& typed, const EngineO
                                          const Console& console, ExitCode& code, AllMissing allMissing)
 {
     auto scan = std::make_unique<SavedScan>(typed, platform, options);
-    scan->properties.plugins->complainOf(console);
+    complainOf(scan->properties.plugins->takeComplaints(), console);
     auto loaded =
         loadResults(namedFile(typed), platform.shell(), scan->properties.catalogue, console.cancel, allMissing);
     if (!loaded) {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "app/property_access.h"
 #include "cli/console.h"
-#include "cli/property_access.h"
 #include "engine/criteria.h"
 #include "engine/results_file.h"
 #include "results/results_model.h"

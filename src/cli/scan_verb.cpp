@@ -2,11 +2,12 @@
 #include <algorithm>
 
 #include "app/descriptor_cache.h"
+#include "app/property_access.h"
+#include "app/similar_search.h"
 #include "base/filled_text.h"
 #include "base/random.h"
 #include "cli/arguments.h"
 #include "cli/problems.h"
-#include "cli/property_access.h"
 #include "cli/report.h"
 #include "cli/requested_criteria.h"
 #include "cli/scan_save.h"
@@ -14,7 +15,6 @@
 #include "cli/score_keeper.h"
 #include "cli/settings_in_force.h"
 #include "cli/settled_runs.h"
-#include "cli/similar_search.h"
 #include "cli/verbs.h"
 
 namespace kelvane {
@@ -156,7 +156,7 @@ ExitCode scan(const ScanJob& job, Platform& platform, const Console& console)
     seedRandom(request.seed.value_or(platform.clock().ticks()));
     DescriptorCache cache(request.useCache, job.settings, platform.runCaches());
     const PropertyAccess properties(platform, request.options, &cache, &console.cancel);
-    properties.plugins->complainOf(console);
+    complainOf(properties.plugins->takeComplaints(), console);
     SimilarSearch similar(properties, ProbeNumbers::perPair, request.options.threads, platform);
     const auto criteria = requestedCriteria(request, properties.catalogue, similar.content());
     if (!criteria)
@@ -172,7 +172,7 @@ ExitCode scan(const ScanJob& job, Platform& platform, const Console& console)
     watch.finish();
     const ScanOutcome outcome{*criteria, scanned, results, properties.source, keeper};
     const ExitCode code = saveAndReport(request, job.target, outcome, watch, platform, console);
-    properties.complainOf(console);
+    complainOf(properties.takeComplaints(), console);
     return code;
 }
 

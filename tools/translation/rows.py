@@ -8,6 +8,7 @@ ROW = re.compile(
     r"[ ]*(?://[ ]*(?P<note>[^\n]*))?$",
     re.M,
 )
+INCLUDE = re.compile(r'^#include "([^"]+)"', re.M)
 LITERAL = re.compile(r'u"((?:\\.|[^"\\\n])*)"')
 ESCAPE = re.compile(r"\\(u[0-9A-Fa-f]{4}|.)")
 SIMPLE_ESCAPES = {"n": "\n", "t": "\t", '"': '"', "\\": "\\"}
@@ -45,6 +46,15 @@ def check_rest(text):
     for line in ROW.sub("", text).splitlines():
         if line.strip() and not line.lstrip().startswith("//"):
             raise RowError(f"not a row: {line.strip()}")
+
+
+def read_tree(root):
+    """The rows of the program: the one list, and those of the desktop program behind it."""
+    base = root / "src/base"
+    text = (base / "text_rows.inc").read_text(encoding="utf-8")
+    desktop = base / "desktop_text_rows.inc"
+    names = INCLUDE.findall(desktop.read_text(encoding="utf-8")) if desktop.exists() else []
+    return read_rows("\n".join([text, *((root / "src" / name).read_text(encoding="utf-8") for name in names)]))
 
 
 def read_rows(text):

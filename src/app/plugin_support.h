@@ -3,8 +3,9 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
-#include "cli/console.h"
 #include "platform/platform.h"
 #include "props/plugin_properties.h"
 #include "text/content_plugins.h"
@@ -27,8 +28,8 @@ public:
     // Null where there are none.
     [[nodiscard]] OtherTexts* texts() { return plugins_ ? &*plugins_ : nullptr; }
 
-    // Names those that are not used, each once.
-    void complainOf(const Console& console);
+    // A line for each plug-in that is not used, told once.
+    [[nodiscard]] std::vector<std::string> takeComplaints();
 
 private:
     Platform& platform_;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "app/descriptor_cache.h"
-#include "cli/plugin_support.h"
+#include "app/plugin_support.h"
 #include "engine/engine_options.h"
 #include "media/described_media.h"
 #include "platform/platform.h"
@@ -13,7 +15,7 @@
 
 namespace kelvane {
 
-// Lives as long as the verb that asks for values; what is handed over outlives it.
+// Lives as long as values are asked for; what is handed over outlives it.
 struct PropertyAccess {
     // cache: what is known of contents from earlier runs. After a cancel values are missing. Both may be null.
     PropertyAccess(Platform& platform, const EngineOptions& options, DescriptorCache* cache = nullptr,
@@ -21,8 +23,9 @@ struct PropertyAccess {
     PropertyAccess(const PropertyAccess&) = delete;
     PropertyAccess& operator=(const PropertyAccess&) = delete;
 
-    // Names the plug-ins, programs and codecs that were missing or broke down, each once, and a cache that is not used.
-    void complainOf(const Console& console) const;
+    // A line, in UTF-8, for each plug-in, program and codec that was missing or broke down, and for a cache that is not
+    // used. Plug-ins are named once.
+    [[nodiscard]] std::vector<std::string> takeComplaints() const;
 
     DescriptorCache* const cache;
     std::unique_ptr<PluginSupport> plugins;      // asked what they offer at once, if any are listed

@@ -1,4 +1,4 @@
-#include "cli/property_access.h"
+#include "app/property_access.h"
 
 #include "base/filled_text.h"
 #include "media/media_readers.h"
@@ -46,21 +46,22 @@ PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options,
 {
 }
 
-void PropertyAccess::complainOf(const Console& console) const
+std::vector<std::string> PropertyAccess::takeComplaints() const
 {
-    plugins->complainOf(console);
+    std::vector<std::string> lines = plugins->takeComplaints();
     for (const std::string& tool : extraction->missingTools())
-        complain(console, filledText(TextId::toolNotInstalled, {tool}));
+        lines.push_back(filledText(TextId::toolNotInstalled, {tool}));
     for (const std::string& name : media->missing()) {
         const bool isProgram = name.starts_with("kelvane-");
-        complain(console, filledText(isProgram ? TextId::mediaProgramMissing : TextId::toolNotInstalled, {name}));
+        lines.push_back(filledText(isProgram ? TextId::mediaProgramMissing : TextId::toolNotInstalled, {name}));
     }
     for (const std::string& warning : {extraction->warning(), media->warning()})
         if (!warning.empty())
-            complain(console, warning);
+            lines.push_back(warning);
     const std::string problem = cache != nullptr ? cache->problem() : std::string();
     if (!problem.empty())
-        complain(console, problem);
+        lines.push_back(problem);
+    return lines;
 }
 
 }  // namespace kelvane

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "cli/property_access.h"
+#include "app/property_access.h"
 #include "engine/pair_numbers.h"
 #include "engine/similar_content.h"
 

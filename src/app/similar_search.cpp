@@ -1,4 +1,4 @@
-#include "cli/similar_search.h"
+#include "app/similar_search.h"
 
 #include "engine/similar_documents.h"
 #include "engine/similar_music.h"

@@ -1,9 +1,8 @@
-#include "cli/plugin_support.h"
+#include "app/plugin_support.h"
 
 #include <algorithm>
 #include <thread>
 
-#include "cli/problems.h"
 #include "text/loaded_plugins.h"
 #include "text/worker_plugins.h"
 
@@ -44,12 +43,9 @@ PropertyReaders& PluginSupport::readers(PropertyReaders& next)
     return *readers_;
 }
 
-void PluginSupport::complainOf(const Console& console)
+std::vector<std::string> PluginSupport::takeComplaints()
 {
-    if (!plugins_)
-        return;
-    for (const std::string& line : plugins_->takeComplaints())
-        complain(console, line);
+    return plugins_ ? plugins_->takeComplaints() : std::vector<std::string>();
 }
 
 }  // namespace kelvane

@@ -1,0 +1,86 @@
+// The half of a results window that lives on the main thread: widgets use it to speak to the window's own thread.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include "ui/core/row_mirror.h"
+#include "ui/core/workbench.h"
+
+namespace kelvane {
+
+// Main thread only. Owns the frame's widget; both are gone some time after end().
+class WindowLink final : public QObject {
+    Q_OBJECT
+
+public:
+    // Makes the frame and shows it.
+    [[nodiscard]] static WindowLink* open(Desktop& desktop, std::shared_ptr<CXInstance> instance, Workbench& bench);
+    ~WindowLink() override;
+
+    [[nodiscard]] Desktop& desktop() const { return desktop_; }
+    [[nodiscard]] const RowMirror& rows() const { return rows_; }
+    [[nodiscard]] Job job() const { return job_; }
+    // The parent for dialogs.
+    [[nodiscard]] QWidget* frame() const { return frame_; }
+    [[nodiscard]] const CommandLine& commandLine() const { return instance_->commandLine(); }
+
+    // Does the work on the window's thread, in the order posted, also between the items of a job. What it captures must
+    // not be a widget: it answers through Workbench::toMain(). Dropped once the window is closing.
+    void run(std::function<void(Workbench&)> work);
+    // Asks the window's thread for something, and takes the answer on the main thread, as long as `receiver` is there.
+    template <class Question, class Take>
+    void fetch(QObject* receiver, Question question, Take take)
+    {
+        run([target = QPointer<QObject>(receiver), question = std::move(question),
+             take = std::move(take)](Workbench& bench) mutable {
+            auto answer = std::make_shared<decltype(question(bench))>(question(bench));
+            bench.toMain([target = std::move(target), answer = std::move(answer), take = std::move(take)](WindowLink&) {
+                if (target)
+                    take(std::move(*answer));
+            });
+        });
+    }
+    // Stops the job that runs, at once: not a work of the queue.
+    void cancelJob();
+    // The person wants the window to close.
+    void requestClose();
+
+Q_SIGNALS:
+    // The list. While rowsPatched() is sent, rows() is the new one; `before` rows from `first` on are `after` rows now.
+    void rowsAboutToBePatched(kelvane::Row first, kelvane::Row before, kelvane::Row after);
+    void rowsPatched(kelvane::Row first, kelvane::Row before, kelvane::Row after);
+    void figuresChanged();  // counts and sums
+    void listBegan();       // another list: other columns, another definition
+    void jobChanged(kelvane::Job job);
+    void statusTold(const QString& text);  // a short text for the status line
+    // The row that keyboard and mouse are at, and the rows that previews and details show.
+    void currentRowChanged();
+
+public:
+    // The item that the person is at; nothing in an empty list. Set by the list's view.
+    [[nodiscard]] std::optional<ItemId> currentItem() const { return current_; }
+    void setCurrentItem(std::optional<ItemId> item);
+
+    // For the other half.
+    void take(RowPatch patch);
+    void end();
+
+private:
+    WindowLink(Desktop& desktop, std::shared_ptr<CXInstance> instance, Workbench& bench);
+
+    Desktop& desktop_;
+    std::shared_ptr<CXInstance> instance_;
+    Workbench& bench_;  // touched on its own thread alone
+    RowMirror rows_;
+    Job job_ = Job::none;
+    std::optional<ItemId> current_;
+    QPointer<QWidget> frame_;
+};
+
+}  // namespace kelvane

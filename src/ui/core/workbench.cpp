@@ -1,0 +1,105 @@
+#include "ui/core/workbench.h"
+
+#include <QPointer>
+#include <utility>
+
+#include "ui/core/text.h"
+#include "ui/core/window_link.h"
+
+namespace kelvane {
+
+// Touched on the main thread alone.
+struct Workbench::Slot {
+    QPointer<WindowLink> link;
+};
+
+Workbench::Workbench(CXInstance& instance, Desktop& desktop)
+    : instance_(instance), desktop_(desktop), feed_(results_), slot_(std::make_shared<Slot>())
+{
+    postToMain([slot = slot_, self = this, window = instance.shared_from_this(), &desktop] {
+        slot->link = WindowLink::open(desktop, std::move(window), *self);
+    });
+}
+
+Workbench::~Workbench()
+{
+    postToMain([slot = slot_] {
+        if (slot->link)
+            slot->link->end();
+    });
+}
+
+ListSession& Workbench::beginList(Settings settings, EngineOptions options)
+{
+    filter_.reset();
+    results_.clear();
+    session_ = std::make_unique<ListSession>(platform(), std::move(settings), std::move(options), reading_);
+    filter_ = std::make_unique<QuickFilter>(results_, session_->access.source);
+    return *session_;
+}
+
+std::unique_ptr<Workbench::Running> Workbench::begin(Job job)
+{
+    if (job_ != Job::none || closing_)
+        return nullptr;
+    job_ = job;
+    cancel_.reset();
+    toMain([job](WindowLink& link) { Q_EMIT link.jobChanged(job); });
+    return std::make_unique<Running>(*this);
+}
+
+void Workbench::endJob()
+{
+    job_ = Job::none;
+    toMain([](WindowLink& link) { Q_EMIT link.jobChanged(Job::none); });
+    if (closing_)
+        instance_.quit();
+}
+
+void Workbench::serve()
+{
+    sendChanges();
+    instance_.servePending();
+    sendChanges();
+}
+
+void Workbench::toMain(std::function<void(WindowLink&)> work)
+{
+    sendChanges();
+    postToMain([slot = slot_, work = std::move(work)] {
+        if (slot->link)
+            work(*slot->link);
+    });
+}
+
+void Workbench::sendChanges()
+{
+    auto patch = feed_.take();
+    if (!patch)
+        return;
+    postToMain([slot = slot_, patch = std::make_shared<RowPatch>(*std::move(patch))] {
+        if (slot->link)
+            slot->link->take(std::move(*patch));
+    });
+}
+
+WindowLink* Workbench::linkOnMain()
+{
+    return slot_->link;
+}
+
+void Workbench::tell(std::u16string_view status)
+{
+    toMain([text = toQt(status)](WindowLink& link) { Q_EMIT link.statusTold(text); });
+}
+
+void Workbench::closeRequested()
+{
+    closing_ = true;
+    if (job_ == Job::none)
+        instance_.quit();
+    else
+        cancel_.cancel();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,94 @@
+#include "ui/frame/commands.h"
+
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+
+#include "ui/core/text.h"
+#include "ui/core/window_link.h"
+
+namespace kelvane {
+namespace {
+
+// What a mode shows: advanced shows everything.
+int rankOf(InterfaceMode mode)
+{
+    return mode == InterfaceMode::beginner ? 0 : mode == InterfaceMode::standard ? 1 : 2;
+}
+
+}  // namespace
+
+CommandSet::CommandSet(WindowLink& link, QMainWindow& window) : QObject(&window), link_(link), window_(window)
+{
+    namespace say = desktop_text;
+    const std::pair<MenuId, TextId> titles[] = {{MenuId::file, say::menuFile},   {MenuId::edit, say::menuEdit},
+                                                {MenuId::view, say::menuView},   {MenuId::mark, say::menuMark},
+                                                {MenuId::tools, say::menuTools}, {MenuId::help, say::menuHelp}};
+    for (const auto& [id, title] : titles)
+        menus_[id] = window.menuBar()->addMenu(shown(title));
+    toolbar_ = window.addToolBar(shown(say::toolbarTitle));
+    toolbar_->setObjectName(QStringLiteral("toolbar"));
+    connect(&link, &WindowLink::jobChanged, this, &CommandSet::refresh);
+    connect(&link, &WindowLink::figuresChanged, this, &CommandSet::refresh);
+    connect(&link, &WindowLink::currentRowChanged, this, &CommandSet::refresh);
+}
+
+QAction* CommandSet::add(const CommandSpec& spec)
+{
+    auto* const action = new QAction(shown(spec.label), this);
+    action->setObjectName(QString::fromLatin1(spec.name));
+    action->setShortcut(spec.keys);
+    action->setCheckable(spec.checkable);
+    connect(action, &QAction::triggered, this, [run = spec.run] { run(); });
+    QMenu* const menu = spec.submenu != nullptr ? spec.submenu : menus_.at(spec.menu);
+    if (spec.beginsSection)
+        menu->addSeparator();
+    menu->addAction(action);
+    if (spec.inToolbar)
+        toolbar_->addAction(action);
+    window_.addAction(action);  // its keys work while the menu bar is hidden
+    entries_.push_back({action, spec.when, spec.leastMode});
+    refresh();
+    return action;
+}
+
+QMenu* CommandSet::addSubmenu(MenuId menu, const char* name, TextId label)
+{
+    QMenu* const added = menus_.at(menu)->addMenu(shown(label));
+    added->setObjectName(QString::fromLatin1(name));
+    return added;
+}
+
+QAction* CommandSet::find(const QString& name) const
+{
+    return findChild<QAction*>(name, Qt::FindDirectChildrenOnly);
+}
+
+void CommandSet::setMode(InterfaceMode mode)
+{
+    mode_ = mode;
+    refresh();
+}
+
+void CommandSet::refresh()
+{
+    const unsigned held = holds();
+    for (const Entry& entry : entries_) {
+        entry.action->setEnabled((entry.when & held) == entry.when);
+        entry.action->setVisible(rankOf(mode_) >= rankOf(entry.leastMode));
+    }
+}
+
+unsigned CommandSet::holds() const
+{
+    const ListFigures& figures = link_.rows().figures();
+    unsigned held = link_.job() == Job::none ? when::idle : when::busy;
+    held |= figures.items > 0 ? when::hasItems : 0;
+    held |= figures.ticked.items > 0 ? when::hasTicks : 0;
+    held |= figures.selected.items > 0 ? when::isSelected : 0;
+    held |= link_.currentItem() ? when::hasCurrent : 0;
+    return held;
+}
+
+}  // namespace kelvane

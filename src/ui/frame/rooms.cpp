@@ -1,0 +1,12 @@
+#include "ui/frame/rooms.h"
+
+#include "ui/frame/frame_commands.h"
+
+namespace kelvane {
+
+void installRooms(const FrameParts& parts)
+{
+    installFrameCommands(parts);
+}
+
+}  // namespace kelvane
