@@ -6,7 +6,9 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
 # Nothing of the building system's own libraries and headers fits the target.
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+# Qt's are where tools/windows/qt_sdk put them; without ".." in the path, which would not be known again.
+cmake_path(SET qt_for_windows NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/qt-windows)
+set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32 ${qt_for_windows})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
