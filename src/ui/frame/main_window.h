@@ -17,6 +17,8 @@ class MainWindow final : public QMainWindow {
 public:
     explicit MainWindow(WindowLink& link);
 
+    [[nodiscard]] WindowLink& link() const { return link_; }
+
     // A pane that can be docked anywhere, closed, and opened again from the view menu. `name` is for the layout that is
     // remembered, and for tests. Takes the widget.
     QDockWidget* addPane(QWidget* content, const char* name, TextId title, Qt::DockWidgetArea area);
