@@ -27,6 +27,8 @@ struct ListSession {
     std::optional<CScanNode> definition{};   // nothing where a file does not say what was searched for
     std::optional<ScanCriteria> criteria{};  // nothing likewise
     std::vector<PropRef> columns{};          // that the scan gave the list
+    std::vector<PropRef> inView{};           // from the left, once they were looked at: see columnsInView()
+    bool chosen = false;                     // a person chose those in view
     std::string file{};                      // where it was loaded from or saved to; empty otherwise
 };
 

@@ -35,6 +35,7 @@ ListSession& Workbench::beginList(Settings settings, EngineOptions options)
     results_.clear();
     session_ = std::make_unique<ListSession>(platform(), std::move(settings), std::move(options), reading_);
     filter_ = std::make_unique<QuickFilter>(results_, session_->access.source);
+    toMain([](WindowLink& link) { Q_EMIT link.listBegan(); });
     return *session_;
 }
 

@@ -1,0 +1,37 @@
+// The titles of the list's columns: dragged into another order, clicked to sort.
+#pragma once
+
+#include <QHeaderView>
+#include <vector>
+
+#include "ui/list/list_columns.h"
+#include "ui/list/row_painter.h"
+
+class QStandardItemModel;
+
+namespace kelvane {
+
+// Section 0 is that of tick boxes, which stays in front; section n + 1 is column n.
+class ListHeader final : public QHeaderView {
+    Q_OBJECT
+
+public:
+    explicit ListHeader(QWidget* parent);
+
+    // Widths of columns that were there before stay.
+    void setColumns(const std::vector<ListColumn>& columns);
+    [[nodiscard]] const std::vector<ListColumn>& columns() const { return columns_; }
+    // The columns as they stand from the left, whatever order they came in.
+    [[nodiscard]] std::vector<std::string> namesInOrder() const;
+    // In the coordinates of the viewport below.
+    [[nodiscard]] std::vector<ColumnSpan> spans() const;
+    [[nodiscard]] int tickWidth() const;
+
+private:
+    [[nodiscard]] int firstWidth(const ListColumn& column) const;
+
+    QStandardItemModel* titles_;
+    std::vector<ListColumn> columns_;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,102 @@
+#include "ui/list/row_painter.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStyleOptionFocusRect>
+
+#include "ui/core/text.h"
+
+namespace kelvane {
+namespace {
+
+constexpr int cellMargin = 5;
+constexpr int tagWidth = 5;
+
+QColor mixed(const QColor& one, const QColor& other, double share)
+{
+    const auto part = [&](int a, int b) { return static_cast<int>(a * (1 - share) + b * share); };
+    return {part(one.red(), other.red()), part(one.green(), other.green()), part(one.blue(), other.blue())};
+}
+
+}  // namespace
+
+QString headingText(const RowEntry& first, Row members)
+{
+    namespace say = desktop_text;
+    const std::string group = std::to_string(first.group), count = std::to_string(members);
+    const QString text = members == 1 ? shown(say::headingOne, {group}) : shown(say::headingMany, {group, count});
+    return first.approximate ? text + QStringLiteral("   ") + shown(say::comparedApproximately) : text;
+}
+
+RowPainter::RowPainter(QPainter& painter, const QWidget& widget, const std::vector<QColor>& tagColors)
+    : painter_(painter), widget_(widget), tagColors_(tagColors)
+{
+}
+
+void RowPainter::background(const QRect& rect, const RowLook& look)
+{
+    const QPalette& palette = widget_.palette();
+    if (look.entry.isSelected())
+        painter_.fillRect(rect, palette.highlight());
+    else if (look.banded)
+        painter_.fillRect(rect, palette.alternateBase());
+    painter_.setPen(palette.color(look.entry.isSelected() ? QPalette::HighlightedText : QPalette::Text));
+}
+
+void RowPainter::tag(const QRect& rect, std::uint8_t tag)
+{
+    if (tag != noTag && tag <= tagColors_.size())
+        painter_.fillRect(QRect(rect.left(), rect.top() + 1, tagWidth, rect.height() - 2), tagColors_[tag - 1u]);
+}
+
+void RowPainter::tickBox(const QRect& rect, bool ticked)
+{
+    QStyleOptionButton option;
+    option.initFrom(&widget_);
+    option.state = QStyle::State_Enabled | (ticked ? QStyle::State_On : QStyle::State_Off);
+    const QStyle& style = *widget_.style();
+    const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth), style.pixelMetric(QStyle::PM_IndicatorHeight));
+    option.rect = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, rect);
+    style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &option, &painter_, &widget_);
+}
+
+void RowPainter::row(const QRect& rect, const QRect& tick, const std::vector<ColumnSpan>& columns, const RowLook& look)
+{
+    background(rect, look);
+    tag(rect, look.entry.tag);
+    for (const ColumnSpan& span : columns) {
+        const auto index = static_cast<qsizetype>(span.column);
+        if (look.texts == nullptr || index >= look.texts->size())
+            continue;
+        const QRect cell(span.left + cellMargin, rect.top(), span.width - 2 * cellMargin, rect.height());
+        const QString text =
+            painter_.fontMetrics().elidedText(look.texts->at(index), Qt::ElideMiddle, std::max(cell.width(), 0));
+        painter_.drawText(cell, Qt::AlignVCenter | (span.rightAligned ? Qt::AlignRight : Qt::AlignLeft), text);
+    }
+    if (look.tickBox)
+        tickBox(tick, look.entry.isTicked());
+    if (look.current && widget_.hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(&widget_);
+        focus.rect = rect;
+        widget_.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter_, &widget_);
+    }
+}
+
+void RowPainter::heading(const QRect& rect, const RowEntry& first, Row members)
+{
+    const QPalette& palette = widget_.palette();
+    painter_.fillRect(rect, mixed(palette.color(QPalette::Base), palette.color(QPalette::Highlight), 0.12));
+    painter_.fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1),
+                      mixed(palette.color(QPalette::Base), palette.color(QPalette::Highlight), 0.35));
+    QFont bold = widget_.font();
+    bold.setBold(true);
+    painter_.setFont(bold);
+    painter_.setPen(palette.color(QPalette::Text));
+    painter_.drawText(rect.adjusted(cellMargin + 1, 0, -cellMargin, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                      headingText(first, members));
+    painter_.setFont(widget_.font());
+}
+
+}  // namespace kelvane
