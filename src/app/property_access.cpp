@@ -28,6 +28,13 @@ KindMasks kindMasks(const EngineOptions& options)
     return kinds;
 }
 
+MediaOptions mediaOptions(const EngineOptions& options)
+{
+    MediaOptions media = options.media;
+    media.largestEntry = options.largestVirtualStream.bytes;
+    return media;
+}
+
 }  // namespace
 
 PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options, DescriptorCache* kept,
@@ -37,7 +44,7 @@ PropertyAccess::PropertyAccess(Platform& platform, const EngineOptions& options,
       extraction(makeTextExtraction({platform.shell(), platform.workers(), platform.decoding(), platform.xml(),
                                      platform.packages(), platform.filters(), plugins->texts()},
                                     options.extraction)),
-      media(makeMediaReading(platform.shell(), platform.workers(), options.media)),
+      media(makeMediaReading(platform.shell(), platform.workers(), mediaOptions(options))),
       describer(std::make_unique<MediaDescriber>(platform.shell(), *media, cache)),
       documents(makeDocumentReaders(*extraction, platform.readers(), cancel)),
       readers(makeMediaReaders(*describer, *documents, cancel)),

@@ -16,6 +16,13 @@ namespace {
 
 using Row = std::vector<std::string>;
 
+std::string shortNumber(double number)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.3g", number);
+    return text.data();
+}
+
 std::string percentText(const std::optional<double>& percent)
 {
     if (!percent)
@@ -65,6 +72,14 @@ std::string sideText(const std::u16string& text, const std::optional<ContentMeas
     return measure ? measureText(*measure) : toUtf8(text);
 }
 
+// Scores are no percentages of a difference: what they have to reach is told.
+std::string allowedText(const StageReport& stage)
+{
+    if (stage.name != "content" || !stage.allowed)
+        return percentText(stage.allowed);
+    return filledText(TextId::leastScore, {shortNumber(100 - *stage.allowed)});
+}
+
 Row stageCells(const StageReport& stage, bool approximate)
 {
     return {std::to_string(stage.stage),
@@ -72,7 +87,7 @@ Row stageCells(const StageReport& stage, bool approximate)
             sideText(stage.textA, stage.measureA),
             sideText(stage.textB, stage.measureB),
             percentText(stage.difference),
-            percentText(stage.allowed),
+            allowedText(stage),
             stage.score ? std::to_string(*stage.score) : "",
             verdictText(stage, approximate)};
 }
@@ -121,13 +136,6 @@ std::string conclusion(const Comparison& comparison)
     if (!comparison.result.match())
         return filledText(TextId::filesPart, {std::to_string(comparison.result.stage)});
     return filledText(comparison.result.approximate ? TextId::filesMatchSampled : TextId::filesMatch);
-}
-
-std::string shortNumber(double number)
-{
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.3g", number);
-    return text.data();
 }
 
 // What the second look at two pictures found.
@@ -227,6 +235,7 @@ void writeCsv(const Comparison& comparison, std::ostream& out)
     writeCsvRow({"stage", "name", "a", "b", "difference", "allowed", "score", "equal"}, out);
     for (const StageReport& stage : comparison.stages) {
         Row cells = stageCells(stage, false);
+        cells[5] = percentText(stage.allowed);
         cells.back() = stage.equal ? "true" : "false";
         writeCsvRow(cells, out);
     }

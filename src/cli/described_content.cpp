@@ -65,8 +65,8 @@ DescribedContent describeImage(const ShellItem& item, const MediaDescriber& desc
     if (!made.signature)
         return {nullptr, {}, mediaCause(made.fault)};
     return {{{"width", made.signature->width}, {"height", made.signature->height}},
-            {line(TextId::titleWidth, std::to_string(made.signature->width)),
-             line(TextId::titleHeight, std::to_string(made.signature->height))},
+            {line(TextId::titlePreviewWidth, std::to_string(made.signature->width)),
+             line(TextId::titlePreviewHeight, std::to_string(made.signature->height))},
             {}};
 }
 

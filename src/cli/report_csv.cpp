@@ -5,6 +5,7 @@
 #include "cli/listed_value.h"
 #include "cli/value_json.h"
 #include "platform/native_text.h"
+#include "results/result_columns.h"
 
 namespace kelvane {
 namespace {
@@ -59,7 +60,9 @@ void writeFile(const Listing& listing, const GroupFacts& group, ItemId id, std::
     if (listing.marksNew())
         cells.push_back(word(listing.isNew(id)));
     for (const PropRef& column : listing.shape.columns)
-        cells.push_back(cell(listedValue(listing, id, column)));
+        cells.push_back(isDuration(column)
+                            ? toUtf8(cellText(listing.results.file(id), column, *listing.shape.properties))
+                            : cell(listedValue(listing, id, column)));
     writeCsvRow(cells, out);
 }
 

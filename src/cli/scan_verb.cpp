@@ -62,6 +62,8 @@ void noteLeftOut(const ScanReport& report, const ScanCriteria& criteria, const C
     for (const auto& [reason, files] : walk.undescribed)
         complain(console, filledText(files == 1 ? TextId::oneUndescribed : TextId::manyUndescribed,
                                      {reason, std::to_string(files)}));
+    if (walk.outsideMasks > 0)
+        complain(console, countedText(walk.outsideMasks, TextId::oneOutsideMasks, TextId::manyOutsideMasks));
     if (walk.offlineSkipped > 0)
         complain(console, countedText(walk.offlineSkipped, TextId::oneStoredElsewhere, TextId::manyStoredElsewhere));
     if (const std::uint64_t pairs = report.grouping.ignoredPairs; pairs > 0)

@@ -11,6 +11,29 @@ namespace {
 // Below this a file is tiny whatever the settings say.
 constexpr std::uint64_t leastTinyLimit = 2048;
 
+// A file that is a root of its own carries its full path as name.
+bool testName(const ShellItem& file, const auto& test)
+{
+    return file.parent() ? test(nameBytes(file.name())) : test(nameBytes(file.path().filename().native()));
+}
+
+// Nothing where a person chose the masks, and for categories whose kinds no list of endings tells.
+std::optional<MediaKind> kindWithCategoryMasks(const ScanCriteria& criteria)
+{
+    if (criteria.definition.masks.size() > 1)
+        return std::nullopt;
+    switch (criteria.category()) {
+    case Category::audio:
+        return MediaKind::sound;
+    case Category::video:
+        return MediaKind::film;
+    case Category::images:
+        return MediaKind::picture;
+    default:
+        return std::nullopt;
+    }
+}
+
 }  // namespace
 
 Admission::Admission(const ScanCriteria& criteria, ShellNamespace& shell, const PropertySource& properties,
@@ -19,13 +42,20 @@ Admission::Admission(const ScanCriteria& criteria, ShellNamespace& shell, const 
       shell_(shell),
       properties_(properties),
       contents_{isDescribed(criteria, contents.similar) ? contents.similar : nullptr, contents.valuesLater},
-      tinyLimit_(std::max(criteria.options.tinyFile.bytes, leastTinyLimit))
+      tinyLimit_(std::max(criteria.options.tinyFile.bytes, leastTinyLimit)),
+      unmasked_(kindWithCategoryMasks(criteria))
 {
 }
 
 std::optional<Candidate> Admission::test(const Ref<ShellItem>& file)
 {
-    if (file->info().kind != FileKind::regular || !hasRightName(*file) || !hasRightSize(*file))
+    if (file->info().kind != FileKind::regular)
+        return std::nullopt;
+    if (!hasRightName(*file)) {
+        countIfOfKind(*file);
+        return std::nullopt;
+    }
+    if (!hasRightSize(*file))
         return std::nullopt;
     if (isFetched(*file)) {
         ++offlineSkipped_;
@@ -41,12 +71,15 @@ std::optional<Candidate> Admission::test(const Ref<ShellItem>& file)
 
 bool Admission::hasRightName(const ShellItem& file) const
 {
-    // A file that is a root of its own carries its full path as name.
-    if (criteria_.masks.admitsAll())
-        return true;
-    if (file.parent())
-        return criteria_.masks.admits(nameBytes(file.name()));
-    return criteria_.masks.admits(nameBytes(file.path().filename().native()));
+    return criteria_.masks.admitsAll() ||
+           testName(file, [&](std::string_view name) { return criteria_.masks.admits(name); });
+}
+
+void Admission::countIfOfKind(const ShellItem& file)
+{
+    const auto isOfKind = [&](std::string_view name) { return mediaKindOf(name) == unmasked_; };
+    if (unmasked_ && testName(file, isOfKind) && hasRightSize(file))
+        ++outsideMasks_;
 }
 
 bool Admission::hasRightSize(const ShellItem& file) const

@@ -1,6 +1,6 @@
 #include "engine/alike_previews.h"
 
-#include <algorithm>
+#include <map>
 #include <utility>
 
 #include "engine/ordered_tasks.h"
@@ -10,18 +10,13 @@ namespace {
 
 std::vector<AlikePreviews::Group> groupsOf(std::span<const PreviewSignature* const> signatures)
 {
-    AlikePreviews::Group all;
+    std::map<std::pair<std::uint16_t, std::uint16_t>, AlikePreviews::Group> bySize;
     for (std::uint32_t i = 0; i < signatures.size(); ++i)
         if (signatures[i] != nullptr)
-            all.push_back(i);
-    const auto key = [&](std::uint32_t i) { return std::pair(signatures[i]->width, signatures[i]->height); };
-    std::stable_sort(all.begin(), all.end(), [&](std::uint32_t a, std::uint32_t b) { return key(a) < key(b); });
+            bySize[{signatures[i]->width, signatures[i]->height}].push_back(i);
     std::vector<AlikePreviews::Group> groups;
-    for (const std::uint32_t i : all) {
-        if (groups.empty() || key(groups.back().back()) != key(i))
-            groups.emplace_back();
-        groups.back().push_back(i);
-    }
+    for (auto& [size, group] : bySize)
+        groups.push_back(std::move(group));
     return groups;
 }
 
@@ -38,8 +33,8 @@ std::optional<AlikePreviews> AlikePreviews::find(std::span<const PreviewSignatur
             made.places_[number] = {group, static_cast<std::uint32_t>(members.size())};
             members.push_back(signatures[number]);
         }
-        made.indexes_.emplace_back(members);
-        if (!made.findWithin(group, threads, cancel))
+        made.indexes_.emplace_back(members, cancel);
+        if (cancel.cancelled() || !made.findWithin(group, threads, cancel))
             return std::nullopt;
     }
     return made;

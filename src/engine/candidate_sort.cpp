@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "engine/matcher.h"
+#include "engine/merge_sort.h"
 #include "props/value_order.h"
 
 namespace kelvane {
@@ -39,31 +40,6 @@ bool equalKeys(const NumberKey& a, const NumberKey& b)
 bool equalKeys(const ValueKey& a, const ValueKey& b)
 {
     return !a.value.missing() && compareValues(a.value, b.value) == 0;
-}
-
-// A merge sort in blocks, so that a person who cancels does not wait for the end of it. False when cancelled.
-template <class Key>
-bool sortKeys(std::vector<Key>& keys, const CancelFlag& cancel)
-{
-    const std::size_t count = keys.size();
-    const auto at = [&](std::size_t i) { return keys.begin() + static_cast<std::ptrdiff_t>(std::min(i, count)); };
-    for (std::size_t i = 0; i < count; i += Key::blockSize) {
-        if (cancel.cancelled())
-            return false;
-        std::sort(at(i), at(i + Key::blockSize));
-    }
-    std::vector<Key> merged;
-    for (std::size_t run = Key::blockSize; run < count; run *= 2) {
-        merged.clear();
-        merged.reserve(count);
-        for (std::size_t i = 0; i < count; i += 2 * run) {
-            if (cancel.cancelled())
-                return false;
-            std::merge(at(i), at(i + run), at(i + run), at(i + 2 * run), std::back_inserter(merged));
-        }
-        keys.swap(merged);
-    }
-    return true;
 }
 
 // Signed numbers as unsigned ones of the same order.
@@ -146,7 +122,7 @@ private:
     template <class Key>
     std::optional<SortedCandidates> sort(std::vector<Key>& keys)
     {
-        if (!sortKeys(keys, cancel_))
+        if (!mergeSort(keys, Key::blockSize, cancel_))
             return std::nullopt;
         SortedCandidates sorted{&list_, {}, {}};
         sorted.order.reserve(keys.size());

@@ -34,6 +34,7 @@ public:
     [[nodiscard]] ContentResult compare(const ShellItem& a, const ShellItem& b);
     // Whether the last comparison left bytes out.
     [[nodiscard]] bool sampled() const { return sampled_; }
+    [[nodiscard]] const CancelFlag& cancel() const { return cancel_; }
     // Bytes read by all comparisons so far, both files counted.
     [[nodiscard]] std::uint64_t bytesRead() const { return bytesRead_; }
 

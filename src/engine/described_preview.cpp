@@ -47,6 +47,31 @@ Ref<CachedBitmap> RecentPreviews::find(const DescribedPreview& described)
     return used(described);
 }
 
+// Whatever comes of it: those who wait must not wait for ever.
+class RecentPreviews::Making {
+public:
+    // The lock is held now, and may be at the end.
+    Making(RecentPreviews& house, const DescribedPreview& described, std::unique_lock<std::mutex>& lock)
+        : house_(house), described_(described), lock_(lock)
+    {
+        house_.beingMade_.insert(&described_);
+    }
+    ~Making()
+    {
+        if (!lock_.owns_lock())
+            lock_.lock();
+        house_.beingMade_.erase(&described_);
+        house_.made_.notify_all();
+    }
+    Making(const Making&) = delete;
+    Making& operator=(const Making&) = delete;
+
+private:
+    RecentPreviews& house_;
+    const DescribedPreview& described_;
+    std::unique_lock<std::mutex>& lock_;
+};
+
 Ref<CachedBitmap> RecentPreviews::obtain(const Ref<const DescribedPreview>& described,
                                          const std::function<Ref<CachedBitmap>()>& make)
 {
@@ -54,12 +79,10 @@ Ref<CachedBitmap> RecentPreviews::obtain(const Ref<const DescribedPreview>& desc
     made_.wait(lock, [&] { return !beingMade_.contains(described.get()); });
     if (Ref<CachedBitmap> held = used(*described))
         return held;
-    beingMade_.insert(described.get());
+    const Making making(*this, *described, lock);
     lock.unlock();
     Ref<CachedBitmap> preview = make();
     lock.lock();
-    beingMade_.erase(described.get());
-    made_.notify_all();
     if (preview)
         insert(described, preview);
     return preview;

@@ -38,11 +38,12 @@ public:
     // Null where it is not held any more.
     [[nodiscard]] Ref<CachedBitmap> find(const DescribedPreview& described);
     // The one that is held, else what `make` gives. Neighbours are scored at one time and share a picture: it is made
-    // by one of the threads, and the others wait.
+    // by one of the threads, and the others wait. What `make` throws goes to its thread alone.
     [[nodiscard]] Ref<CachedBitmap> obtain(const Ref<const DescribedPreview>& described,
                                            const std::function<Ref<CachedBitmap>()>& make);
 
 private:
+    class Making;
     struct Entry {
         Ref<const DescribedPreview> described;  // so that its address stays its own
         Ref<CachedBitmap> preview;

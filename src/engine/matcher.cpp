@@ -196,7 +196,10 @@ MatchResult Matcher::similarContents(std::int32_t stage, Candidate& a, Candidate
     if (similar_ == nullptr || !similar_->supports(criteria_.category()))
         return partedAt(stage);
     const auto known = scoreOracle_ ? scoreOracle_() : std::nullopt;
-    const ContentScore score = known ? *known : similar_->compare(criteria_, a, b);
+    const CancelFlag& cancel = contents_.cancel();
+    const ContentScore score = known ? *known : similar_->compare(criteria_, a, b, cancel);
+    if (!known && cancel.cancelled())
+        return {.stage = -1};
     const bool similar = score.comparable && score.score >= criteria_.similarity && !score.vetoed;
     const std::int32_t partedStage = score.endsWalk || criteria_.category() == Category::images ? 1 : stage;
     if (report_ != nullptr)

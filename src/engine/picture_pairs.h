@@ -35,9 +35,10 @@ using LaterPicture = std::function<std::uint32_t(std::uint32_t reference, std::u
 [[nodiscard]] LaterPicture laterAlikes(const OrderedPictures& pictures, unsigned threads, const CancelFlag& cancel);
 // The same from what was found before, where the pictures have these numbers, by position.
 [[nodiscard]] LaterPicture laterAlikes(const OrderedPictures& pictures, const AlikePreviews& alikes,
-                                       std::span<const std::uint32_t> numbers);
+                                       std::span<const std::uint32_t> numbers, const CancelFlag& cancel);
 
-// All of the same size, or those of them that a second look agrees on.
-[[nodiscard]] LaterPicture laterOfSameSize(std::shared_ptr<const OrderedPictures> pictures, bool secondLook);
+// All of the same size, or those of them that a second look agrees on. Ends early when cancelled; the flag outlives it.
+[[nodiscard]] LaterPicture laterOfSameSize(std::shared_ptr<const OrderedPictures> pictures, bool secondLook,
+                                           const CancelFlag& cancel);
 
 }  // namespace kelvane

@@ -1,17 +1,19 @@
 #include "engine/preview_index.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace kelvane {
 namespace {
 
-constexpr std::uint32_t smallestBox = 8;
+// The structures of unrelated previews lie about equally far from one another in all directions, so that boxes part
+// but light and colours well: what is left is faster gone through than divided further.
+constexpr std::uint32_t smallestBox = 64;
 
-// So many previews are looked at for one, the likeliest first: where boxes tell nothing apart (noise is like that),
-// time stays in proportion to the number of pictures, and a far relative may be missed. Never reached by fewer of a
-// size.
-constexpr std::uint32_t mostLookedAt = 10'000;
+// So many points are passed for one, and so many of their previews looked at, the likeliest first: where nothing tells
+// them apart (noise is like that), time stays in proportion to the number of pictures, and a far relative may be
+// missed. Never reached by fewer of a size.
+constexpr std::uint32_t mostPassed = 250'000;
+constexpr std::uint32_t mostLookedAt = 5'000;
 
 // So that the sides of boxes compare: about what a look allows in each direction.
 float scaleOf(std::size_t direction)
@@ -45,8 +47,9 @@ public:
 
     std::vector<AlikePreview> run()
     {
-        pending_.push_back({0, 0});
-        while (!pending_.empty() && lookedAt_ < mostLookedAt) {
+        if (!index_.boxes_.empty())
+            pending_.push_back({0, 0});
+        while (!pending_.empty() && passed_ < mostPassed && lookedAt_ < mostLookedAt) {
             const Pending next = pending_.back();
             pending_.pop_back();
             if (next.distance <= limit_)
@@ -65,9 +68,7 @@ private:
     void open(const Box& box, std::uint32_t number)
     {
         if (box.second == 0) {
-            for (std::uint32_t i = box.begin; i < box.end; ++i)
-                look(index_.numbers_[i]);
-            lookedAt_ += box.end - box.begin;
+            passThrough(box);
             return;
         }
         Pending first{number + 1, distanceTo(number + 1)}, second{box.second, distanceTo(box.second)};
@@ -101,15 +102,36 @@ private:
         return sum;
     }
 
+    // All of them at once, in loops of a fixed length, which compilers turn into few instructions.
+    void passThrough(const Box& box)
+    {
+        std::array<float, smallestBox> distances{};
+        for (std::size_t i = 0; i < PreviewPoint::structure; ++i) {
+            const float* const values = index_.columns_[i].data() + box.begin;
+            for (std::size_t k = 0; k < smallestBox; ++k)
+                distances[k] += (values[k] - point_.at[i]) * (values[k] - point_.at[i]);
+        }
+        const std::uint32_t count = box.end - box.begin;
+        for (std::uint32_t k = 0; k < count; ++k)
+            if (distances[k] <= limit_)
+                look(index_.numbers_[box.begin + k]);
+        passed_ += count;
+    }
+
     void look(std::uint32_t other)
     {
         const auto& at = index_.points_[other].at;
         if (other == number_ || distance(at, at) > limit_ || (wanted_ && !wanted_(other)))
             return;
-        const PreviewLook seen = secondLook(index_.layouts_[number_], index_.layouts_[other]);
-        if (!seen.agrees)
-            return;
-        const AlikePreview alike{other, static_cast<float>(structureDistance(seen.correlation))};
+        ++lookedAt_;
+        const PreviewLayout &mine = index_.layouts_[number_], &its = index_.layouts_[other];
+        const AlikePreview alike{other, static_cast<float>(structureDistance(correlation(mine, its)))};
+        if (alike.distance <= limit_ && secondLook(mine, its).agrees)
+            add(alike);
+    }
+
+    void add(const AlikePreview& alike)
+    {
         if (found_.size() == most_) {
             if (!(alike < found_.front()))
                 return;
@@ -132,25 +154,44 @@ private:
     const PreviewPoint& point_;
     const PreviewWindow window_;
     float limit_;
-    std::uint32_t lookedAt_ = 0;
+    std::uint32_t passed_ = 0, lookedAt_ = 0;
     std::vector<Pending> pending_;
     std::vector<AlikePreview> found_;  // a heap, the farthest first
 };
 
-PreviewIndex::PreviewIndex(std::span<const PreviewSignature* const> signatures) : numbers_(signatures.size())
+PreviewIndex::PreviewIndex(std::span<const PreviewSignature* const> signatures, const CancelFlag& cancel)
 {
     layouts_.reserve(signatures.size());
     points_.reserve(signatures.size());
-    for (const PreviewSignature* signature : signatures)
-        points_.emplace_back(layouts_.emplace_back(*signature));
-    std::iota(numbers_.begin(), numbers_.end(), 0);
+    for (const PreviewSignature* signature : signatures) {
+        if (cancel.cancelled())
+            return;
+        const PreviewLayout& layout = layouts_.emplace_back(*signature);
+        points_.emplace_back(layout);
+        if (!layout.flat())
+            numbers_.push_back(static_cast<std::uint32_t>(layouts_.size() - 1));
+    }
     if (!numbers_.empty())
-        build(0, static_cast<std::uint32_t>(numbers_.size()));
+        build(0, static_cast<std::uint32_t>(numbers_.size()), cancel);
+    if (!cancel.cancelled())
+        fillColumns();
+}
+
+void PreviewIndex::fillColumns()
+{
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        columns_[i].reserve(numbers_.size() + smallestBox);
+        for (const std::uint32_t number : numbers_)
+            columns_[i].push_back(points_[number].at[i]);
+        columns_[i].resize(numbers_.size() + smallestBox);
+    }
 }
 
 std::vector<AlikePreview> PreviewIndex::nearest(std::uint32_t number, std::size_t most,
                                                 const std::function<bool(std::uint32_t)>& wanted) const
 {
+    if (layouts_[number].flat())
+        return {};
     return Search(*this, number, most, wanted).run();
 }
 
@@ -167,11 +208,11 @@ PreviewIndex::Box PreviewIndex::boxAround(std::uint32_t begin, std::uint32_t end
 }
 
 // As deep as the logarithm of their number, since the halves are equal.
-std::uint32_t PreviewIndex::build(std::uint32_t begin, std::uint32_t end)
+std::uint32_t PreviewIndex::build(std::uint32_t begin, std::uint32_t end, const CancelFlag& cancel)
 {
     const auto made = static_cast<std::uint32_t>(boxes_.size());
     boxes_.push_back(boxAround(begin, end));
-    if (end - begin <= smallestBox)
+    if (end - begin <= smallestBox || cancel.cancelled())
         return made;
     std::size_t widest = 0;
     const auto width = [&](std::size_t direction) {
@@ -186,8 +227,8 @@ std::uint32_t PreviewIndex::build(std::uint32_t begin, std::uint32_t end)
                          const float x = points_[a].at[widest], y = points_[b].at[widest];
                          return x != y ? x < y : a < b;
                      });
-    build(begin, middle);
-    const std::uint32_t second = build(middle, end);
+    build(begin, middle, cancel);
+    const std::uint32_t second = build(middle, end, cancel);
     boxes_[made].second = second;
     return made;
 }

@@ -6,10 +6,18 @@
 #include <numeric>
 #include <utility>
 
+#include "engine/merge_sort.h"
+
 namespace kelvane {
 namespace {
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+// At the cancel flag.
+bool isDueToLook(std::uint64_t step)
+{
+    return step % 8192 == 0;
+}
 
 constexpr int mostRounds = 8;  // of joining the ends of chains
 
@@ -81,14 +89,35 @@ struct Link {
     friend auto operator<=>(const Link&, const Link&) = default;
 };
 
-std::vector<Link> linksOf(const AlikePreviews& alikes)
+// Nothing when cancelled.
+std::optional<std::vector<Link>> linksOf(const AlikePreviews& alikes, const CancelFlag& cancel)
 {
+    constexpr std::size_t block = 262'144;
     std::vector<Link> links;
-    for (std::uint32_t i = 0; i < alikes.size(); ++i)
+    for (std::uint32_t i = 0; i < alikes.size(); ++i) {
+        if (isDueToLook(i) && cancel.cancelled())
+            return std::nullopt;
         for (const AlikePreview& alike : alikes.of(i))
             links.push_back({alike.distance, std::min(i, alike.number), std::max(i, alike.number)});
-    std::sort(links.begin(), links.end());
+    }
+    if (!mergeSort(links, block, cancel))
+        return std::nullopt;
     return links;
+}
+
+// False when cancelled.
+bool joinAlikes(const AlikePreviews& alikes, Chains& chains, const CancelFlag& cancel)
+{
+    const auto links = linksOf(alikes, cancel);
+    if (!links)
+        return false;
+    std::uint64_t step = 0;
+    for (const Link& link : *links) {
+        if (isDueToLook(step++) && cancel.cancelled())
+            return false;
+        chains.join(link.a, link.b);
+    }
+    return true;
 }
 
 // Puts chains one after the other, those that are linked near one another.
@@ -99,16 +128,19 @@ public:
     {
     }
 
-    // The chain of this preview, and all that can be reached from it by links.
-    void take(std::uint32_t number)
+    // The chain of this preview, and all that can be reached from it by links. False when cancelled.
+    [[nodiscard]] bool take(std::uint32_t number, const CancelFlag& cancel)
     {
         pending_.push_back(number);
         while (!pending_.empty()) {
+            if (isDueToLook(steps_++) && cancel.cancelled())
+                return false;
             const std::uint32_t next = pending_.back();
             pending_.pop_back();
             if (places_[next] == none)
                 takeChain(next);
         }
+        return true;
     }
 
     [[nodiscard]] std::vector<std::uint32_t> made()
@@ -138,6 +170,7 @@ private:
     const Chains& chains_;
     std::vector<std::uint32_t> places_;
     std::uint32_t taken_ = 0;
+    std::uint64_t steps_ = 0;
     std::vector<std::uint32_t> pending_, chain_;
 };
 
@@ -175,14 +208,13 @@ bool joinEnds(const AlikePreviews& alikes, Chains& chains, const CancelFlag& can
 std::optional<std::vector<std::uint32_t>> placesByLooks(const AlikePreviews& alikes, const CancelFlag& cancel)
 {
     Chains chains(alikes.size());
-    for (const Link& link : linksOf(alikes))
-        chains.join(link.a, link.b);
-    if (!joinEnds(alikes, chains, cancel))
+    if (!joinAlikes(alikes, chains, cancel) || !joinEnds(alikes, chains, cancel))
         return std::nullopt;
     Places places(alikes, chains);
     for (const AlikePreviews::Group& group : alikes.groups())
         for (const std::uint32_t number : group)
-            places.take(number);
+            if (!places.take(number, cancel))
+                return std::nullopt;
     return places.made();
 }
 

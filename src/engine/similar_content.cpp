@@ -41,10 +41,11 @@ public:
         return content != nullptr && content->admits(criteria, file);
     }
 
-    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) override
+    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b,
+                         const CancelFlag& cancel) override
     {
         SimilarContent* content = of(criteria.category());
-        return content != nullptr ? content->compare(criteria, a, b) : ContentScore{.comparable = false};
+        return content != nullptr ? content->compare(criteria, a, b, cancel) : ContentScore{.comparable = false};
     }
 
     std::unique_ptr<Neighbours> narrow(const ScanCriteria& criteria, const SortedCandidates& sorted,

@@ -72,8 +72,9 @@ public:
 
     // Whether the file has a descriptor and is long enough, after describe() and once its primary value is known.
     [[nodiscard]] virtual bool admits(const ScanCriteria& criteria, ItemContext& file) = 0;
-    // Describes what was not described yet.
-    [[nodiscard]] virtual ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) = 0;
+    // Describes what was not described yet. What it says of a cancelled call is of no interest.
+    [[nodiscard]] virtual ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b,
+                                               const CancelFlag& cancel) = 0;
 
     // The candidates that may match, found ahead in parallel; null where the plain walk is to be taken. The same groups
     // come of both but for what a filter leaves out, whose loss is measured, and which EngineOptions::exhaustive turns

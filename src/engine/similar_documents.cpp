@@ -66,15 +66,16 @@ public:
         return keys;
     }
 
-    bool admits(const ScanCriteria& criteria, ItemContext& file) override
+    bool admits(const ScanCriteria&, ItemContext& file) override
     {
-        return static_cast<bool>(descriptorOf(criteria, file));
+        return static_cast<bool>(documentDescriptor(file, property_, {}));
     }
 
-    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) override
+    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b,
+                         const CancelFlag& cancel) override
     {
-        const auto first = descriptorOf(criteria, a);
-        const auto second = descriptorOf(criteria, b);
+        const auto first = descriptorOf(criteria, a, cancel);
+        const auto second = descriptorOf(criteria, b, cancel);
         ContentScore result{.a = measureOf(first), .b = measureOf(second)};
         result.comparable = first && second && !sizesTooDifferent(first->size(), second->size());
         result.endsWalk = first && second && !result.comparable;
@@ -94,7 +95,7 @@ public:
         OrderedDocuments documents;
         documents.descriptors.reserve(sorted.size());
         for (std::uint32_t i = 0; i < sorted.size(); ++i)
-            documents.descriptors.push_back(descriptorOf(criteria, sorted.at(i)));
+            documents.descriptors.push_back(descriptorOf(criteria, sorted.at(i), cancel));
         if (criteria.has(scan_flag::sameType))
             documents.types = typesOf(sorted);
         DocumentNeighbours::PairFilter filter;
@@ -105,10 +106,11 @@ public:
     }
 
 private:
-    Ref<const SimDocDescriptor> descriptorOf(const ScanCriteria& criteria, ItemContext& file) const
+    Ref<const SimDocDescriptor> descriptorOf(const ScanCriteria& criteria, ItemContext& file,
+                                             const CancelFlag& cancel) const
     {
         return documentDescriptor(file, property_, [&](const ShellItem& item) {
-            return describer_.describe(item, criteria.options.sizesOnDisk, never_).descriptor;
+            return describer_.describe(item, criteria.options.sizesOnDisk, cancel).descriptor;
         });
     }
 
@@ -141,7 +143,6 @@ private:
     const ProbeNumbers numbers_;
     const std::uint32_t pairNumber_;
     const unsigned threads_;
-    const CancelFlag never_;
 };
 
 }  // namespace

@@ -36,6 +36,8 @@ public:
         if (wasMade(file, fingerprint_))
             return std::nullopt;
         SoundDescription made = describer_.sound(file.item(), cancel);
+        if (made.fault.outcome == MediaOutcome::cancelled)
+            return mediaCause(made.fault);  // nothing is known: it can be asked for again
         // The fingerprint comes first: whatever reads the file for it knows its duration then.
         if (made.fingerprint && endsEarly(file)) {
             made.fingerprint = nullptr;
@@ -51,10 +53,11 @@ public:
         return held<MP3Finger>(file, fingerprint_) && durationOf(file) >= leastDuration_;
     }
 
-    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) override
+    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b,
+                         const CancelFlag& cancel) override
     {
-        const auto first = fingerprintOf(criteria, a);
-        const auto second = fingerprintOf(criteria, b);
+        const auto first = fingerprintOf(criteria, a, cancel);
+        const auto second = fingerprintOf(criteria, b, cancel);
         ContentScore result;
         result.comparable = first && second;
         result.score = result.comparable ? compareFingers(*first, *second) : 0;
@@ -72,14 +75,14 @@ public:
         std::vector<Ref<const MP3Finger>> songs;
         songs.reserve(sorted.size());
         for (std::uint32_t i = 0; i < sorted.size(); ++i)
-            songs.push_back(fingerprintOf(criteria, sorted.at(i)));
+            songs.push_back(fingerprintOf(criteria, sorted.at(i), cancel));
         return std::make_unique<MusicNeighbours>(std::move(songs), criteria.similarity, threads_, cancel);
     }
 
 private:
-    Ref<const MP3Finger> fingerprintOf(const ScanCriteria& criteria, ItemContext& file)
+    Ref<const MP3Finger> fingerprintOf(const ScanCriteria& criteria, ItemContext& file, const CancelFlag& cancel)
     {
-        static_cast<void>(describe(criteria, file, never_));
+        static_cast<void>(describe(criteria, file, cancel));
         return held<MP3Finger>(file, fingerprint_);
     }
 
@@ -103,7 +106,6 @@ private:
     const PropRef duration_;
     const std::int64_t leastDuration_;
     const unsigned threads_;
-    const CancelFlag never_;
 };
 
 }  // namespace

@@ -48,6 +48,8 @@ public:
         if (wasMade(file, thumbnail_))
             return std::nullopt;
         PreviewDescription made = describer_.signature(file.item(), kindOf(criteria), cancel);
+        if (made.fault.outcome == MediaOutcome::cancelled)
+            return mediaCause(made.fault);  // nothing is known: it can be asked for again
         if (!made.signature) {
             keepObject(file, thumbnail_, {});
             return mediaCause(made.fault);
@@ -82,9 +84,10 @@ public:
         return static_cast<bool>(held<DescribedPreview>(file, thumbnail_));
     }
 
-    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b) override
+    ContentScore compare(const ScanCriteria& criteria, ItemContext& a, ItemContext& b,
+                         const CancelFlag& cancel) override
     {
-        const auto first = describedOf(criteria, a), second = describedOf(criteria, b);
+        const auto first = describedOf(criteria, a, cancel), second = describedOf(criteria, b, cancel);
         ContentScore result;
         result.comparable = first && second;
         if (!result.comparable)
@@ -97,7 +100,7 @@ public:
         }
         if (result.vetoed && numbers_ == ProbeNumbers::perPair)
             return result;
-        const auto scored = scores_.of({first, a.itemRef()}, {second, b.itemRef()}, kindOf(criteria), never_);
+        const auto scored = scores_.of({first, a.itemRef()}, {second, b.itemRef()}, kindOf(criteria), cancel);
         result.comparable = scored.has_value();
         result.score = scored.value_or(0);
         return result;
@@ -108,13 +111,13 @@ public:
     {
         if (numbers_ != ProbeNumbers::perPair)
             return nullptr;
-        const auto pictures = ordered(criteria, sorted);
+        const auto pictures = ordered(criteria, sorted, cancel);
         PicturePairs pairs;
         // Without the second look nothing tells from signatures which pairs the score parts: all of a size are scored.
         if (criteria.options.secondLook && !criteria.options.exhaustive)
             pairs.later = alikesAmong(*pictures, sorted, cancel);
         else
-            pairs.later = laterOfSameSize(pictures, criteria.options.secondLook);
+            pairs.later = laterOfSameSize(pictures, criteria.options.secondLook, cancel);
         if (!pairs.later)
             return nullptr;
         pairs.score = [this, pictures, kind = kindOf(criteria), &cancel](std::uint32_t a, std::uint32_t b) {
@@ -145,17 +148,18 @@ private:
         bool same = known && known->list == sorted.list;
         for (std::uint32_t i = 0; same && i < sorted.size(); ++i)
             same = isSame(i);
-        return same ? laterAlikes(pictures, known->alikes, sorted.order) : laterAlikes(pictures, threads_, cancel);
+        return same ? laterAlikes(pictures, known->alikes, sorted.order, cancel)
+                    : laterAlikes(pictures, threads_, cancel);
     }
 
     // By position.
-    [[nodiscard]] std::shared_ptr<const OrderedPictures> ordered(const ScanCriteria& criteria,
-                                                                 const SortedCandidates& sorted)
+    [[nodiscard]] std::shared_ptr<const OrderedPictures>
+    ordered(const ScanCriteria& criteria, const SortedCandidates& sorted, const CancelFlag& cancel)
     {
         auto pictures = std::make_shared<OrderedPictures>();
         pictures->reserve(sorted.size());
         for (std::uint32_t i = 0; i < sorted.size(); ++i)
-            pictures->push_back({describedOf(criteria, sorted.at(i)), sorted.at(i).itemRef()});
+            pictures->push_back({describedOf(criteria, sorted.at(i), cancel), sorted.at(i).itemRef()});
         return pictures;
     }
 
@@ -164,9 +168,10 @@ private:
         return criteria.category() == Category::images && criteria.primary == thumbnail_;
     }
 
-    [[nodiscard]] Ref<const DescribedPreview> describedOf(const ScanCriteria& criteria, ItemContext& file)
+    [[nodiscard]] Ref<const DescribedPreview> describedOf(const ScanCriteria& criteria, ItemContext& file,
+                                                          const CancelFlag& cancel)
     {
-        static_cast<void>(describe(criteria, file, never_));
+        static_cast<void>(describe(criteria, file, cancel));
         return held<DescribedPreview>(file, thumbnail_);
     }
 
@@ -176,7 +181,6 @@ private:
     const unsigned threads_;
     PictureScores scores_;
     std::optional<Arranged> arranged_;
-    const CancelFlag never_;
 };
 
 }  // namespace

@@ -58,6 +58,7 @@ public:
         }
         begin(*item);
         const WalkResult result = drainStack();
+        stats_.outsideMasks = admission_.outsideMasks();
         stats_.offlineSkipped = admission_.offlineSkipped();
         stats_.withoutValue = admission_.withoutValue();
         return result;

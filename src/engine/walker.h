@@ -21,8 +21,9 @@ namespace kelvane {
 // What was met on the way, for the statistics.
 struct WalkStats {
     std::uint64_t folders = 0;
-    std::uint64_t filesSeen = 0;  // before any test
-    std::uint64_t skipped = 0;    // roots and folders that could not be read; not those that vanished meanwhile
+    std::uint64_t filesSeen = 0;     // before any test
+    std::uint64_t skipped = 0;       // roots and folders that could not be read; not those that vanished meanwhile
+    std::uint64_t outsideMasks = 0;  // files of the category's kind that its own masks leave out
     std::uint64_t offlineSkipped = 0;
     std::uint64_t withoutValue = 0;                    // files that have no value for the primary property
     std::map<std::string, std::uint64_t> undescribed;  // files that got no descriptor, by the reason

@@ -88,9 +88,17 @@ std::optional<std::vector<NamedValue>> unpackedFacts(std::span<const std::byte> 
     return in.atEnd() ? std::move(facts) : std::nullopt;
 }
 
-MediaFault faultOf(MediaOutcome outcome)
+// Behind an outcome other than `made` stands what is known beyond it.
+MediaFault faultOf(const Slot::Found& found)
 {
-    return {outcome, {}, {}};
+    return {found.outcome, {}, std::string(reinterpret_cast<const char*>(found.value.data()), found.value.size())};
+}
+
+Bytes detailOf(const MediaFault& fault)
+{
+    constexpr std::size_t longest = 500;
+    const auto bytes = std::as_bytes(std::span(fault.detail));
+    return bytes.size() <= longest ? Bytes(bytes.begin(), bytes.end()) : Bytes();
 }
 
 // Whether the file was looked at for what it says of itself, whatever became of the rest.
@@ -130,12 +138,12 @@ SoundDescription MediaDescriber::sound(const ShellItem& item, const CancelFlag& 
     const Slot slot(cache_, shell_, item, CachedKind::audioFingerprint, fingerprintSettings(opening));
     if (const auto found = slot.find()) {
         if (found->outcome != MediaOutcome::made)
-            return {nullptr, faultOf(found->outcome)};
+            return {nullptr, faultOf(*found)};
         if (Ref<MP3Finger> fingerprint = MP3Finger::unpacked(found->value, opening.frames))
             return {std::move(fingerprint), {}};
     }
     MediaAnswer answer = read(item, {.facts = true, .fingerprint = true}, cancel);
-    slot.keep(answer.fault.outcome, answer.fingerprint ? answer.fingerprint->packed() : Bytes());
+    slot.keep(answer.fault.outcome, answer.fingerprint ? answer.fingerprint->packed() : detailOf(answer.fault));
     return {std::move(answer.fingerprint), std::move(answer.fault)};
 }
 
@@ -144,12 +152,12 @@ PreviewDescription MediaDescriber::signature(const ShellItem& item, MediaKind ki
     const Slot slot(cache_, shell_, item, CachedKind::previewSignature, previewSettings(kind));
     if (const auto found = slot.find()) {
         if (found->outcome != MediaOutcome::made)
-            return {std::nullopt, nullptr, faultOf(found->outcome)};
+            return {std::nullopt, nullptr, faultOf(*found)};
         if (auto signature = PreviewSignature::unpacked(found->value))
             return {signature, nullptr, {}};
     }
     PreviewDescription made = makePreview(item, kind, cancel);
-    slot.keep(made.fault.outcome, made.signature ? made.signature->packed() : Bytes());
+    slot.keep(made.fault.outcome, made.signature ? made.signature->packed() : detailOf(made.fault));
     return made;
 }
 

@@ -13,7 +13,6 @@
 namespace kelvane {
 namespace {
 
-constexpr std::uint64_t largestCopy = 256u * 1'048'576u;   // of an entry of an archive
 constexpr std::uint64_t largestAnswer = 16u * 1'048'576u;  // far above a preview, a fingerprint and all facts
 
 MediaAnswer nothing(MediaOutcome outcome, std::string detail = {})
@@ -120,12 +119,14 @@ MediaAnswer MediaService::readUnnoted(const ShellItem& item, const MediaWish& wi
 // Decoders read here and there, which an archive is not made for.
 MediaAnswer MediaService::readEntry(const ShellItem& item, const MediaRequest& request, const CancelFlag& cancel)
 {
-    if (item.info().size.bytes > largestCopy)
+    if (item.info().size.bytes > options_.largestEntry)
         return nothing(MediaOutcome::tooLarge);
     const auto file = ShellFile::open(shell_, item);
     if (!file)
         return nothing(MediaOutcome::unreadable, file.error().detail);
-    const auto content = readWhole(**file, largestCopy);
+    const auto content = readWhole(**file, options_.largestEntry, cancel);
+    if (cancel.cancelled())
+        return nothing(MediaOutcome::cancelled);
     if (!content)
         return nothing(MediaOutcome::unreadable, content.error().detail);
     if (content->tooLong)

@@ -35,17 +35,18 @@ milliseconds Patience::nextLook() const
     return left > betweenLooks ? betweenLooks : std::max(milliseconds(0), std::chrono::ceil<milliseconds>(left));
 }
 
-Status WorkerDialogue::greet()
+Status WorkerDialogue::greet(const CancelFlag& cancel)
 {
-    const CancelFlag never;
     std::vector<std::byte> message;
-    const Failure failure = receiveMessage(message, workerGreetingSize, Patience(timeToStart, never));
+    const Failure failure = receiveMessage(message, workerGreetingSize, Patience(timeToStart, cancel));
     const auto greeting = failure ? std::nullopt : decodeGreeting(message);
     if (greeting) {
         confinement_ = *greeting;
         return {};
     }
     const WorkerAnswer why = endAs(failure.value_or(WorkerEnd::died));
+    if (why.end == WorkerEnd::cancelled)
+        return Error{ErrorKind::cancelled, 0, {}};
     return Error{ErrorKind::invalid, why.error.systemCode, "it does not start: " + why.error.detail};
 }
 

@@ -30,8 +30,8 @@ private:
 // What a system does not have to know of: headers and serials, lengths that are not trusted, how a request ends.
 class WorkerDialogue : public WorkerProcess {
 public:
-    // Waits until the worker is confined; an error where it is none of ours.
-    [[nodiscard]] Status greet();
+    // Waits until the worker is confined; an error where it is none of ours, `cancelled` where nobody waits.
+    [[nodiscard]] Status greet(const CancelFlag& cancel);
     [[nodiscard]] WorkerAnswer ask(std::span<const std::byte> request, const WorkerInput& input,
                                    const CancelFlag& cancel) final;
     [[nodiscard]] WorkerConfinement confinement() const final { return confinement_; }

@@ -85,8 +85,10 @@ class WorkerProcesses {
 public:
     virtual ~WorkerProcesses() = default;
     // Returns when the worker is confined and waits. notFound when the worker's program is not installed beside this
-    // one; invalid when it does not start as one of ours does, notSupported where the system has no such processes yet.
-    [[nodiscard]] virtual Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) = 0;
+    // one; invalid when it does not start as one of ours does, notSupported where the system has no such processes yet,
+    // cancelled when nobody waits for it any more.
+    [[nodiscard]] virtual Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits,
+                                                                       const CancelFlag& cancel) = 0;
     // The walls that this program knows how to raise on this system: one that is not found is worth telling.
     [[nodiscard]] virtual WorkerConfinement known() const { return {true, true, true, true}; }
 };

@@ -29,6 +29,9 @@ public:
     // What is left of the variance without the slopes, and with noise.
     [[nodiscard]] double detail() const { return detail_; }
 
+    // Whether there is too little in it to be alike to anything: see look_limit::leastDeviation.
+    [[nodiscard]] bool flat() const { return detail_ < look_limit::leastDeviation * look_limit::leastDeviation; }
+
     // The mean of the squares of the places of the cells, by column or row, from the middle.
     static constexpr double spread = (PreviewSignature::side * PreviewSignature::side - 1) / 12.0;
 

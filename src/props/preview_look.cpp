@@ -31,11 +31,6 @@ double allowedDifference(double variance)
     return std::min(flatDifference + differencePerDeviation * std::sqrt(variance), mostDifference);
 }
 
-bool isFlat(const PreviewLayout& layout)
-{
-    return layout.detail() < look_limit::leastDeviation * look_limit::leastDeviation;
-}
-
 bool isWithinLimits(const PreviewLook& look)
 {
     return look.correlation >= look_limit::leastCorrelation && look.light <= look_limit::mostLight &&
@@ -53,7 +48,7 @@ PreviewLook secondLook(const PreviewLayout& a, const PreviewLayout& b)
     look.light = b.light() / a.light();
     look.evenedDifference = differenceOf(first, second, std::min(look.light, 1.0), std::min(1 / look.light, 1.0));
     look.correlation = correlation(a, b);
-    look.flat = isFlat(a) || isFlat(b);
+    look.flat = a.flat() || b.flat();
     look.agrees = !look.flat && first.width == second.width && first.height == second.height && isWithinLimits(look) &&
                   look.colourDifference <= allowedDifference(std::min(a.variance(), b.variance()));
     return look;

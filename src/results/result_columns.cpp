@@ -9,6 +9,8 @@
 namespace kelvane {
 namespace {
 
+constexpr std::uint64_t ticksPerSecond = 10'000'000;
+
 bool isSize(const PropRef& column)
 {
     return column.identifier == property_id::size || column.identifier == property_id::fileAllocationSize ||
@@ -25,6 +27,14 @@ std::u16string dateText(std::uint64_t ticks)
     return toUtf16(text);
 }
 
+// Hours, minutes and seconds.
+std::u16string durationText(std::uint64_t ticks)
+{
+    const std::uint64_t seconds = ticks / ticksPerSecond + (ticks % ticksPerSecond >= ticksPerSecond / 2 ? 1 : 0);
+    const auto twoDigits = [](std::uint64_t number) { return (number < 10 ? ":0" : ":") + std::to_string(number); };
+    return toUtf16(std::to_string(seconds / 3600) + twoDigits(seconds / 60 % 60) + twoDigits(seconds % 60));
+}
+
 // A number that stands for something, and nothing for any other value.
 std::optional<std::u16string> figureText(const PropRef& column, std::uint64_t bits)
 {
@@ -32,6 +42,8 @@ std::optional<std::u16string> figureText(const PropRef& column, std::uint64_t bi
         return std::u16string();
     if (column.kind() == PropKind::date)
         return bits != 0 ? dateText(bits) : std::u16string();
+    if (isDuration(column))
+        return durationText(bits);
     if (isSize(column))
         return toUtf16(sizeText({bits}));
     return std::nullopt;
@@ -60,6 +72,11 @@ std::u16string cellText(ItemContext& file, const PropRef& column, const Property
     std::u16string text;
     withListValue(file, column, properties, [&](const PropValue& value) { text = value.text; });
     return text;
+}
+
+bool isDuration(const PropRef& column)
+{
+    return column.info->name == "System.Media.Duration";
 }
 
 std::u16string columnTitle(const PropRef& column)

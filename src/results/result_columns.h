@@ -10,9 +10,12 @@
 
 namespace kelvane {
 
-// The text of one cell: sizes as sizeText() writes them, dates as "2026-11-21 02:31" in UTC, everything else as
-// formatRaw() does; empty for a missing value.
+// The text of one cell: sizes as sizeText() writes them, dates as "2026-11-21 02:31" in UTC, durations as
+// "0:03:25", everything else as formatRaw() does; empty for a missing value.
 [[nodiscard]] std::u16string cellText(ItemContext& file, const PropRef& column, const PropertySource& properties);
+
+// Whether the values are lengths of time, in 100-nanosecond units.
+[[nodiscard]] bool isDuration(const PropRef& column);
 
 // The title of a column, as the catalogue names the property.
 [[nodiscard]] std::u16string columnTitle(const PropRef& column);

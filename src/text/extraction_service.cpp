@@ -128,7 +128,9 @@ ExtractedDocument ExtractionService::extractHere(RandomAccessFile& file, const s
 // An archive is unpacked once, from its beginning: whoever reads the entry here and there gets a copy.
 ExtractedDocument ExtractionService::extractCopy(ShellFile& file, const std::string& name, const CancelFlag& cancel)
 {
-    auto content = readWhole(file, readWhateverSize(name) ? largestCopy : options_.largestStream);
+    auto content = readWhole(file, readWhateverSize(name) ? largestCopy : options_.largestStream, cancel);
+    if (cancel.cancelled())
+        return nothing(TextOutcome::cancelled);
     if (!content)
         return nothing(TextOutcome::unreadable, content.error().detail);
     if (content->tooLong)

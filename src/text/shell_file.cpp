@@ -56,11 +56,13 @@ Result<std::size_t> ShellFile::readAt(std::uint64_t position, std::span<std::byt
     return known + *count;
 }
 
-Result<WholeContent> readWhole(RandomAccessFile& file, std::uint64_t most)
+Result<WholeContent> readWhole(RandomAccessFile& file, std::uint64_t most, const CancelFlag& cancel)
 {
     constexpr std::size_t piece = std::size_t{256} * 1024;
     WholeContent content;
     for (;;) {
+        if (cancel.cancelled())
+            return Error{ErrorKind::cancelled, 0, {}};
         const std::size_t have = content.bytes.size();
         content.bytes.resize(have + piece);
         const auto count = file.readAt(have, std::span(content.bytes).subspan(have));

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/cancel.h"
 #include "platform/random_access_file.h"
 #include "platform/shell_namespace.h"
 
@@ -38,6 +39,7 @@ struct WholeContent {
     std::vector<std::byte> bytes;
     bool tooLong = false;
 };
-[[nodiscard]] Result<WholeContent> readWhole(RandomAccessFile& file, std::uint64_t most);
+// An error of kind `cancelled` when it was.
+[[nodiscard]] Result<WholeContent> readWhole(RandomAccessFile& file, std::uint64_t most, const CancelFlag& cancel);
 
 }  // namespace kelvane

@@ -37,6 +37,7 @@ StartFault startFaultOf(const Error& error)
     switch (error.kind) {
     case ErrorKind::tooManyOpen:
     case ErrorKind::io:
+    case ErrorKind::cancelled:
         return StartFault::passing;
     case ErrorKind::invalid:
         return StartFault::broken;
@@ -89,10 +90,10 @@ public:
     // Whether the worker has served before.
     [[nodiscard]] bool used() const { return worker_ && worker_->alive(); }
     // Only for who has the right.
-    [[nodiscard]] Status startAfresh()
+    [[nodiscard]] Status startAfresh(const CancelFlag& cancel)
     {
         worker_.reset();
-        auto started = pool_.start();
+        auto started = pool_.start(cancel);
         if (!started)
             return started.error();
         worker_ = std::move(*started);
@@ -121,14 +122,14 @@ WorkerPool::WorkerPool(WorkerProcesses& processes, WorkerLimits limits, unsigned
 
 WorkerPool::~WorkerPool() = default;
 
-Result<std::unique_ptr<WorkerProcess>> WorkerPool::start()
+Result<std::unique_ptr<WorkerProcess>> WorkerPool::start(const CancelFlag& cancel)
 {
     {
         const std::lock_guard lock(mutex_);
         if (failedStarts_ >= mostFailedStarts)
             return lastFailure_;
     }
-    auto started = processes_.start(limits_);
+    auto started = processes_.start(limits_, cancel);
     noteStart(started);
     return started;
 }
@@ -175,8 +176,8 @@ Result<WorkerAnswer> WorkerPool::ask(std::span<const std::byte> request, const W
             return answer;
         // What earlier documents left behind in it may be to blame: a fresh worker decides.
     }
-    if (Status started = loan.startAfresh(); !started)
-        return started.error();
+    if (Status started = loan.startAfresh(cancel); !started)
+        return cancel.cancelled() ? WorkerAnswer{WorkerEnd::cancelled, {}, {}} : Result<WorkerAnswer>(started.error());
     return loan.ask(request, input, cancel, sensible);
 }
 

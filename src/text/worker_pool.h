@@ -51,7 +51,7 @@ public:
 
 private:
     class Loan;
-    [[nodiscard]] Result<std::unique_ptr<WorkerProcess>> start();
+    [[nodiscard]] Result<std::unique_ptr<WorkerProcess>> start(const CancelFlag& cancel);
     void noteStart(const Result<std::unique_ptr<WorkerProcess>>& started);
 
     WorkerProcesses& processes_;

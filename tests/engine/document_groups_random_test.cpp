@@ -87,7 +87,7 @@ int chainsIn(const RecordingSink& sink, DocumentWorld& world, const ScanCriteria
     for (const auto& members : sink.groups()) {
         Candidate first = world.file(members.front());
         Candidate last = world.file(members[1]);  // found last
-        chains += world.documents->compare(by, first, last).score < by.similarity ? 1 : 0;
+        chains += world.documents->compare(by, first, last, world.cancel).score < by.similarity ? 1 : 0;
     }
     return chains;
 }

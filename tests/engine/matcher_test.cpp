@@ -19,7 +19,7 @@ public:
     {
         return std::nullopt;
     }
-    ContentScore compare(const ScanCriteria&, ItemContext&, ItemContext&) override { return score; }
+    ContentScore compare(const ScanCriteria&, ItemContext&, ItemContext&, const CancelFlag&) override { return score; }
     ContentScore score;
 };
 

@@ -106,6 +106,45 @@ TEST(PreviewOrder, EndsWhenCancelled)
     const auto alikes = AlikePreviews::find(pointers(signatures), 2, cancel);
     cancel.cancel();
     EXPECT_FALSE(AlikePreviews::find(pointers(signatures), 2, cancel));
+    EXPECT_FALSE(placesByLooks(*alikes, cancel));
+}
+
+// Noise is like a little of everything, so that no box of the index can be left out: seconds go by where it is whole.
+std::vector<PreviewSignature> noise(unsigned count)
+{
+    std::mt19937 random(1);
+    std::vector<PreviewSignature> all(count);
+    for (PreviewSignature& signature : all) {
+        signature.width = signature.height = 200;
+        for (auto& value : signature.brightness)
+            value = static_cast<std::uint8_t>(random());
+        for (auto& value : signature.colours)
+            value = static_cast<std::uint8_t>(120 + random() % 16);
+    }
+    return all;
+}
+
+TEST(PreviewOrder, EndsSoonWhereverItIsCancelled)
+{
+    using std::chrono::steady_clock;
+    const auto signatures = noise(20'000);
+    const auto all = pointers(signatures);
+    for (const int milliseconds : {1, 5, 20, 80, 300}) {
+        CancelFlag cancel;
+        std::atomic<steady_clock::time_point> cancelled;
+        std::thread person([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            cancelled = steady_clock::now();
+            cancel.cancel();
+        });
+        const auto alikes = AlikePreviews::find(all, 2, cancel);
+        const auto places = alikes ? placesByLooks(*alikes, cancel) : std::nullopt;
+        const auto ended = steady_clock::now();
+        person.join();
+        EXPECT_FALSE(places) << "it took no " << milliseconds << " ms";
+        // Generous: the machine may be busy, and the sanitizers slow.
+        EXPECT_LT(ended - cancelled.load(), std::chrono::seconds(1)) << milliseconds;
+    }
 }
 
 TEST(RecentPreviews, LetGoOfThoseUsedLeastRecently)
@@ -125,6 +164,27 @@ TEST(RecentPreviews, LetGoOfThoseUsedLeastRecently)
     EXPECT_TRUE(recent.find(*described[0])) << "used just before";
     EXPECT_FALSE(recent.find(*described[1]));
     EXPECT_EQ(std::to_integer<int>(recent.find(*described[3])->pixels()[2]), 3);
+}
+
+TEST(RecentPreviews, GoOnAfterOneThatCouldNotBeMade)
+{
+    const auto preview = testing::flatPreview({1, 2, 3}, 10, 10);
+    const Ref<const DescribedPreview> described(new DescribedPreview(PreviewSignature::of(*preview)));
+    RecentPreviews recent(1 << 20);
+    std::atomic<bool> making = false;
+    std::thread failing([&] {
+        const auto fail = [&]() -> Ref<CachedBitmap> {
+            making = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(30));
+            throw std::bad_alloc();
+        };
+        EXPECT_THROW(static_cast<void>(recent.obtain(described, fail)), std::bad_alloc);
+    });
+    while (!making)
+        std::this_thread::yield();
+    const auto waited = recent.obtain(described, [&] { return preview; });
+    EXPECT_EQ(waited.get(), preview.get());
+    failing.join();
 }
 
 // Neighbours that are scored at one time had their common picture fetched twice.

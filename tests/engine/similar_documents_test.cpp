@@ -131,7 +131,7 @@ TEST_F(SimilarDocumentsTest, SizesTooDifferentEndTheWalkAndMissingDescriptorsDoN
     const auto compare = [&](const std::string& a, const std::string& b) {
         Candidate first = world.file(a);
         Candidate second = world.file(b);
-        return world.documents->compare(by, first, second);
+        return world.documents->compare(by, first, second, world.cancel);
     };
     for (const auto numbers : {ProbeNumbers::shared, ProbeNumbers::perPair}) {
         world.begin(numbers);
@@ -159,7 +159,7 @@ TEST_F(SimilarDocumentsTest, SharedNumbersAreThoseOfOneComparison)
         Candidate first = world.file("/a");
         Candidate second = world.file("/b");
         seedRandom(seed);
-        const std::int32_t score = world.documents->compare(world.alike(85), first, second).score;
+        const std::int32_t score = world.documents->compare(world.alike(85), first, second, world.cancel).score;
         seedRandom(seed);
         SharedRandom random;
         EXPECT_EQ(score, compareDocuments(*a, *b, random));
@@ -243,7 +243,7 @@ TEST_F(DocumentScan, EachMemberHasTheScoreThatItJoinedBy)
     for (std::size_t i = 1; i < chain.size(); ++i) {
         Candidate reference = world.file(chain[i - 1].path);
         Candidate member = world.file(chain[i].path);
-        EXPECT_EQ(chain[i].score, world.documents->compare(world.alike(85), reference, member).score);
+        EXPECT_EQ(chain[i].score, world.documents->compare(world.alike(85), reference, member, world.cancel).score);
     }
 }
 

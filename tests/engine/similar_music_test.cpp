@@ -184,7 +184,7 @@ TEST_F(SimilarMusicTest, TheScoreIsThatOfTheFingerprintsAndLowOnesEndNothing)
     const auto compare = [&](const std::string& a, const std::string& b) {
         Candidate first(*world.shell->parse(testing::native(a)));
         Candidate second(*world.shell->parse(testing::native(b)));
-        return music->compare(by, first, second);
+        return music->compare(by, first, second, world.cancel);
     };
     const ContentScore near = compare("/a", "/b");
     EXPECT_EQ(near.score, compareFingers(*reading.files["/a"].fingerprint, *reading.files["/b"].fingerprint));

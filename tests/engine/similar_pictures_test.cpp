@@ -71,7 +71,7 @@ TEST(SimilarPictures, LeavesOutWhatHasNoPreviewAndSaysWhy)
     static_cast<void>(world.pictures->describe(by, whole, world.cancel));
     static_cast<void>(world.pictures->describe(by, broken, world.cancel));
     EXPECT_EQ(world.reading.reads, reads) << "each file is tried once";
-    EXPECT_FALSE(world.pictures->compare(by, whole, broken).comparable);
+    EXPECT_FALSE(world.pictures->compare(by, whole, broken, world.cancel).comparable);
 }
 
 TEST(SimilarPictures, TellsWhatBothLooksSay)
@@ -84,17 +84,17 @@ TEST(SimilarPictures, TellsWhatBothLooksSay)
     const ScanCriteria by = world.alike();
     Candidate a = world.file("/a.jpg"), bright = world.file("/a bright.jpg"), other = world.file("/other.jpg"),
               upright = world.file("/upright.jpg");
-    const ContentScore same = world.pictures->compare(by, a, bright);
+    const ContentScore same = world.pictures->compare(by, a, bright, world.cancel);
     EXPECT_GE(same.score, 100);
     EXPECT_FALSE(same.vetoed);
     EXPECT_FALSE(same.endsWalk);
     ASSERT_TRUE(same.look);
     EXPECT_GT(same.look->correlation, 0.9);
-    const ContentScore different = world.pictures->compare(by, a, other);
+    const ContentScore different = world.pictures->compare(by, a, other, world.cancel);
     EXPECT_TRUE(different.vetoed);
     EXPECT_TRUE(different.comparable);
     EXPECT_FALSE(different.endsWalk) << "there may be later ones of this size";
-    const ContentScore turned = world.pictures->compare(by, a, upright);
+    const ContentScore turned = world.pictures->compare(by, a, upright, world.cancel);
     EXPECT_EQ(turned.score, 0);
     EXPECT_TRUE(turned.endsWalk) << "sizes are what previews are ordered by first";
 }
@@ -177,7 +177,7 @@ TEST(SimilarPictures, OrdersFilmsByTheirDurations)
     world.gather(list);
     EXPECT_FALSE(world.pictures->order(by, list, world.cancel));
     Candidate a = world.file("/a.mp4"), b = world.file("/b.mp4");
-    EXPECT_GE(world.pictures->compare(by, a, b).score, 100);
+    EXPECT_GE(world.pictures->compare(by, a, b, world.cancel).score, 100);
 }
 
 }  // namespace

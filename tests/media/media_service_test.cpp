@@ -88,6 +88,23 @@ TEST_F(MediaServiceTest, FilesGoByPathAndEntriesOfArchivesAsBytes)
     EXPECT_EQ(files_.bytesRead(), 0u);  // of the file itself: the worker reads it
 }
 
+TEST_F(MediaServiceTest, EntriesOfArchivesAreUnpackedWithinTheLimitAndUntilCancelled)
+{
+    archives_.content = std::string(3'000'000, 'x');
+    options_.largestEntry = 3'000'000;
+    EXPECT_EQ(read("/d/both.zip/inside.html").fault.outcome, MediaOutcome::made);
+    archives_.content += 'x';
+    EXPECT_EQ(read("/d/both.zip/inside.html").fault.outcome, MediaOutcome::tooLarge);
+    archives_.claimed = 10;
+    EXPECT_EQ(read("/d/both.zip/inside.html").fault.outcome, MediaOutcome::tooLarge) << "whatever the archive says";
+    archives_.content = std::string(2'900'000, 'x');
+    archives_.onOpen = [&] { cancel_.cancel(); };
+    const std::uint64_t before = archives_.bytesRead();
+    EXPECT_EQ(read("/d/both.zip/inside.html").fault.outcome, MediaOutcome::cancelled);
+    EXPECT_LT(archives_.bytesRead() - before, 100'000u);
+    EXPECT_EQ(workers_.asked, 1);
+}
+
 TEST_F(MediaServiceTest, FilesThatHoldNothingReachNoWorker)
 {
     EXPECT_EQ(read("/d/empty.jpg").fault.outcome, MediaOutcome::damaged);

@@ -194,7 +194,7 @@ TEST(LinuxRunCache, CutShortItIsBegunAnew)
 const std::pair<const char*, std::function<void(const CacheWorld&)>> foreign[] = {
     {"text", [](const CacheWorld& world) { world.write("remember the milk\n"); }},
     {"another program's", [](const CacheWorld& world) { world.sql("PRAGMA application_id=7"); }},
-    {"another version's", [](const CacheWorld& world) { world.sql("PRAGMA user_version=2"); }},
+    {"another version's", [](const CacheWorld& world) { world.sql("PRAGMA user_version=1000"); }},
     {"without its table", [](const CacheWorld& world) { world.sql("DROP TABLE value"); }},
     {"with a program inside",
      [](const CacheWorld& world) { world.sql("CREATE TRIGGER t AFTER INSERT ON value BEGIN DELETE FROM value; END"); }},

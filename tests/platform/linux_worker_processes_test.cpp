@@ -83,7 +83,7 @@ protected:
 
     std::unique_ptr<WorkerProcess> start(const WorkerLimits& with = limits())
     {
-        auto worker = processes_->start(with);
+        auto worker = processes_->start(with, never_);
         EXPECT_TRUE(worker.ok()) << worker.error().detail;
         return worker ? std::move(*worker) : nullptr;
     }
@@ -157,6 +157,23 @@ TEST_F(LinuxWorkerProcessesTest, CancellingEndsTheWaitAtOnce)
     });
     const auto begun = steady_clock::now();
     EXPECT_EQ(worker->ask(bytesOf("hang"), {}, cancel).end, WorkerEnd::cancelled);
+    EXPECT_LT(steady_clock::now() - begun, 5s);
+    person.join();
+}
+
+// A machine that is busy lets a worker greet seconds after it was started.
+TEST_F(LinuxWorkerProcessesTest, CancellingEndsTheWaitForAGreetingAsWell)
+{
+    const fs::path mute = tree_.write("mute", "#!/bin/sh\nexec sleep 30\n");
+    fs::permissions(mute, fs::perms::owner_all);
+    const auto processes = makeLinuxWorkerProcesses({{mute}, {}});
+    CancelFlag cancel;
+    std::thread person([&] {
+        std::this_thread::sleep_for(50ms);
+        cancel.cancel();
+    });
+    const auto begun = steady_clock::now();
+    EXPECT_EQ(processes->start(limits(), cancel).error().kind, ErrorKind::cancelled);
     EXPECT_LT(steady_clock::now() - begun, 5s);
     person.join();
 }
@@ -261,8 +278,8 @@ TEST_F(LinuxWorkerProcessesTest, AProgramThatIsKilledTakesItsWorkersAlong)
 TEST_F(LinuxWorkerProcessesTest, WhatIsNoWorkerIsNotTakenForOne)
 {
     const std::ptrdiff_t before = children();
-    EXPECT_EQ(makeLinuxWorkerProcesses({{"/nonexistent"}})->start(limits()).error().kind, ErrorKind::notFound);
-    EXPECT_EQ(makeLinuxWorkerProcesses({{"/bin/true"}})->start(limits()).error().kind, ErrorKind::invalid);
+    EXPECT_EQ(makeLinuxWorkerProcesses({{"/nonexistent"}})->start(limits(), never_).error().kind, ErrorKind::notFound);
+    EXPECT_EQ(makeLinuxWorkerProcesses({{"/bin/true"}})->start(limits(), never_).error().kind, ErrorKind::invalid);
     EXPECT_EQ(children(), before);
 }
 

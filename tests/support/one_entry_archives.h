@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/archive_folders.h"
@@ -19,16 +20,23 @@ public:
     {
         ArchiveEntry entry;
         entry.path = "inside.html";
-        entry.size = {content.size()};
+        entry.size = {claimed.value_or(content.size())};
         static_cast<void>(sink(entry));
         return {};
     }
     Result<std::unique_ptr<ContentReader>> open(const std::filesystem::path&, std::uint64_t) override
     {
+        if (onOpen)
+            onOpen();
         files_.addFile("/entry", content);
         return files_.openForReading("/entry", ReadPattern::sequential);
     }
+    // What was unpacked of all entries.
+    [[nodiscard]] std::uint64_t bytesRead() const { return files_.bytesRead(); }
+
     std::string content;
+    std::optional<std::uint64_t> claimed;  // the size in the list; of the content where nothing is said
+    std::function<void()> onOpen;
 
 private:
     MemoryFileSystem files_;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "platform/worker_processes.h"
 
@@ -16,9 +18,13 @@ public:
     using Script = std::function<WorkerAnswer(std::span<const std::byte> request, const WorkerInput& input)>;
     explicit ScriptedWorkers(Script script) : script_(std::move(script)) {}
 
-    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) override
+    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits, const CancelFlag& cancel) override
     {
         ++starts;
+        while (startsNever && !cancel.cancelled())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        if (cancel.cancelled())
+            return Error{ErrorKind::cancelled, 0, {}};
         lastLimits = limits;
         if (startError)
             return *startError;
@@ -26,6 +32,7 @@ public:
     }
 
     std::optional<Error> startError;
+    bool startsNever = false;  // until cancelled
     WorkerConfinement walls{true, true, true, true};
     WorkerLimits lastLimits;
     std::atomic<int> starts = 0, running = 0, mostRunning = 0, asked = 0;

@@ -75,6 +75,28 @@ TEST(WorkerPool, AFailureToStartIsToldAndTriedAgain)
     EXPECT_TRUE(pool.ask({}, {}, never).ok());
 }
 
+TEST(WorkerPool, WhoWaitsForAWorkerToStartCanBeCancelledAndTheProgramIsNotToBlame)
+{
+    ScriptedWorkers workers(inTurn({WorkerEnd::answered}));
+    WorkerPool pool(workers, {}, 1);
+    workers.startsNever = true;
+    for (int i = 0; i < 4; ++i) {
+        CancelFlag cancel;
+        std::thread person([&] {
+            while (workers.starts == i)
+                std::this_thread::yield();
+            cancel.cancel();
+        });
+        const auto answer = pool.ask({}, {}, cancel);
+        person.join();
+        ASSERT_TRUE(answer.ok());
+        EXPECT_EQ(answer->end, WorkerEnd::cancelled);
+    }
+    workers.startsNever = false;
+    const CancelFlag never;
+    EXPECT_EQ(pool.ask({}, {}, never)->end, WorkerEnd::answered);
+}
+
 TEST(WorkerPool, AProgramThatIsMissingOrNeverStartsIsGivenUp)
 {
     const CancelFlag never;

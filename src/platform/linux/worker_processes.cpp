@@ -154,7 +154,7 @@ class LinuxWorkerProcesses final : public WorkerProcesses {
 public:
     explicit LinuxWorkerProcesses(WorkerPrograms programs) : programs_(std::move(programs)) {}
 
-    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) override
+    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits, const CancelFlag& cancel) override
     {
         std::array<int, 2> ends{};
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
@@ -165,7 +165,7 @@ public:
             return child.error();
         theirs = FileHandle();
         auto worker = std::make_unique<LinuxWorkerProcess>(std::move(ours), std::move(*child), limits);
-        if (const Status status = worker->greet(); !status)
+        if (const Status status = worker->greet(cancel); !status)
             return status.error();
         return std::unique_ptr<WorkerProcess>(std::move(worker));
     }

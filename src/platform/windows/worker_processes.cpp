@@ -98,7 +98,7 @@ class WindowsWorkerProcesses final : public WorkerProcesses {
 public:
     explicit WindowsWorkerProcesses(std::vector<std::filesystem::path> programs) : programs_(std::move(programs)) {}
 
-    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits) override
+    Result<std::unique_ptr<WorkerProcess>> start(const WorkerLimits& limits, const CancelFlag& cancel) override
     {
         if (limits.program == WorkerProgram::media)
             return Error{ErrorKind::notFound, 0, "this system has no worker that decodes"};
@@ -117,7 +117,7 @@ public:
             return child.error();
         pipe->theirs = Handle();
         auto worker = std::make_unique<WindowsWorkerProcess>(std::move(pipe->ours), std::move(*child), limits);
-        if (const Status status = worker->greet(); !status)
+        if (const Status status = worker->greet(cancel); !status)
             return status.error();
         return std::unique_ptr<WorkerProcess>(std::move(worker));
     }

@@ -19,9 +19,11 @@ constexpr std::array<std::uint32_t, 7> lockedTags = {
     MKTAG('d', 'r', 'm', 'i'), MKTAG('p', 'r', 'o', 't'), MKTAG('a', 'a', 'v', 'd'),
 };
 
-// The mark by which a container names what it holds: four letters, or a number.
+// The mark by which a container names what it holds: four letters, or a number; empty where it has none.
 std::string markText(std::uint32_t mark)
 {
+    if (mark == 0)
+        return {};
     std::string letters;
     for (int shift = 0; shift < 32; shift += 8)
         letters.push_back(static_cast<char>(mark >> shift & 0xFF));
@@ -43,13 +45,21 @@ bool isEmptyResult(int error)
     return error == AVERROR(EAGAIN) || error == AVERROR_EOF;
 }
 
+// The library's own words. It borrows numbers of the system, whose words are about files and programs and would only
+// mislead: "invalid argument", "permission denied".
+std::string wordsFor(int error)
+{
+    constexpr int mostOfSystem = 4095;
+    std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
+    const bool known = AVUNERROR(error) > mostOfSystem && av_strerror(error, text.data(), text.size()) == 0;
+    return known ? text.data() : "";
+}
+
 }  // namespace
 
 MediaFault ffmpegFault(int error)
 {
-    std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
-    av_strerror(error, text.data(), text.size());
-    MediaFault fault{MediaOutcome::damaged, {}, text.data()};
+    MediaFault fault{MediaOutcome::damaged, {}, wordsFor(error)};
     if (error == AVERROR(ENOMEM))
         fault.outcome = MediaOutcome::tooMuchMemory;
     else if (error == AVERROR(EACCES))

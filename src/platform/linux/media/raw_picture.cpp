@@ -31,7 +31,8 @@ MediaFault faultOf(int error)
                          : error == LIBRAW_UNSUFFICIENT_MEMORY ? MediaOutcome::tooMuchMemory
                          : error == LIBRAW_TOO_BIG             ? MediaOutcome::tooLarge
                                                                : MediaOutcome::damaged;
-    return {outcome, {}, LibRaw::strerror(error)};
+    // Numbers above 0 are those of the system, whose words tell nothing of the picture.
+    return {outcome, {}, error < 0 ? LibRaw::strerror(error) : ""};
 }
 
 DecodedPicture nothing(MediaFault fault)
