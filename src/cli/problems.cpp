@@ -5,33 +5,6 @@
 namespace kelvane {
 namespace {
 
-TextId kindText(ErrorKind kind)
-{
-    switch (kind) {
-    case ErrorKind::notFound:
-        return TextId::problemNotFound;
-    case ErrorKind::accessDenied:
-        return TextId::problemAccessDenied;
-    case ErrorKind::wrongType:
-        return TextId::notRegularFile;
-    case ErrorKind::exists:
-        return TextId::problemExists;
-    case ErrorKind::changed:
-        return TextId::problemChanged;
-    case ErrorKind::tooManyOpen:
-        return TextId::problemTooManyOpen;
-    case ErrorKind::notSupported:
-        return TextId::problemNotSupported;
-    case ErrorKind::invalid:
-        return TextId::problemInvalid;
-    case ErrorKind::cancelled:
-        return TextId::problemCancelled;
-    case ErrorKind::io:
-        break;
-    }
-    return TextId::problemIo;
-}
-
 std::string detailOr(const std::string& detail, TextId otherwise)
 {
     return detail.empty() ? filledText(otherwise) : detail;
@@ -39,16 +12,11 @@ std::string detailOr(const std::string& detail, TextId otherwise)
 
 }  // namespace
 
-std::string errorText(const Error& error)
-{
-    return detailOr(error.detail, kindText(error.kind));
-}
-
 std::string rootProblemText(const DroppedRoot& root)
 {
     switch (root.problem) {
     case RootProblem::notFound:
-        return detailOr(root.detail, kindText(ErrorKind::notFound));
+        return detailOr(root.detail, TextId::problemNotFound);
     case RootProblem::notReadable:
         return detailOr(root.detail, TextId::rootNotReadable);
     case RootProblem::isProtected:

@@ -6,25 +6,12 @@
 #include <optional>
 #include <string>
 
+#include "app/progress_text.h"
 #include "cli/console.h"
 #include "cli/options.h"
-#include "engine/scan_observer.h"
 #include "platform/clock.h"
 
 namespace kelvane {
-
-// How far a part of the work has come. Totals are 0 while they are not known; time left goes by bytes where their total
-// is known, else by items.
-struct ProgressFigures {
-    std::string title;  // of the part: another one begins when it changes
-    std::uint64_t items = 0;
-    std::uint64_t totalItems = 0;
-    std::uint64_t bytes = 0;
-    std::uint64_t totalBytes = 0;
-    bool bytesAreRead = true;  // else they are sizes of what was handled, and their pace says nothing
-};
-
-[[nodiscard]] ProgressFigures figuresOf(const ScanProgress& progress);
 
 // Draws over itself with carriage returns and spaces only, so that any terminal can show it. Used by one thread.
 class ProgressLine {

@@ -1,7 +1,7 @@
 #include "cli/requested_criteria.h"
 
+#include "app/checked_criteria.h"
 #include "base/filled_text.h"
-#include "engine/matcher.h"
 
 namespace kelvane {
 namespace {
@@ -18,17 +18,12 @@ bool namesAreKnown(const CScanNode& definition, const PropertyCatalogue& catalog
 Result<ScanCriteria> requestedCriteria(const ScanRequest& request, const PropertyCatalogue& catalogue,
                                        const SimilarContent& similar)
 {
-    // Asked first, since without a descriptor there may be nothing else to compare either.
-    ScanCriteria asked;
-    asked.definition = request.definition;
-    asked.options = request.options;
-    if (auto able = checkDescriptors(asked, &similar); !able)
-        return able.error();
-    auto criteria = makeCriteria(request.definition, request.options, catalogue);
-    if (criteria || namesAreKnown(request.definition, catalogue))
+    auto criteria = checkedCriteria(request.definition, request.options, catalogue, similar);
+    if (criteria)
         return criteria;
     Error error = criteria.error();
-    error.detail += filledText(TextId::listPrintsNames);
+    if (!namesAreKnown(request.definition, catalogue))
+        error.detail += filledText(TextId::listPrintsNames);
     return error;
 }
 

@@ -30,26 +30,6 @@ void drop(std::vector<PropRef>& columns, const PropRef& column)
     columns.erase(std::remove(columns.begin(), columns.end(), column), columns.end());
 }
 
-// What was searched by, and the extra column of the category. Pictures need no column of widths beside that of
-// dimensions.
-std::vector<PropRef> resultColumns(const ScanCriteria& criteria, const PropertyCatalogue& catalogue)
-{
-    std::vector<PropRef> columns = criteria.properties;
-    const auto category = static_cast<std::size_t>(criteria.category());
-    if (category < criteria.options.extraColumns.size()) {
-        for (const PropRef& extra : catalogue.parseList(criteria.options.extraColumns[category]))
-            if (std::find(columns.begin(), columns.end(), extra) == columns.end())
-                columns.push_back(extra);
-    }
-    const auto has = [&](const PropRef& column) {
-        return column && std::find(columns.begin(), columns.end(), column) != columns.end();
-    };
-    const PropRef width = catalogue.byName("System.Image.HorizontalSize");
-    if (criteria.category() == Category::images && has(catalogue.byName("System.Image.Dimensions")) && has(width))
-        drop(columns, width);
-    return columns;
-}
-
 bool anyRootIsContainer(const std::vector<std::string>& roots, const PathRules& rules)
 {
     return roots.size() > 1 &&
@@ -121,12 +101,30 @@ void tellOutcome(std::int64_t rows, std::uint64_t elapsedMs, ScanObserver& obser
 
 }  // namespace
 
+std::vector<PropRef> scanColumns(const ScanCriteria& criteria, const PropertyCatalogue& catalogue)
+{
+    std::vector<PropRef> columns = criteria.properties;
+    const auto category = static_cast<std::size_t>(criteria.category());
+    if (category < criteria.options.extraColumns.size()) {
+        for (const PropRef& extra : catalogue.parseList(criteria.options.extraColumns[category]))
+            if (std::find(columns.begin(), columns.end(), extra) == columns.end())
+                columns.push_back(extra);
+    }
+    const auto has = [&](const PropRef& column) {
+        return column && std::find(columns.begin(), columns.end(), column) != columns.end();
+    };
+    const PropRef width = catalogue.byName("System.Image.HorizontalSize");
+    if (criteria.category() == Category::images && has(catalogue.byName("System.Image.Dimensions")) && has(width))
+        drop(columns, width);
+    return columns;
+}
+
 ScanReport runScan(const ScanCriteria& criteria, const ScanPorts& ports)
 {
     ScanReport report;
     if ((criteria.options.noticesSeen & notice_flag::firstScanShown) == 0)
         ports.observer.notice(text(TextId::firstScanNotice));
-    report.columns = resultColumns(criteria, ports.properties.catalogue());
+    report.columns = scanColumns(criteria, ports.properties.catalogue());
     ports.observer.started();
     const std::uint64_t start = ports.clock.ticks();
     const auto phases = [&] { runPhases(criteria, ports, report); };

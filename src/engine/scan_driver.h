@@ -37,6 +37,10 @@ struct ScanReport {
     double seconds = 0;
 };
 
+// What was searched by, and the extra column of the category: the report's columns, known before the scan. Pictures
+// need no column of widths beside that of dimensions.
+[[nodiscard]] std::vector<PropRef> scanColumns(const ScanCriteria& criteria, const PropertyCatalogue& catalogue);
+
 // Runs phases 1 to 3 on the calling thread (or, at low priority, as Priority::runLowered says) and reports the outcome
 // to the observer. Criteria that need a descriptor which nothing supplies are refused by checkDescriptors() first:
 // that is the caller's to do.

@@ -2,6 +2,7 @@
 
 #include "ui/frame/frame_commands.h"
 #include "ui/list/install_list.h"
+#include "ui/scan/install_scan.h"
 
 namespace kelvane {
 
@@ -9,6 +10,7 @@ void installRooms(const FrameParts& parts)
 {
     installFrameCommands(parts);
     installList(parts);
+    installScan(parts);
 }
 
 }  // namespace kelvane

@@ -1,0 +1,172 @@
+#include "ui/scan/folder_list.h"
+
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "platform/native_text.h"
+#include "ui/core/text.h"
+#include "ui/scan/local_path.h"
+
+namespace kelvane {
+namespace {
+
+constexpr int bytesRole = Qt::UserRole;
+constexpr int shortestList = 90;  // pixels
+
+std::string folderOf(const QListWidgetItem& item)
+{
+    return item.data(bytesRole).toByteArray().toStdString();
+}
+
+// Says what to do as long as there are no folders.
+class HintedList final : public QListWidget {
+public:
+    using QListWidget::QListWidget;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        QListWidget::paintEvent(event);
+        if (count() > 0)
+            return;
+        QPainter painter(viewport());
+        painter.setPen(palette().color(QPalette::PlaceholderText));
+        painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap,
+                         shown(desktop_text::foldersHint));
+    }
+};
+
+}  // namespace
+
+FolderList::FolderList(QWidget* parent) : QWidget(parent), list_(new HintedList(this))
+{
+    setAcceptDrops(true);
+    makeList();
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(list_);
+    layout->addWidget(makeButtons());
+    refresh();
+}
+
+void FolderList::makeList()
+{
+    list_->setObjectName(QStringLiteral("scan.folders"));
+    list_->setAccessibleName(shown(desktop_text::foldersListName));
+    list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    list_->setTextElideMode(Qt::ElideMiddle);
+    list_->setMinimumHeight(shortestList);
+    list_->setAcceptDrops(false);  // left to this widget
+    connect(list_, &QListWidget::itemSelectionChanged, this, &FolderList::refresh);
+    connect(list_, &QListWidget::itemChanged, this, &FolderList::edited);
+}
+
+QWidget* FolderList::makeButtons()
+{
+    auto* const row = new QWidget(this);
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins({});
+    auto* const add = new QPushButton(shown(desktop_text::foldersAdd), row);
+    add->setObjectName(QStringLiteral("scan.addFolder"));
+    connect(add, &QPushButton::clicked, this, &FolderList::choose);
+    remove_ = new QPushButton(shown(desktop_text::foldersRemove), row);
+    remove_->setObjectName(QStringLiteral("scan.removeFolder"));
+    connect(remove_, &QPushButton::clicked, this, &FolderList::removeSelected);
+    layout->addWidget(add);
+    layout->addWidget(remove_);
+    layout->addStretch();
+    return row;
+}
+
+std::vector<std::string> FolderList::included() const
+{
+    std::vector<std::string> folders;
+    for (int row = 0; row < list_->count(); ++row)
+        if (list_->item(row)->checkState() == Qt::Checked)
+            folders.push_back(folderOf(*list_->item(row)));
+    return folders;
+}
+
+void FolderList::show(const std::vector<std::string>& folders)
+{
+    {
+        const QSignalBlocker quiet(list_);
+        list_->clear();
+        for (const std::string& folder : folders)
+            append(folder);
+    }
+    refresh();
+    Q_EMIT edited();
+}
+
+void FolderList::add(const std::string& folder)
+{
+    for (int row = 0; row < list_->count(); ++row)
+        if (folderOf(*list_->item(row)) == folder)
+            return list_->item(row)->setCheckState(Qt::Checked);
+    {
+        const QSignalBlocker quiet(list_);
+        append(folder);
+    }
+    list_->viewport()->update();
+    Q_EMIT edited();
+}
+
+void FolderList::append(const std::string& folder)
+{
+    const QString text = toQt(displayFromNative(nativeFromBytes(folder)));
+    auto* const item = new QListWidgetItem(text, list_);
+    item->setData(bytesRole, QByteArray::fromStdString(folder));
+    item->setToolTip(text);
+    item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+    item->setCheckState(Qt::Checked);
+}
+
+void FolderList::choose()
+{
+    auto* const dialog = new QFileDialog(window(), shown(desktop_text::foldersChoose));
+    dialog->setObjectName(QStringLiteral("scan.chooseFolder"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& folders) {
+        for (const QString& folder : folders)
+            add(bytesOfPath(folder));
+    });
+    dialog->open();
+}
+
+void FolderList::removeSelected()
+{
+    qDeleteAll(list_->selectedItems());
+    refresh();
+    Q_EMIT edited();
+}
+
+void FolderList::refresh()
+{
+    remove_->setEnabled(!list_->selectedItems().isEmpty());
+}
+
+void FolderList::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void FolderList::dropEvent(QDropEvent* event)
+{
+    for (const QUrl& url : event->mimeData()->urls())
+        if (const std::string folder = bytesOfUrl(url); !folder.empty())
+            add(folder);
+    event->acceptProposedAction();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,76 @@
+#include "ui/scan/order_check.h"
+
+#include "app/checked_criteria.h"
+#include "app/error_text.h"
+#include "engine/root_list.h"
+#include "ui/core/text.h"
+#include "ui/scan/scan_runner.h"
+
+namespace kelvane {
+namespace {
+
+QString pathText(const std::string& path)
+{
+    return toQt(displayFromNative(nativeFromBytes(path)));
+}
+
+QString reasonText(const DroppedRoot& root, bool advanced)
+{
+    switch (root.problem) {
+    case RootProblem::isProtected:
+        return shown(advanced ? desktop_text::folderProtected : desktop_text::folderProtectedStandard);
+    case RootProblem::insideOther:
+        return shown(TextId::rootInsideOther, {root.detail});
+    case RootProblem::containerRoot:
+        return shown(TextId::rootContainer);
+    case RootProblem::notReadable:
+        return root.detail.empty() ? shown(TextId::rootNotReadable) : toQt(root.detail);
+    case RootProblem::notFound:
+        break;
+    }
+    return root.detail.empty() ? shown(TextId::problemNotFound) : toQt(root.detail);
+}
+
+RootList normalised(Workbench& bench, const CScanNode& definition)
+{
+    RootListInput input;
+    input.list = definition.roots;
+    input.protect = definition.has(scan_flag::protect);
+    input.subfolders = definition.has(scan_flag::subfolders);
+    return normaliseRoots(input, bench.platform().paths(), bench.platform().shell());
+}
+
+// Why the definition cannot be searched by. A list that is there has asked the plug-ins for their properties already.
+QString criteriaProblem(Workbench& bench, const CScanNode& definition, const EngineOptions& options)
+{
+    const auto problemBy = [&](const PropertyAccess& access, SimilarSearch& similar) {
+        const auto criteria = checkedCriteria(definition, options, access.catalogue, similar.content());
+        return criteria ? QString() : toQt(errorText(criteria.error()));
+    };
+    if (ListSession* const session = bench.session())
+        return problemBy(session->access, session->similar);
+    const PropertyAccess access(bench.platform(), options);
+    SimilarSearch similar(access, ProbeNumbers::perPair, options.threads, bench.platform());
+    return problemBy(access, similar);
+}
+
+}  // namespace
+
+OrderCheck checkOrder(Workbench& bench, const ScanOrder& order)
+{
+    const Settings settings = bench.desktop().settings();
+    const bool advanced = (settings.flags & settings_flag::advanced) != 0;
+    const RootList list = normalised(bench, order.definition);
+    OrderCheck check;
+    for (const std::string& root : list.roots)
+        check.roots.append(pathText(root));
+    for (const DroppedRoot& root : list.dropped)
+        check.dropped.append(pathText(root.root) + QStringLiteral(": ") + reasonText(root, advanced));
+    if (list.roots.empty())
+        check.problem = list.dropped.empty() ? shown(desktop_text::foldersNone) : check.dropped.join(u'\n');
+    else
+        check.problem = criteriaProblem(bench, order.definition, optionsFor(order, settings));
+    return check;
+}
+
+}  // namespace kelvane
