@@ -135,9 +135,9 @@ void CRegistryAccess::loadForReading()
     settings_ = loadSettings(root(), context());
 }
 
-SettingsCode CRegistryAccess::save()
+SettingsCode CRegistryAccess::save(std::span<const SettingRow* const> byHand)
 {
-    return saveSettings(root(), settings_, context());
+    return saveSettings(root(), settings_, context(), byHand);
 }
 
 Status CRegistryAccess::switchTo(PersistenceMode mode)

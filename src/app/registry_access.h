@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "app/questions.h"
@@ -19,6 +20,7 @@
 namespace kelvane {
 
 class Platform;
+struct SettingRow;
 
 using IniStoreMaker = std::function<std::unique_ptr<SettingsStore>(const std::filesystem::path& path)>;
 
@@ -62,8 +64,8 @@ public:
     // The same without a count or a question, for a look: nothing is written, not even a new place.
     void loadForReading();
 
-    // Everything that the persistence mode allows, all of it or nothing.
-    [[nodiscard]] SettingsCode save();
+    // Everything that the persistence mode allows, all of it or nothing; and the rows that a person changed by hand.
+    [[nodiscard]] SettingsCode save(std::span<const SettingRow* const> byHand = {});
 
     // Moves to the other kind of location, with every value and section there is; the file that is left is renamed to
     // ".bak". Everything is saved in the new place first, and the settings stay where they were when a step fails.

@@ -64,6 +64,19 @@ private:
     const SettingsContext& context_;
 };
 
+SettingsCode writeByHand(std::span<const SettingRow* const> rows, const SettingsRoot& root, const Settings& settings,
+                         const SettingsContext& context)
+{
+    if (settings.persistence == PersistenceMode::bookkeepingOnly)
+        return SettingsCode::done;
+    RowSaver saver(root, settings, context);
+    for (const SettingRow* const row : rows) {
+        if (const SettingsCode code = saver.save(*row); code != SettingsCode::done)
+            return code;
+    }
+    return SettingsCode::done;
+}
+
 }  // namespace
 
 SettingsCode writeSettings(const SettingsRoot& root, const Settings& settings, const SettingsContext& context)
@@ -80,9 +93,13 @@ SettingsCode writeSettings(const SettingsRoot& root, const Settings& settings, c
     return SettingsCode::done;
 }
 
-SettingsCode saveSettings(const SettingsRoot& root, const Settings& settings, const SettingsContext& context)
+SettingsCode saveSettings(const SettingsRoot& root, const Settings& settings, const SettingsContext& context,
+                          std::span<const SettingRow* const> byHand)
 {
-    return writeAsBatch(*root.store, [&] { return writeSettings(root, settings, context); });
+    return writeAsBatch(*root.store, [&] {
+        const SettingsCode code = writeSettings(root, settings, context);
+        return code == SettingsCode::done ? writeByHand(byHand, root, settings, context) : code;
+    });
 }
 
 }  // namespace kelvane

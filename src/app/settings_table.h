@@ -15,7 +15,7 @@ inline constexpr std::u16string_view generalSection = u"general";
 inline constexpr std::u16string_view persistenceKey = u"bPersistSettings";
 
 // The page of the options where a person finds the setting; bookkeeping is on none.
-enum class OptionsPage { bookkeeping, general, view, scanning, comparing, textExtraction, cleanUp };
+enum class OptionsPage { bookkeeping, general, view, scanning, comparing, textExtraction, cleanUp, notices };
 
 enum class SavedWhen {
     always,            // in every persistence mode
@@ -81,6 +81,8 @@ struct SettingRow {
     OptionsPage page;
     SavedWhen saved;
     std::variant<NumberRule, TextRule, BlockRule, ListRule> rule;
+    TextId label{};  // in a few words, beside its editor; none where the meaning says it in as few
+    TextId unit{};   // that stands behind a number
 };
 
 // In the order in which they are saved.

@@ -13,8 +13,8 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view pageWords[] = {"bookkeeping", "general",        "view",   "scanning",
-                                          "comparing",   "textExtraction", "cleanUp"};
+constexpr std::string_view pageWords[] = {"bookkeeping", "general",        "view",    "scanning",
+                                          "comparing",   "textExtraction", "cleanUp", "notices"};
 constexpr std::size_t widestValue = 40;
 
 std::string numberText(std::uint32_t number, const SettingRow& row)

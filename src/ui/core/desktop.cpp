@@ -14,10 +14,10 @@ void Desktop::change(const std::function<void(Settings&)>& work) const
     work(application_->settings());
 }
 
-std::u16string Desktop::saveSettings() const
+std::u16string Desktop::saveSettings(std::span<const SettingRow* const> byHand) const
 {
     const std::lock_guard lock(application_->sharedState());
-    const SettingsCode code = application_->save();
+    const SettingsCode code = application_->save(byHand);
     return code == SettingsCode::done ? std::u16string() : application_->failureText(code);
 }
 

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <mutex>
+#include <span>
 
 #include "app/cx_application.h"
 #include "platform/platform.h"
@@ -27,8 +28,9 @@ public:
     [[nodiscard]] Settings settings() const;
     // Changes them in memory; they are saved at the end, see saveSettings(). On any thread.
     void change(const std::function<void(Settings&)>& work) const;
-    // Writes them at once; a failure's text is for the person. On any thread.
-    [[nodiscard]] std::u16string saveSettings() const;
+    // Writes them at once, and with them the rows that nothing else writes; a failure's text is for the person. On any
+    // thread.
+    [[nodiscard]] std::u16string saveSettings(std::span<const SettingRow* const> byHand = {}) const;
 
     // What outlives a mark wizard. Used by one wizard at a time, on the main thread.
     MarkWizardMemory wizard;

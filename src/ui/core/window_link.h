@@ -61,6 +61,8 @@ Q_SIGNALS:
     void statusTold(const QString& text);  // a short text for the status line
     // The row that keyboard and mouse are at, and the rows that previews and details show.
     void currentRowChanged();
+    void optionsChanged();                   // the settings in memory are others now
+    void helpWanted(const QString& anchor);  // a place of the user guide, "toc_clean"; empty: its beginning
 
 public:
     // The item that the person is at; nothing in an empty list. Set by the list's view.

@@ -2,6 +2,7 @@
 
 #include "ui/frame/frame_commands.h"
 #include "ui/list/install_list.h"
+#include "ui/options/install_options.h"
 #include "ui/scan/install_scan.h"
 
 namespace kelvane {
@@ -11,6 +12,7 @@ void installRooms(const FrameParts& parts)
     installFrameCommands(parts);
     installList(parts);
     installScan(parts);
+    installOptions(parts);
 }
 
 }  // namespace kelvane

@@ -1,0 +1,146 @@
+#include "ui/options/options_keeper.h"
+
+#include <vector>
+
+#include "app/default_settings.h"
+#include "app/settings_exchange.h"
+#include "app/settings_table.h"
+#include "app/text_lists.h"
+#include "base/utf.h"
+#include "ui/core/text.h"
+
+namespace kelvane {
+namespace {
+
+namespace say = desktop_text;
+
+constexpr int quietMs = 400;  // a spin box that is held down is one change
+
+struct Outcome {
+    bool done = false;
+    QString text;  // for the person; empty: there is nothing to say
+};
+
+QString withReason(TextId what, const QString& reason)
+{
+    return shown(what) + QStringLiteral("\n\n") + reason;
+}
+
+Outcome outcomeOf(const Result<TransferReport>& report, TextId what, const std::filesystem::path& file)
+{
+    if (!report)
+        return {false, toQt(report.error().detail)};
+    return {true, shown(what, {std::to_string(report->values), toUtf8(textOfPath(file))})};
+}
+
+}  // namespace
+
+OptionsKeeper::OptionsKeeper(WindowLink& link, QObject* parent) : QObject(parent), link_(link)
+{
+    soon_.setSingleShot(true);
+    soon_.setInterval(quietMs);
+    connect(&soon_, &QTimer::timeout, this, &OptionsKeeper::save);
+}
+
+OptionsKeeper::~OptionsKeeper()
+{
+    saveWaiting();
+}
+
+void OptionsKeeper::saveWaiting()
+{
+    if (soon_.isActive())
+        save();
+}
+
+Settings OptionsKeeper::defaults() const
+{
+    CXApplication& application = link_.desktop().application();
+    const std::lock_guard lock(application.sharedState());
+    return defaultSettings(application.context());
+}
+
+QString OptionsKeeper::place() const
+{
+    CXApplication& application = link_.desktop().application();
+    const std::lock_guard lock(application.sharedState());
+    const SettingsLocation& location = application.location();
+    return toQt(location.isIni() ? textOfPath(location.iniPath) : location.keyPath);
+}
+
+void OptionsKeeper::change(const SettingRow* row, const SettingsChange& change)
+{
+    link_.desktop().change(change);
+    if (row != nullptr && row->saved == SavedWhen::never)
+        byHand_.insert(row);
+    soon_.start();
+    Q_EMIT changed();
+    Q_EMIT link_.optionsChanged();
+}
+
+void OptionsKeeper::save()
+{
+    soon_.stop();
+    std::vector<const SettingRow*> rows(byHand_.begin(), byHand_.end());
+    byHand_.clear();
+    link_.fetch(
+        this, [rows = std::move(rows)](Workbench& bench) { return bench.desktop().saveSettings(rows); },
+        [this](const std::u16string& failure) {
+            if (!failure.empty())
+                Q_EMIT failed(withReason(say::optionsNotSaved, toQt(failure)));
+        });
+}
+
+void OptionsKeeper::moveTo(PersistenceMode mode)
+{
+    saveWaiting();
+    link_.fetch(
+        this,
+        [mode](Workbench& bench) {
+            CXApplication& application = bench.desktop().application();
+            const std::lock_guard lock(application.sharedState());
+            const Status moved = application.switchTo(mode);
+            return moved ? Outcome{true, {}} : Outcome{false, toQt(moved.error().detail)};
+        },
+        [this](const Outcome& outcome) {
+            take(outcome.done, outcome.done ? QString() : withReason(say::optionsNotMoved, outcome.text));
+        });
+}
+
+void OptionsKeeper::exportTo(const QString& file)
+{
+    saveWaiting();
+    link_.fetch(
+        this,
+        [path = pathOfText(fromQt(file))](Workbench& bench) {
+            CXApplication& application = bench.desktop().application();
+            const std::lock_guard lock(application.sharedState());
+            return outcomeOf(exportSettingsTo(path, application, bench.platform()), say::optionsExported, path);
+        },
+        [this](const Outcome& outcome) { take(outcome.done, outcome.text); });
+}
+
+void OptionsKeeper::importFrom(const QString& file)
+{
+    saveWaiting();
+    link_.fetch(
+        this,
+        [path = pathOfText(fromQt(file))](Workbench& bench) {
+            CXApplication& application = bench.desktop().application();
+            const std::lock_guard lock(application.sharedState());
+            return outcomeOf(importSettingsFrom(path, application, bench.platform()), say::optionsImported, path);
+        },
+        [this](const Outcome& outcome) { take(outcome.done, outcome.text); });
+}
+
+void OptionsKeeper::take(bool done, const QString& text)
+{
+    Q_EMIT changed();
+    Q_EMIT link_.optionsChanged();
+    if (!done)
+        Q_EMIT failed(text);
+    else if (!text.isEmpty())
+        Q_EMIT told(text);
+}
+
+}  // namespace kelvane
