@@ -3,6 +3,7 @@
 #include "ui/frame/frame_commands.h"
 #include "ui/list/install_list.h"
 #include "ui/options/install_options.h"
+#include "ui/preview/install_preview.h"
 #include "ui/scan/install_scan.h"
 
 namespace kelvane {
@@ -13,6 +14,7 @@ void installRooms(const FrameParts& parts)
     installList(parts);
     installScan(parts);
     installOptions(parts);
+    installPreview(parts);
 }
 
 }  // namespace kelvane
