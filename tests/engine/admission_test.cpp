@@ -27,11 +27,12 @@ protected:
         Admission admission(criteria, *world.shell, world.properties, {});
         const bool admitted = admission.test(item).has_value();
         offline = admission.offlineSkipped();
+        outsideMasks = admission.outsideMasks();
         return admitted;
     }
 
     testing::ScanWorld world;
-    std::uint64_t offline = 0;
+    std::uint64_t offline = 0, outsideMasks = 0;
 };
 
 TEST_F(AdmissionOfFiles, OnlyFilesWithTheRightName)
@@ -45,6 +46,22 @@ TEST_F(AdmissionOfFiles, OnlyFilesWithTheRightName)
     const auto root =
         ShellItem::make(nullptr, testing::native("/d.d/a.jpg"), file("x", 1)->info(), ShellItem::Place::fileSystem);
     EXPECT_TRUE(admits(criteria, root));
+}
+
+TEST_F(AdmissionOfFiles, FilesOfACategoryThatItsMasksDoNotKnowAreCounted)
+{
+    auto criteria = world.criteria(0, "System.Size", Category::images);
+    criteria.sizes.smallest = 5;
+    const auto counted = [&](const std::string& name, std::uint64_t bytes = 10) {
+        EXPECT_FALSE(admits(criteria, file(name, bytes)));
+        return outsideMasks;
+    };
+    EXPECT_EQ(counted("a.WebP"), 1u);
+    EXPECT_EQ(counted("a.opus"), 0u) << "of another category";
+    EXPECT_EQ(counted("a.txt"), 0u);
+    EXPECT_EQ(counted("a.webp", 4), 0u) << "left out for its size as well";
+    criteria.definition.masks = "png,jpg";
+    EXPECT_EQ(counted("a.webp"), 0u) << "a person said which";
 }
 
 TEST_F(AdmissionOfFiles, SmallFilesStayOutOnRequest)

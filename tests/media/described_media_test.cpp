@@ -107,11 +107,13 @@ TEST_F(DescribedMediaTest, LastingFaultsAreKeptAndPassingOnesTriedAgain)
         reading_.files["/d/song.mp3"].fingerprint = nullptr;
         reading_.files["/d/photo.jpg"].preview = nullptr;
         reading_.fail("/d/song.mp3", outcome);
-        reading_.fail("/d/photo.jpg", outcome);
+        reading_.fail("/d/photo.jpg", outcome, "why");
         for (int run = 0; run < 2; ++run) {
             nextRun();
             EXPECT_EQ(sound().fault.outcome, outcome);
-            EXPECT_EQ(photo().fault.outcome, outcome);
+            const MediaFault fault = photo().fault;
+            EXPECT_EQ(fault.outcome, outcome);
+            EXPECT_EQ(fault.detail, "why") << "also where it comes from the cache";
         }
         EXPECT_EQ(reading_.reads, 2 * readsAgain) << static_cast<int>(outcome);
     }

@@ -14,6 +14,8 @@ TEST(ResultColumns, ReadWell)
     world.files.setModified("/home/A \xC3\xA4.jpg", fileTimeFromUnix(1'795'228'260, 500));
     world.readers.set("/home/A \xC3\xA4.jpg", "System.Media.DateEncoded",
                       RawValue::number(VarType::fileTime, 116'444'736'000'000'000));
+    world.readers.set("/home/A \xC3\xA4.jpg", "System.Media.Duration",
+                      RawValue::number(VarType::uint64, 36'059'996'000));
     ItemContext file = world.context("/home/A \xC3\xA4.jpg");
     const auto cell = [&](std::string_view name) { return cellText(file, world.ref(name), world.source); };
     EXPECT_EQ(cell("Stock.GroupID"), u"") << "in no group";
@@ -27,6 +29,7 @@ TEST(ResultColumns, ReadWell)
     EXPECT_EQ(file.cachedValues(), 0u) << "looking at a list keeps nothing of what is known anyway";
     EXPECT_EQ(cell("System.Media.DateEncoded"), u"1970-01-01 00:00");
     EXPECT_EQ(cell("System.Title"), u"");
+    EXPECT_EQ(cell("System.Media.Duration"), u"1:00:06");
     EXPECT_EQ(cellText(file, {}, world.source), u"");
     EXPECT_EQ(columnTitle(world.ref("System.Size")), u"Size");
 }
