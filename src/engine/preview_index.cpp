@@ -11,9 +11,9 @@ constexpr std::uint32_t smallestBox = 64;
 
 // So many points are passed for one, and so many of their previews looked at, the likeliest first: where nothing tells
 // them apart (noise is like that), time stays in proportion to the number of pictures, and a far relative may be
-// missed. Never reached by fewer of a size.
+// missed. Never reached where no more than so many are of a size.
 constexpr std::uint32_t mostPassed = 100'000;
-constexpr std::uint32_t mostLookedAt = 2'000;
+constexpr std::uint32_t mostLookedAt = 4'000;
 
 // So that the sides of boxes compare: about what a look allows in each direction.
 float scaleOf(std::size_t direction)
