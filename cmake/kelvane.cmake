@@ -3,6 +3,8 @@
 option(KELVANE_TESTS "Build the tests" ON)
 option(KELVANE_BENCH "Build the benchmarks" OFF)
 option(KELVANE_FUZZ "Build the fuzz targets (clang only)" OFF)
+# The name of the program on the bus, of its desktop file and of its policy.
+set(KELVANE_APPLICATION_ID "example.kelvane.Kelvane" CACHE STRING "A reversed domain name of the makers")
 set(KELVANE_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them")
 
 set(CMAKE_CXX_STANDARD 20)
