@@ -1,24 +1,10 @@
 #include "ui/options/install_options.h"
 
-#include "ui/core/window_link.h"
+#include "ui/options/help_commands.h"
 #include "ui/options/options_dialog.h"
+#include "ui/options/window_dialogs.h"
 
 namespace kelvane {
-namespace {
-
-// One a window; asked for again it comes to the front.
-template <class Dialog>
-void showDialog(WindowLink& link)
-{
-    auto* dialog = link.frame()->findChild<Dialog*>();
-    if (dialog == nullptr)
-        dialog = new Dialog(link);
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
-}
-
-}  // namespace
 
 void installOptions(const FrameParts& parts)
 {
@@ -30,6 +16,7 @@ void installOptions(const FrameParts& parts)
                         .run = [&link] { showDialog<OptionsDialog>(link); },
                         .keys = QKeySequence(Qt::CTRL | Qt::Key_Comma),
                         .beginsSection = true});
+    installHelp(parts);
 }
 
 }  // namespace kelvane

@@ -82,12 +82,13 @@ QWidget* framed(OptionEditor* editor, const QString& label, const QString& meani
     auto* const grid = new QGridLayout(whole);
     grid->setContentsMargins(0, 4, 0, 8);
     grid->setVerticalSpacing(2);
-    grid->setColumnMinimumWidth(0, labelWidth);
     grid->setColumnStretch(1, 1);
     const int first = editor->hasOwnLabel() || editor->isLarge() ? 0 : 1;
     if (!editor->hasOwnLabel()) {
         QLabel* const name = wrapped(label);
         name->setBuddy(editor);
+        if (!editor->isLarge())
+            name->setFixedWidth(labelWidth);  // editors stand in one line below one another
         grid->addWidget(name, 0, 0, Qt::AlignTop);
     }
     grid->addWidget(editor, editor->isLarge() ? 2 : 0, first, 1, 2 - first);
