@@ -1,16 +1,24 @@
 // The desktop program.
 #include <QApplication>
+#include <algorithm>
 #include <filesystem>
+#include <iostream>
 
 #include "app/cx_application.h"
+#include "app/desktop_requests.h"
+#include "platform/desktop_session.h"
 #include "platform/platform.h"
 #include "platform/program_arguments.h"
 #include "platform/standard_streams.h"
 #include "ui/core/desktop_host.h"
 #include "ui/core/main_thread.h"
+#include "ui/core/text.h"
+#include "ui/frame/program_look.h"
 
 namespace kelvane {
 namespace {
+
+constexpr int noDisplayStatus = 1;
 
 CXApplication makeApplication(Platform& platform, Waiting& waiting, DesktopHost& host)
 {
@@ -19,6 +27,30 @@ CXApplication makeApplication(Platform& platform, Waiting& waiting, DesktopHost&
             settingsPorts(platform),
             host};
 }
+
+// A click on the program's icon, or "open with" in a file manager. Where no desktop asks, or another process answers
+// it already, nothing is lost.
+class DesktopDoor {
+public:
+    // `startedByDesktop`: the first request is why the program was started, and there is a window already.
+    DesktopDoor(Platform& platform, bool startedByDesktop) : activation_(makeDesktopActivation())
+    {
+        std::string port = instancePortNameFor(platform.processes().isElevated());
+        auto handOver = handOverRequests(platform.instancePorts(), std::move(port), 1);
+        auto service =
+            activation_->serve({{"new-window", {}}}, [handOver = std::move(handOver),
+                                                      first = startedByDesktop](const DesktopRequest& request) mutable {
+                if (!std::exchange(first, false) || !request.words.empty())
+                    handOver(request);
+            });
+        if (service.ok())
+            service_ = std::move(service).value();
+    }
+
+private:
+    std::unique_ptr<DesktopActivation> activation_;
+    std::unique_ptr<DesktopService> service_;
+};
 
 int runProgram(std::vector<std::string> words)
 {
@@ -34,10 +66,12 @@ int runProgram(std::vector<std::string> words)
                 QCoreApplication::quit();
         });
     });
+    const bool byDesktop = std::find(words.begin(), words.end(), desktopServiceSwitch) != words.end();
     if (const auto over = application.start(commandTextFromWords(std::move(words), std::filesystem::current_path()), 1))
         return *over;
-    QApplication::setQuitOnLastWindowClosed(false);
+    std::optional<DesktopDoor> door(std::in_place, *platform, byDesktop);
     const int code = QApplication::exec();
+    door.reset();  // nobody may come in any more
     application.shutDown();
     return code;
 }
@@ -48,8 +82,13 @@ int runProgram(std::vector<std::string> words)
 int main(int count, char** words)
 {
     kelvane::reserveStandardStreams();
+    if (!kelvane::displayIsThere()) {
+        std::cerr << "kelvane: " << kelvane::filledText(kelvane::desktop_text::noDisplay) << std::endl;
+        return kelvane::noDisplayStatus;
+    }
     std::vector<std::string> all = kelvane::programArguments(count, words);
     all.insert(all.begin(), "kelvane");
     QApplication application(count, words);
+    kelvane::prepareLook();
     return kelvane::runProgram(std::move(all));
 }

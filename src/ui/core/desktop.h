@@ -2,14 +2,19 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <mutex>
 #include <span>
+#include <thread>
 
 #include "app/cx_application.h"
 #include "platform/platform.h"
 #include "results/mark_wizard.h"
+#include "ui/core/desktop_memory.h"
 
 namespace kelvane {
+
+class Workbench;
 
 // Thread-safe where it says so. The platform and the application outlive the windows.
 class Desktop {
@@ -34,10 +39,19 @@ public:
 
     // What outlives a mark wizard. Used by one wizard at a time, on the main thread.
     MarkWizardMemory wizard;
+    // Layouts and sizes of windows. On the main thread.
+    DesktopMemory memory;
+
+    // The window that the calling thread belongs to; null on any other thread.
+    [[nodiscard]] Workbench* benchOfThisThread() const;
+    // Each workbench tells of itself, null at its end.
+    void setBenchOfThisThread(Workbench* bench);
 
 private:
     Platform& platform_;
     CXApplication* application_ = nullptr;
+    mutable std::mutex mutex_;
+    std::map<std::thread::id, Workbench*> benches_;
 };
 
 }  // namespace kelvane

@@ -4,35 +4,51 @@
 #include <QMessageBox>
 
 #include "ui/core/main_thread.h"
+#include "ui/core/message_box.h"
+#include "ui/core/mode_dialog.h"
 #include "ui/core/text.h"
+#include "ui/core/window_link.h"
 #include "ui/core/workbench.h"
 
 namespace kelvane {
 namespace {
 
-// Before the first window there is no loop to come back to, so that a box of the main thread runs one of its own.
 template <class T>
-T askWith(T ifNone, QMessageBox* (*make)(const QString&), const QString& text, T (*read)(const QMessageBox&))
+struct Box {
+    std::function<QMessageBox*(QWidget* parent)> make;
+    T (*read)(const QMessageBox&);
+};
+
+template <class T>
+QMessageBox* answering(const Box<T>& box, QWidget* parent, std::shared_ptr<typename Answer<T>::Hold> hold)
 {
-    if (isMainThread()) {
-        const std::unique_ptr<QMessageBox> box(make(text));
-        box->exec();
-        return read(*box);
-    }
-    return askOnMain<T>(
-        std::move(ifNone),
-        [make, text, read](std::shared_ptr<typename Answer<T>::Hold> hold) {
-            QMessageBox* const box = make(text);
-            box->setAttribute(Qt::WA_DeleteOnClose);
-            QObject::connect(box, &QDialog::finished, box, [box, read, hold] { hold->give(read(*box)); });
-            box->open();
-        },
-        [] {});
+    QMessageBox* const made = box.make(parent);
+    QObject::connect(made, &QDialog::finished, made,
+                     [made, read = box.read, hold = std::move(hold)] { hold->give(read(*made)); });
+    return made;
 }
 
-QMessageBox* boxWith(QMessageBox::Icon icon, const QString& text, QMessageBox::StandardButtons buttons)
+template <class T>
+T askHere(const Box<T>& box)
 {
-    return new QMessageBox(icon, QStringLiteral("Kelvane"), text, buttons);
+    const std::unique_ptr<QMessageBox> made(box.make(nullptr));
+    made->setAttribute(Qt::WA_DeleteOnClose, false);
+    made->exec();
+    return box.read(*made);
+}
+
+// On the main thread nothing is asked but before the first window, when there is no loop yet to come back to.
+template <class T>
+T askWith(const Desktop& desktop, T ifNone, const Box<T>& box)
+{
+    if (Workbench* const bench = desktop.benchOfThisThread())
+        return bench->ask<T>(std::move(ifNone), [box](WindowLink& link, auto hold) {
+            link.boxes().open(answering(box, link.frame(), std::move(hold)));
+        });
+    if (isMainThread())
+        return askHere(box);
+    return askOnMain<T>(
+        std::move(ifNone), [box](auto hold) { answering(box, nullptr, std::move(hold))->open(); }, [] {});
 }
 
 bool saysYes(const QMessageBox& box)
@@ -40,7 +56,26 @@ bool saysYes(const QMessageBox& box)
     return box.result() == QMessageBox::Yes;
 }
 
+NoticeAnswer noticeAnswer(const QMessageBox& box)
+{
+    return {saysYes(box), box.checkBox()->isChecked()};
+}
+
 }  // namespace
+
+// Both run on the main thread while nobody else has the settings yet, or has them any more.
+void DesktopHost::prepareWindows(const CommandLine&)
+{
+    CXApplication& application = desktop_.application();
+    desktop_.memory.load(application.root());
+    if (application.settings().resetWindowLayout)
+        desktop_.memory.forgetLayout();
+    application.atShutdown().add([this] {
+        CXApplication& ending = desktop_.application();
+        if (ending.settings().persistence != PersistenceMode::bookkeepingOnly)
+            desktop_.memory.store(ending.root());
+    });
+}
 
 std::unique_ptr<Window> DesktopHost::makeWindow(CXInstance& instance)
 {
@@ -49,39 +84,36 @@ std::unique_ptr<Window> DesktopHost::makeWindow(CXInstance& instance)
 
 InterfaceMode DesktopHost::askInterfaceMode()
 {
-    return InterfaceMode::standard;
+    if (!isMainThread())
+        return InterfaceMode::standard;
+    ModeDialog dialog;
+    dialog.exec();
+    return dialog.chosen();
 }
 
 void DesktopHost::showError(std::u16string_view text)
 {
-    static_cast<void>(askWith<bool>(
-        false, [](const QString& said) { return boxWith(QMessageBox::Critical, said, QMessageBox::Ok); }, toQt(text),
-        saysYes));
+    const Box<bool> box{[said = toQt(text)](QWidget* parent) { return makeErrorBox(parent, said); }, saysYes};
+    static_cast<void>(askWith<bool>(desktop_, false, box));
 }
 
 bool DesktopHost::askYesNo(std::u16string_view text)
 {
-    return askWith<bool>(
-        false,
-        [](const QString& said) { return boxWith(QMessageBox::Question, said, QMessageBox::Yes | QMessageBox::No); },
-        toQt(text), saysYes);
+    const Box<bool> box{[said = toQt(text)](QWidget* parent) { return makeQuestionBox(parent, said); }, saysYes};
+    return askWith<bool>(desktop_, false, box);
 }
 
 NoticeAnswer DesktopHost::notify(std::u16string_view text)
 {
-    return askWith<NoticeAnswer>(
-        {},
-        [](const QString& said) {
-            QMessageBox* const box = boxWith(QMessageBox::Question, said, QMessageBox::Yes | QMessageBox::No);
-            box->setCheckBox(new QCheckBox(shown(desktop_text::doNotShowAgain)));
-            return box;
-        },
-        toQt(text),
-        [](const QMessageBox& box) {
-            return NoticeAnswer{saysYes(box), box.checkBox()->isChecked()};
-        });
+    const Box<NoticeAnswer> box{[said = toQt(text)](QWidget* parent) { return makeNoticeBox(parent, said); },
+                                noticeAnswer};
+    return askWith<NoticeAnswer>(desktop_, {}, box);
 }
 
-void DesktopHost::showStatus(std::u16string_view) {}
+void DesktopHost::showStatus(std::u16string_view text)
+{
+    if (Workbench* const bench = desktop_.benchOfThisThread())
+        bench->tell(text);
+}
 
 }  // namespace kelvane

@@ -6,12 +6,15 @@
 
 namespace kelvane {
 
-// Questions as message boxes; on the thread of a window they are shown on the main thread and waited for.
+// Questions as message boxes. On the thread of a window they are shown on the main thread, above that window, and
+// waited for while the window's other work goes on.
 class DesktopHost final : public ApplicationHost, private Questions {
 public:
     explicit DesktopHost(Desktop& desktop) : desktop_(desktop) {}
 
     [[nodiscard]] Questions& questions() override { return *this; }
+    // Loads what the windows remember, and has it kept at the end.
+    void prepareWindows(const CommandLine& line) override;
     [[nodiscard]] std::unique_ptr<Window> makeWindow(CXInstance& instance) override;
 
 private:

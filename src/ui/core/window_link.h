@@ -5,10 +5,12 @@
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <utility>
 
+#include "ui/core/box_queue.h"
 #include "ui/core/row_mirror.h"
 #include "ui/core/workbench.h"
 
@@ -28,6 +30,8 @@ public:
     [[nodiscard]] Job job() const { return job_; }
     // The parent for dialogs.
     [[nodiscard]] QWidget* frame() const { return frame_; }
+    // For questions and messages, of which a window shows one at a time.
+    [[nodiscard]] BoxQueue& boxes() { return boxes_; }
     [[nodiscard]] const CommandLine& commandLine() const { return instance_->commandLine(); }
 
     // Does the work on the window's thread, in the order posted, also between the items of a job. What it captures must
@@ -63,6 +67,11 @@ Q_SIGNALS:
     void currentRowChanged();
     void optionsChanged();                   // the settings in memory are others now
     void helpWanted(const QString& anchor);  // a place of the user guide, "toc_clean"; empty: its beginning
+    void logged(const QString& line);        // a line for the log of this run
+    void itemWanted(kelvane::ItemId item);   // somebody wants the list's view to go to this item
+    // What the program was started with, once the frame stands; also files dropped on it.
+    void openRequested(const std::filesystem::path& savedScan);
+    void folderRequested(const std::filesystem::path& folder);
 
 public:
     // The item that the person is at; nothing in an empty list. Set by the list's view.
@@ -83,6 +92,7 @@ private:
     Job job_ = Job::none;
     std::optional<ItemId> current_;
     QPointer<QWidget> frame_;
+    BoxQueue boxes_;
 };
 
 }  // namespace kelvane

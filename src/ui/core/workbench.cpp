@@ -16,6 +16,7 @@ struct Workbench::Slot {
 Workbench::Workbench(CXInstance& instance, Desktop& desktop)
     : instance_(instance), desktop_(desktop), feed_(results_), slot_(std::make_shared<Slot>())
 {
+    desktop_.setBenchOfThisThread(this);
     postToMain([slot = slot_, self = this, window = instance.shared_from_this(), &desktop] {
         slot->link = WindowLink::open(desktop, std::move(window), *self);
     });
@@ -23,6 +24,7 @@ Workbench::Workbench(CXInstance& instance, Desktop& desktop)
 
 Workbench::~Workbench()
 {
+    desktop_.setBenchOfThisThread(nullptr);
     postToMain([slot = slot_] {
         if (slot->link)
             slot->link->end();
@@ -92,6 +94,11 @@ WindowLink* Workbench::linkOnMain()
 void Workbench::tell(std::u16string_view status)
 {
     toMain([text = toQt(status)](WindowLink& link) { Q_EMIT link.statusTold(text); });
+}
+
+void Workbench::log(std::u16string_view line)
+{
+    toMain([text = toQt(line)](WindowLink& link) { Q_EMIT link.logged(text); });
 }
 
 void Workbench::closeRequested()

@@ -81,6 +81,8 @@ public:
     }
     // A short text for the status line.
     void tell(std::u16string_view status);
+    // A line for the log of this run, which status texts reach by themselves.
+    void log(std::u16string_view line);
 
     // Cancels a job that runs, and closes when it has ended.
     void closeRequested() override;

@@ -7,6 +7,7 @@
 
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/frame/icons.h"
 
 namespace kelvane {
 namespace {
@@ -15,6 +16,14 @@ namespace {
 int rankOf(InterfaceMode mode)
 {
     return mode == InterfaceMode::beginner ? 0 : mode == InterfaceMode::standard ? 1 : 2;
+}
+
+// A toolbar's button shows neither the command's name nor its keys.
+QString toolTipOf(const QAction& action)
+{
+    const QString keys = action.shortcut().toString(QKeySequence::NativeText);
+    const QString name = action.toolTip();  // the label without its marks
+    return keys.isEmpty() ? name : name + QStringLiteral(" (") + keys + u')';
 }
 
 }  // namespace
@@ -39,6 +48,8 @@ QAction* CommandSet::add(const CommandSpec& spec)
     auto* const action = new QAction(shown(spec.label), this);
     action->setObjectName(QString::fromLatin1(spec.name));
     action->setShortcut(spec.keys);
+    action->setIcon(commandIcon(action->objectName()));
+    action->setToolTip(toolTipOf(*action));
     action->setCheckable(spec.checkable);
     connect(action, &QAction::triggered, this, [run = spec.run] { run(); });
     QMenu* const menu = spec.submenu != nullptr ? spec.submenu : menus_.at(spec.menu);
@@ -57,6 +68,7 @@ QMenu* CommandSet::addSubmenu(MenuId menu, const char* name, TextId label)
 {
     QMenu* const added = menus_.at(menu)->addMenu(shown(label));
     added->setObjectName(QString::fromLatin1(name));
+    added->setIcon(commandIcon(added->objectName()));
     return added;
 }
 
@@ -67,8 +79,20 @@ QAction* CommandSet::find(const QString& name) const
 
 void CommandSet::setMode(InterfaceMode mode)
 {
+    if (mode_ == mode)
+        return;
     mode_ = mode;
     refresh();
+    Q_EMIT modeChanged(mode);
+}
+
+void CommandSet::renewIcons()
+{
+    for (const Entry& entry : entries_)
+        entry.action->setIcon(commandIcon(entry.action->objectName()));
+    for (QMenu* const menu : window_.findChildren<QMenu*>())
+        if (!menu->objectName().isEmpty())
+            menu->setIcon(commandIcon(menu->objectName()));
 }
 
 void CommandSet::refresh()

@@ -60,8 +60,14 @@ public:
     [[nodiscard]] QToolBar* toolbar() const { return toolbar_; }
 
     void setMode(InterfaceMode mode);
+    [[nodiscard]] InterfaceMode mode() const { return mode_; }
+    // In the colours of the palette that is in force now.
+    void renewIcons();
     // Looks at the conditions again: called by itself when jobs, list and selection change.
     void refresh();
+
+Q_SIGNALS:
+    void modeChanged(kelvane::InterfaceMode mode);
 
 private:
     struct Entry {

@@ -15,6 +15,8 @@ void installRooms(const FrameParts& parts)
     installScan(parts);
     installOptions(parts);
     installPreview(parts);
+    installFramePanes(parts);
+    installClosing(parts);
 }
 
 }  // namespace kelvane

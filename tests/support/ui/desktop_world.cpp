@@ -32,7 +32,6 @@ void fill(Workbench& bench, const std::vector<std::vector<std::filesystem::path>
             if (auto item = bench.platform().shell().parse(path.native()))
                 bench.results().add(*std::move(item), number, false);
     }
-    bench.toMain([](WindowLink& link) { Q_EMIT link.listBegan(); });
 }
 
 }  // namespace
@@ -51,7 +50,8 @@ DesktopWorld::DesktopWorld(const WorldPlan& plan) : kept_(plan.kept)
         plan.files(tree);
     if (kept_)
         platform.settingsStore = *kept_;
-    saveFirst(plan);
+    if (!plan.firstRun)
+        saveFirst(plan);
     start(plan);
 }
 

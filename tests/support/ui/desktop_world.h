@@ -30,6 +30,7 @@ struct WorldPlan {
     std::vector<std::string> words{};              // of the command line, without the program's name
     std::function<void(Settings&)> change{};       // settings that an earlier run left behind
     std::shared_ptr<MemorySettingsStore> kept{};   // a store of an earlier world; filled again at the end
+    bool firstRun = false;                         // no settings at all, the mode is asked for
     std::function<void(const TempTree&)> files{};  // what is there before the start
 };
 
@@ -47,6 +48,7 @@ public:
 
     [[nodiscard]] Desktop& desktop() { return desktop_; }
     [[nodiscard]] CXApplication& application() { return *application_; }
+    [[nodiscard]] Questions& questions() { return host_.questions(); }
     [[nodiscard]] MainWindow& window() const { return *window_; }
     [[nodiscard]] WindowLink& link() const { return window_->link(); }
     // All frames that are shown.

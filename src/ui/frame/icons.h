@@ -1,0 +1,13 @@
+// Icons of commands: drawn once as two-tone lines, in the colours of the palette in force.
+#pragma once
+
+#include <QIcon>
+
+namespace kelvane {
+
+// Nothing for a name that nobody has drawn. To be asked again when the palette changes.
+[[nodiscard]] QIcon commandIcon(const QString& name);
+// In its own colours.
+[[nodiscard]] QIcon programIcon();
+
+}  // namespace kelvane

@@ -1,0 +1,108 @@
+#include <QApplication>
+#include <QCommandLinkButton>
+#include <QDialog>
+#include <QTest>
+#include <QTimer>
+
+#include "support/ui/desktop_world.h"
+#include "ui/frame/commands.h"
+
+namespace kelvane::testing {
+namespace {
+
+// Answers the question of the first run, which has a loop of its own, as soon as it is there.
+class FirstRunPerson {
+public:
+    explicit FirstRunPerson(std::function<void(QDialog&)> answer)
+    {
+        QObject::connect(&timer_, &QTimer::timeout, [this, answer = std::move(answer)] {
+            auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr || dialog->objectName() != QStringLiteral("modeDialog"))
+                return;
+            timer_.stop();
+            ++asked;
+            answer(*dialog);
+        });
+        timer_.start(10);
+    }
+
+    int asked = 0;
+
+private:
+    QTimer timer_;
+};
+
+std::uint32_t modeFlags(DesktopWorld& world)
+{
+    return world.desktop().settings().flags &
+           (settings_flag::beginner | settings_flag::advanced | settings_flag::safeOptions | settings_flag::expert);
+}
+
+TEST(FrameFirstRun, AsksOnceHowMuchIsShown)
+{
+    const auto kept = std::make_shared<MemorySettingsStore>();
+    FirstRunPerson person([](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("User interface selection"));
+        auto* const beginner = dialog.findChild<QCommandLinkButton*>(QStringLiteral("beginner"));
+        EXPECT_EQ(beginner->text(), QStringLiteral("Beginner mode"));
+        EXPECT_EQ(beginner->description(), QStringLiteral("Express UI with fixed scan settings"));
+        beginner->click();
+    });
+    {
+        DesktopWorld world({.kept = kept, .firstRun = true});
+        EXPECT_EQ(person.asked, 1);
+        EXPECT_EQ(modeFlags(world), settings_flag::beginner | settings_flag::safeOptions);
+        EXPECT_EQ(world.window().commands().mode(), InterfaceMode::beginner);
+    }
+    DesktopWorld world({.kept = kept, .firstRun = true});
+    EXPECT_EQ(world.window().commands().mode(), InterfaceMode::beginner);
+}
+
+TEST(FrameFirstRun, TakesEnterAndEscapeForTheSafeChoice)
+{
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        FirstRunPerson person([key](QDialog& dialog) { QTest::keyClick(&dialog, key); });
+        DesktopWorld world({.firstRun = true});
+        EXPECT_EQ(person.asked, 1);
+        EXPECT_EQ(modeFlags(world), settings_flag::safeOptions);
+    }
+}
+
+// Hears what windows ask for from the moment they are shown.
+class NewWindows final : public QObject {
+public:
+    NewWindows() { qApp->installEventFilter(this); }
+
+    std::vector<std::pair<std::string, std::filesystem::path>> asked;
+
+private:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        auto* const window = qobject_cast<MainWindow*>(object);
+        if (window != nullptr && event->type() == QEvent::Show) {
+            connect(&window->link(), &WindowLink::folderRequested, this,
+                    [this](const auto& path) { asked.emplace_back("folder", path); });
+            connect(&window->link(), &WindowLink::openRequested, this,
+                    [this](const auto& path) { asked.emplace_back("file", path); });
+        }
+        return false;
+    }
+};
+
+TEST(FrameStart, TakesAFolderAsTheOneToSearchAndAFileAsASavedScan)
+{
+    DesktopWorld world;
+    world.tree.write("scan.ikvs", "no such thing");
+    for (const std::string target : {"files", "scan.ikvs"}) {
+        NewWindows windows;
+        CommandLine line;
+        line.target = world.tree.path(target);
+        world.application().post(OpenWindow{line});
+        ASSERT_TRUE(waitUntil([&] { return !windows.asked.empty(); }));
+        EXPECT_EQ(windows.asked.front().first, target == "files" ? "folder" : "file");
+        EXPECT_EQ(windows.asked.front().second, line.target);
+    }
+}
+
+}  // namespace
+}  // namespace kelvane::testing
