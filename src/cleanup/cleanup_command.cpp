@@ -55,6 +55,7 @@ CleanupReport cleanUp(const CleanupContext& context, const CleanupOptions& optio
     switch (questions.choose(options.expert)) {
     case CleanupChoice::createLinks:
         request.action = CleanupAction::link;
+        request.link = questions.linkKind();
         [[fallthrough]];
     case CleanupChoice::deleteItems:
         return runCleanup(context, request, options, cancel);

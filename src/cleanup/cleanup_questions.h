@@ -48,6 +48,8 @@ public:
     // A warning that stops the command: groups that would lose every copy.
     virtual void warn(std::u16string_view text) = 0;
     [[nodiscard]] virtual CleanupChoice choose(bool linksOffered) = 0;
+    // Of which kind, after "Create links".
+    [[nodiscard]] virtual LinkKind linkKind() { return LinkKind::automatic; }
     // "Save results".
     virtual void saveResults() = 0;
     // Before anything happens. `deleteForGood` only when the person asked for it by name.

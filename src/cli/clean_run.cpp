@@ -3,10 +3,8 @@
 #include <ostream>
 
 #include "app/cleanup_bookkeeping.h"
+#include "app/cleanup_tools.h"
 #include "base/filled_text.h"
-#include "cleanup/criteria_text.h"
-#include "cleanup/disk_facts.h"
-#include "cleanup/journal.h"
 #include "cli/clean_outcome.h"
 #include "cli/clean_report.h"
 #include "cli/clean_watch.h"
@@ -84,13 +82,10 @@ CleanupReport run(const MarkedScan& marked, const CleanRequest& request, const S
     };
     ConsoleCleanupQuestions questions(
         console, request.yes, {[&] { watch.erase(); }, [&](const CleanupPlan& plan) { watch.begin(plan); }, tellPlan});
-    DiskFacts disk(platform.files(), platform.heldFiles());
-    Journals journals(platform.files(), platform.output(), journalFolder(platform.places().stateFolder()));
+    CleanupTools tools(platform);
     CleanupMemory memory;
     CleanupReport report =
-        runCleanup({scan.results, *scan.definition, disk.facts(*scan.definition, platform.paths()), passPorts(platform),
-                    platform.output(), platform.places(), journals, memory, questions, &watch,
-                    criteriaText(*scan.definition, marked.options, platform.paths(), platform.shell())},
+        runCleanup(tools.context(scan.results, *scan.definition, marked.options, memory, questions, &watch),
                    request.action, optionsFor(request, settings), console.cancel);
     watch.erase();
     stopped = wasStopped(report, questions, console);

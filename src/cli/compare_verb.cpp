@@ -12,7 +12,6 @@
 #include "cli/requested_criteria.h"
 #include "cli/settings_in_force.h"
 #include "cli/verbs.h"
-#include "engine/same_file.h"
 #include "platform/native_text.h"
 
 namespace kelvane {
@@ -51,41 +50,6 @@ void noteIfLeftOut(const std::string& path, const ShellItem& item, const ScanCri
         complain(console, path + ": " + filledText(TextId::sizeLeavesOut));
 }
 
-// Says why a file has nothing that could be compared.
-void describeBoth(const ScanCriteria& criteria, std::array<Candidate, 2>& pair, SimilarContent& similar,
-                  const Console& console)
-{
-    if (!isDescribed(criteria, &similar))
-        return;
-    for (Candidate& file : pair) {
-        const auto cause = similar.describe(criteria, file, console.cancel);
-        if (console.cancel.cancelled())
-            return;
-        if (cause)
-            complain(console,
-                     filledText(TextId::noDescriptor, {bytesFromNative(file.item().fullName()), causeText(*cause)}));
-    }
-}
-
-// Texts of the stages point into what the pair has cached.
-Comparison comparePair(const Arguments& files, std::array<Candidate, 2>& pair, const ScanCriteria& criteria,
-                       const PropertySource& source, SimilarContent& similar, Platform& platform,
-                       const Console& console)
-{
-    Comparison comparison{files[0], files[1], {}, {}, sameFile(pair[0].item(), pair[1].item(), platform.paths())};
-    describeBoth(criteria, pair, similar, console);
-    if (console.cancel.cancelled()) {
-        comparison.result.stage = -1;
-        return comparison;
-    }
-    auto& [a, b] = pair;
-    ContentComparer contents(platform.shell(), criteria.options, console.cancel);
-    Matcher matcher(criteria, source, platform.shell(), contents, &similar);
-    matcher.reportTo(&comparison.stages);
-    comparison.result = matcher.compare(a, b, std::nullopt);
-    return comparison;
-}
-
 ExitCode print(OutputFormat format, const Comparison& comparison, const Console& console)
 {
     if (comparison.result.cancelled())
@@ -114,7 +78,10 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
         opened.emplace_back(*item);
     }
     std::array<Candidate, 2> pair = {std::move(opened[0]), std::move(opened[1])};
-    const auto compared = comparePair(files, pair, *criteria, properties.source, similar.content(), platform, console);
+    const Comparison compared{
+        comparePair(pair, *criteria, properties.source, similar.content(), platform, console.cancel), files[0],
+        files[1]};
+    complainOf(compared.complaints, console);
     complainOf(properties.takeComplaints(), console);
     return print(request.format, compared, console);
 }

@@ -3,18 +3,14 @@
 
 #include <iosfwd>
 #include <string>
-#include <vector>
 
+#include "app/pair_comparison.h"
 #include "cli/options.h"
-#include "engine/matcher.h"
 
 namespace kelvane {
 
-struct Comparison {
+struct Comparison : PairComparison {
     std::string a, b;  // the paths as they were typed
-    MatchResult result;
-    std::vector<StageReport> stages;  // up to the one that parted the files
-    bool sameFile = false;            // two names of one file: a scan would list it once
 };
 
 // Text, JSON or CSV; a comparison has no NUL form.

@@ -192,21 +192,4 @@ std::string_view categoryWord(Category category)
     return {};
 }
 
-std::optional<std::uint64_t> parseSize(std::string_view text)
-{
-    const auto digits = text.find_first_not_of("0123456789");
-    const auto number = parseNumber(text.substr(0, digits));
-    if (!number || digits == std::string_view::npos)
-        return number;
-    const std::string unit = asciiLower(text.substr(digits));
-    const auto power = std::string_view("kmgt").find(unit.front());
-    const std::string rest = unit.substr(1);
-    if (power == std::string_view::npos || !(rest.empty() || rest == "b" || rest == "ib"))
-        return std::nullopt;
-    const auto shift = static_cast<unsigned>(power + 1) * 10;
-    if (*number > UINT64_MAX >> shift)
-        return std::nullopt;
-    return *number << shift;
-}
-
 }  // namespace kelvane

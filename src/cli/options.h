@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/typed_size.h"
 #include "base/result.h"
 #include "engine/engine_options.h"
 #include "engine/scan_node.h"
@@ -56,8 +57,5 @@ void addOptions(CLI::App& app, RawOptions& raw);
 
 // The word by which --category names a category; empty for one that has none.
 [[nodiscard]] std::string_view categoryWord(Category category);
-
-// "4096", "64K", "10M", "1G", "2T" (powers of 1024; "10MB" and "10MiB" mean the same); nothing for any other text.
-[[nodiscard]] std::optional<std::uint64_t> parseSize(std::string_view text);
 
 }  // namespace kelvane

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "app/listed_results.h"
 #include "base/filled_text.h"
 #include "cli/problems.h"
 #include "cli/settings_in_force.h"
@@ -13,12 +14,10 @@ namespace {
 
 constexpr std::size_t mostNamed = 10;  // of the files that are missing
 
-// As the scan had it: the archives were entered or not, whatever the settings are now.
-void takeCriteria(SavedScan& scan, const CScanNode& definition, EngineOptions options)
+void takeCriteria(SavedScan& scan, const CScanNode& definition, const EngineOptions& options)
 {
-    constexpr std::uint32_t archives = option_flag::enterVirtualFolders;
-    options.flags = scan.figures.archives ? options.flags | archives : options.flags & ~archives;
-    if (auto criteria = makeCriteria(definition, options, scan.properties.catalogue))
+    const EngineOptions asScanned = optionsWithArchives(options, scan.figures.archives);
+    if (auto criteria = makeCriteria(definition, asScanned, scan.properties.catalogue))
         scan.criteria = std::move(*criteria);
 }
 
@@ -36,8 +35,7 @@ void take(SavedScan& scan, LoadedResults& loaded, Platform& platform, const Engi
         takeCriteria(scan, *stored.definition, options);
         scan.definition = std::move(stored.definition);
     }
-    for (StoredRow& row : stored.rows)
-        scan.results.add(std::move(row.file), row.group, row.approximate);
+    addRows(scan.results, std::move(stored.rows));
 }
 
 std::string failureText(const std::string& typed, const Error& error)

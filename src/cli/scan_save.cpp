@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "app/listed_results.h"
 #include "base/filled_text.h"
 #include "cli/problems.h"
 #include "cli/settings_in_force.h"
@@ -35,11 +36,7 @@ StoredResults storedResults(const ScanCriteria& criteria, const ScanReport& repo
     stored.definition = criteria.definition;
     stored.definition->roots = paths.joinRoots(report.roots.roots);
     stored.figures = figuresOf(report, criteria.options);
-    stored.rows.reserve(results.itemCount());
-    results.forEachItem([&](ItemId id) {
-        const ResultItem& item = results.item(id);
-        stored.rows.push_back({item.file.itemRef(), item.groupNumber(), results.groupOf(id).approximate});
-    });
+    stored.rows = storedRows(results);
     return stored;
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/descriptor_cache.h"
 #include "app/property_access.h"
+#include "app/scan_notes.h"
 #include "app/similar_search.h"
 #include "base/filled_text.h"
 #include "base/random.h"
@@ -51,21 +52,9 @@ void complainOfSkipped(std::uint64_t count, const ScanWatch& watch, const ScanRe
                           (request.verbose ? "" : filledText(TextId::verboseListsThem)));
 }
 
-// What took no part although nothing is wrong with it. Without a word of it, a search by a property that no file has
-// would look like one that found nothing.
 void noteLeftOut(const ScanReport& report, const ScanCriteria& criteria, const Console& console)
 {
-    const WalkStats& walk = report.walk;
-    if (walk.withoutValue > 0)
-        complain(console, filledText(walk.withoutValue == 1 ? TextId::oneWithoutValue : TextId::manyWithoutValue,
-                                     {criteria.primary.info->name, std::to_string(walk.withoutValue)}));
-    for (const auto& [reason, files] : walk.undescribed)
-        complain(console, filledText(files == 1 ? TextId::oneUndescribed : TextId::manyUndescribed,
-                                     {reason, std::to_string(files)}));
-    if (walk.outsideMasks > 0)
-        complain(console, countedText(walk.outsideMasks, TextId::oneOutsideMasks, TextId::manyOutsideMasks));
-    if (walk.offlineSkipped > 0)
-        complain(console, countedText(walk.offlineSkipped, TextId::oneStoredElsewhere, TextId::manyStoredElsewhere));
+    complainOf(leftOutNotes(report, criteria), console);
     if (const std::uint64_t pairs = report.grouping.ignoredPairs; pairs > 0)
         complain(console, countedText(pairs, TextId::oneIgnoredLeftOut, TextId::manyIgnoredLeftOut));
 }

@@ -104,19 +104,6 @@ void writeUndoJson(const UndoReport& report, std::ostream& out)
     out << "}\n";
 }
 
-RunFigures figuresOf(const JournalRun& run)
-{
-    RunFigures figures{run.number, run.started, run.action, 0, 0, 0, run.damaged};
-    for (const JournalEntry& entry : run.entries) {
-        const bool undone = entry.state == EntryState::undone;
-        const bool taking = entry.state == EntryState::undoIntended;
-        figures.done += undone || taking || entry.state == EntryState::done ? 1 : 0;
-        figures.undone += undone ? 1 : 0;
-        figures.undecided += taking || entry.state == EntryState::intended ? 1 : 0;
-    }
-    return figures;
-}
-
 void writeRunsText(const std::vector<RunFigures>& runs, std::ostream& out)
 {
     for (const RunFigures& run : runs) {

@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <vector>
 
+#include "cleanup/run_figures.h"
 #include "cleanup/undo.h"
 
 namespace kelvane {
@@ -20,19 +21,6 @@ struct UndoReport {
 void writeUndoText(const UndoReport& report, std::ostream& out);
 void writeUndoSums(const UndoReport& report, std::ostream& out);
 void writeUndoJson(const UndoReport& report, std::ostream& out);
-
-// One run in figures, of items.
-struct RunFigures {
-    RunNumber number{};
-    FileTime started;
-    CleanupAction action = CleanupAction::recycle;
-    std::uint64_t done = 0;  // those that were taken back included
-    std::uint64_t undone = 0;
-    std::uint64_t undecided = 0;
-    bool damaged = false;
-};
-
-[[nodiscard]] RunFigures figuresOf(const JournalRun& run);
 
 void writeRunsText(const std::vector<RunFigures>& runs, std::ostream& out);
 void writeRunsJson(const std::vector<RunFigures>& runs, std::ostream& out);

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "app/cleanup_tools.h"
 #include "base/filled_text.h"
 #include "cli/arguments.h"
 #include "cli/clean_watch.h"
@@ -30,7 +31,8 @@ public:
         : request_(request),
           platform_(platform),
           console_(console),
-          journals_(platform.files(), platform.output(), journalFolder(platform.places().stateFolder())),
+          tools_(platform),
+          journals_(tools_.journals()),
           items_(request.items, platform.paths())
     {
     }
@@ -91,11 +93,6 @@ private:
         return std::nullopt;
     }
 
-    static bool canComeBack(const JournalEntry& entry)
-    {
-        return entry.state == EntryState::done && entry.intent.action != CleanupAction::deletePermanently;
-    }
-
     bool isChosen(const JournalEntry& entry) { return items_.holds(entry.intent.item); }
 
     ExitCode foresee()
@@ -104,7 +101,7 @@ private:
         if (!run)
             return notOpened(run.error());
         tellDamage(*run);
-        const PassPorts ports = passPorts(platform_);
+        const PassPorts ports = tools_.ports();
         for (auto entry = run->entries.rbegin(); entry != run->entries.rend(); ++entry) {
             if (console_.cancel.cancelled()) {
                 report_.outcome.cancelled = true;
@@ -149,7 +146,7 @@ private:
             report_.items.push_back(item);
             watch.progress(report_.items.size(), bytes);
         };
-        report_.outcome = undoRun(*opened, passPorts(platform_), filter, told, console_.cancel);
+        report_.outcome = undoRun(*opened, tools_.ports(), filter, told, console_.cancel);
         watch.erase();
         if (!report_.outcome.journalError)
             return ExitCode::done;
@@ -240,7 +237,8 @@ private:
     const UndoRequest& request_;
     Platform& platform_;
     const Console& console_;
-    Journals journals_;
+    CleanupTools tools_;
+    Journals& journals_;
     ItemChoice items_;
     UndoReport report_;
     bool damaged_ = false;

@@ -94,6 +94,14 @@ Result<MarkingPreview> CMarkWizardDlg::apply(ResultsModel& model, const MarkingR
     if (const auto possible = previewMarks(model, plan, ports); !possible)
         return possible;
     memory_.rule = chosen.rule;
+    return apply(model, plan, ports, askYesNo);
+}
+
+Result<MarkingPreview> CMarkWizardDlg::apply(ResultsModel& model, const MarkingPlan& plan, const MarkingPorts& ports,
+                                             const std::function<bool(std::u16string_view)>& askYesNo)
+{
+    if (const auto possible = previewMarks(model, plan, ports); !possible)
+        return possible;
     askAboutHidden(model, memory_, askYesNo);
     // Items that came back into view count as well.
     const auto preview = previewMarks(model, plan, ports);

@@ -54,6 +54,9 @@ public:
     [[nodiscard]] Result<MarkingPreview> apply(ResultsModel& model, const MarkingRule& chosen,
                                                const MarkingPorts& ports,
                                                const std::function<bool(std::u16string_view)>& askYesNo);
+    // The same by several rules, whichever they are; remembers none of them.
+    [[nodiscard]] Result<MarkingPreview> apply(ResultsModel& model, const MarkingPlan& plan, const MarkingPorts& ports,
+                                               const std::function<bool(std::u16string_view)>& askYesNo);
 
 private:
     const CScanNode& definition_;
