@@ -1,5 +1,10 @@
 #include "ui/list/install_list.h"
 
+#include "ui/list/file_commands.h"
+#include "ui/list/filter_bar.h"
+#include "ui/list/item_commands.h"
+#include "ui/list/list_commands.h"
+#include "ui/list/list_sorting.h"
 #include "ui/list/results_pane.h"
 
 namespace kelvane {
@@ -8,6 +13,23 @@ void installList(const FrameParts& parts)
 {
     auto* const pane = new ResultsPane(parts.link);
     parts.window.setCentralWidget(pane);
+    auto* const sorting = new ListSorting(parts.link, pane->view().header());
+    installFileCommands(parts);
+    installEditCommands(parts, pane->view());
+    installItemCommands(parts, pane->view());
+    installViewCommands(parts, pane->view());
+    installMarkCommands(parts);
+    installQuickRules(parts);
+    installTags(parts, pane->view());
+    installDeclaration(parts, pane->view());
+    installContextMenu(parts, pane->view());
+    sorting->addCommands(parts);
+    parts.commands.add({.name = "list.columns",
+                        .label = desktop_text::listChooseColumns,
+                        .menu = MenuId::view,
+                        .run = [pane] { pane->askColumns(); },
+                        .when = when::hasItems});
+    pane->filterBar().addCommands(parts);
     pane->setFocus();
 }
 

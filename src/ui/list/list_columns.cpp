@@ -14,6 +14,12 @@ void append(std::vector<PropRef>& columns, const PropRef& column)
         columns.push_back(column);
 }
 
+ListColumn described(const PropRef& column)
+{
+    const bool right = column.kind() == PropKind::number || column.kind() == PropKind::real;
+    return {std::string(column.info->name), toQt(columnTitle(column)), right};
+}
+
 std::vector<PropRef> firstColumns(const ListSession& session)
 {
     std::vector<PropRef> columns;
@@ -41,12 +47,29 @@ const std::vector<PropRef>& columnsInView(Workbench& bench)
 
 std::vector<ListColumn> describedColumns(Workbench& bench)
 {
-    std::vector<ListColumn> described;
-    for (const PropRef& column : columnsInView(bench)) {
-        const bool right = column.kind() == PropKind::number || column.kind() == PropKind::real;
-        described.push_back({std::string(column.info->name), toQt(columnTitle(column)), right});
+    std::vector<ListColumn> columns;
+    for (const PropRef& column : columnsInView(bench))
+        columns.push_back(described(column));
+    return columns;
+}
+
+std::vector<ListColumn> furtherColumns(Workbench& bench)
+{
+    std::vector<ListColumn> columns;
+    if (bench.session() == nullptr)
+        return columns;
+    const PropertyCatalogue& catalogue = bench.session()->access.catalogue;
+    const std::vector<PropRef>& inView = columnsInView(bench);
+    for (const std::string& name : catalogue.names()) {
+        const PropRef property = catalogue.byName(name);
+        if (property && !property.info->displayName.empty() && property.kind() != PropKind::none &&
+            std::find(inView.begin(), inView.end(), property) == inView.end())
+            columns.push_back(described(property));
     }
-    return described;
+    std::sort(columns.begin(), columns.end(), [](const ListColumn& one, const ListColumn& other) {
+        return one.title.compare(other.title, Qt::CaseInsensitive) < 0;
+    });
+    return columns;
 }
 
 void chooseColumns(Workbench& bench, const std::vector<std::string>& names)

@@ -21,6 +21,8 @@ struct ListColumn {
 // Empty without a session.
 [[nodiscard]] const std::vector<PropRef>& columnsInView(Workbench& bench);
 [[nodiscard]] std::vector<ListColumn> describedColumns(Workbench& bench);
+// All other properties, by title.
+[[nodiscard]] std::vector<ListColumn> furtherColumns(Workbench& bench);
 // Unknown names are passed over; without any known one the first columns come back.
 void chooseColumns(Workbench& bench, const std::vector<std::string>& names);
 

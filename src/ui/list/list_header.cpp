@@ -40,6 +40,7 @@ void ListHeader::setColumns(const std::vector<ListColumn>& columns)
         const auto known = widths.find(column.name);
         resizeSection(section, known != widths.end() ? known->second : firstWidth(column));
     }
+    Q_EMIT columnsChanged();
 }
 
 int ListHeader::firstWidth(const ListColumn& column) const

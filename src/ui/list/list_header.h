@@ -27,6 +27,9 @@ public:
     [[nodiscard]] std::vector<ColumnSpan> spans() const;
     [[nodiscard]] int tickWidth() const;
 
+Q_SIGNALS:
+    void columnsChanged();
+
 private:
     [[nodiscard]] int firstWidth(const ListColumn& column) const;
 

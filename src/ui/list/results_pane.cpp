@@ -1,20 +1,48 @@
 #include "ui/list/results_pane.h"
 
+#include <QApplication>
 #include <QVBoxLayout>
 
+#include "platform/native_text.h"
+#include "ui/core/text.h"
+#include "ui/list/columns_dialog.h"
+#include "ui/list/filter_bar.h"
 #include "ui/list/list_header.h"
 
 namespace kelvane {
+namespace {
+
+// From a row on, and round to those before it.
+std::optional<Row> rowBeginningWith(Workbench& bench, const QString& beginning, Row from)
+{
+    const ResultsModel& results = bench.results();
+    const Row count = results.rowCount();
+    for (Row step = 0; step < count; ++step) {
+        const Row row = (from + step) % count;
+        const std::u16string name = displayFromNative(results.item(results.itemAt(row)).file.item().name());
+        if (toQt(name).startsWith(beginning, Qt::CaseInsensitive))
+            return row;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
 
 ResultsPane::ResultsPane(WindowLink& link, QWidget* parent)
-    : QWidget(parent), link_(link), view_(new ResultsView(link, this))
+    : QWidget(parent), link_(link), filter_(new FilterBar(link, this)), view_(new ResultsView(link, this))
 {
     setObjectName(QStringLiteral("resultsPane"));
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
+    column->addWidget(filter_);
     column->addWidget(view_, 1);
     setFocusProxy(view_);
+    connect(filter_, &FilterBar::left, view_, [this] { view_->setFocus(); });
+    connect(view_, &ResultsView::typed, this, &ResultsPane::findNext);
+    connect(&view_->header(), &QHeaderView::sectionMoved, this, [this] { useColumns(view_->header().namesInOrder()); });
+    view_->header().setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&view_->header(), &QWidget::customContextMenuRequested, this, &ResultsPane::askColumns);
     connect(&link, &WindowLink::listBegan, this, [this] {
         view_->cells().clear();
         fetchColumns();
@@ -31,6 +59,46 @@ void ResultsPane::fetchColumns()
     link_.fetch(
         this, [](Workbench& bench) { return describedColumns(bench); },
         [this](const std::vector<ListColumn>& columns) { showColumns(columns); });
+}
+
+void ResultsPane::useColumns(const std::vector<std::string>& names)
+{
+    link_.run([names](Workbench& bench) { chooseColumns(bench, names); });
+    fetchColumns();
+}
+
+void ResultsPane::askColumns()
+{
+    link_.fetch(
+        this, [](Workbench& bench) { return furtherColumns(bench); },
+        [this](const std::vector<ListColumn>& others) { showDialog(others); });
+}
+
+void ResultsPane::showDialog(const std::vector<ListColumn>& others)
+{
+    auto* const dialog = new ColumnsDialog(view_->header().columns(), others, window());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        if (dialog->wantsDefaults() || !dialog->chosen().empty())
+            useColumns(dialog->chosen());
+    });
+    dialog->open();
+}
+
+void ResultsPane::findNext(const QString& typed)
+{
+    const bool goesOn = lastTyped_.isValid() && lastTyped_.elapsed() < 1000;
+    sought_ = goesOn ? sought_ + typed : typed;
+    lastTyped_.start();
+    const Row from = view_->currentRow().value_or(0) + (goesOn ? 0 : 1);
+    link_.fetch(
+        this, [sought = sought_, from](Workbench& bench) { return rowBeginningWith(bench, sought, from); },
+        [this](const std::optional<Row>& row) {
+            if (row)
+                view_->goTo(*row, Qt::NoModifier);
+            else
+                QApplication::beep();
+        });
 }
 
 void ResultsPane::showColumns(const std::vector<ListColumn>& columns)

@@ -1,5 +1,6 @@
 #include "ui/list/results_view.h"
 
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -8,6 +9,7 @@
 
 #include "ui/core/text.h"
 #include "ui/list/list_header.h"
+#include "ui/list/thumbnail_cache.h"
 
 namespace kelvane {
 namespace {
@@ -24,7 +26,11 @@ std::vector<QColor> colorsOf(const Settings& settings)
 }  // namespace
 
 ResultsView::ResultsView(WindowLink& link, QWidget* parent)
-    : QAbstractScrollArea(parent), link_(link), cells_(new CellCache(link, this)), header_(new ListHeader(this))
+    : QAbstractScrollArea(parent),
+      link_(link),
+      cells_(new CellCache(link, this)),
+      pictures_(new ThumbnailCache(link, this)),
+      header_(new ListHeader(this))
 {
     setObjectName(QStringLiteral("resultsView"));
     setAccessibleName(shown(desktop_text::listName));
@@ -35,7 +41,20 @@ ResultsView::ResultsView(WindowLink& link, QWidget* parent)
     tagColors_ = colorsOf(link.desktop().settings());
     connect(&link, &WindowLink::rowsPatched, this, &ResultsView::patched);
     connect(&link, &WindowLink::figuresChanged, this, &ResultsView::figuresCame);
+    connect(&link, &WindowLink::itemWanted, this, [this](ItemId item) {
+        for (Row row = 0; row < link_.rows().count(); ++row)
+            if (link_.rows().at(row).item == item)
+                return setCurrentRow(row);
+    });
+    connect(&link, &WindowLink::optionsChanged, this, [this] {
+        tagColors_ = colorsOf(link_.desktop().settings());
+        measure();
+        columnsChanged();
+    });
     connect(cells_, &CellCache::arrived, viewport(), qOverload<>(&QWidget::update));
+    connect(cells_, &CellCache::arrived, this, &ResultsView::describeCurrent);
+    connect(pictures_, &ThumbnailCache::arrived, viewport(), qOverload<>(&QWidget::update));
+    connect(&link, &WindowLink::listBegan, pictures_, &ThumbnailCache::clear);
     connect(header_, &QHeaderView::sectionResized, this, &ResultsView::columnsChanged);
     connect(header_, &QHeaderView::sectionMoved, this, &ResultsView::columnsChanged);
     measure();
@@ -47,14 +66,34 @@ ResultsView::~ResultsView() = default;
 void ResultsView::measure()
 {
     const int line = std::max(fontMetrics().height(), style()->pixelMetric(QStyle::PM_IndicatorHeight)) + 6;
-    layout_.measure({line, line + 2, 1});
+    const int picture = static_cast<int>(link_.desktop().settings().thumbnailSize);
+    if (thumbnails_)
+        layout_.measure({picture + 2 * line + 8, line + 2, std::max(1, viewport()->width() / thumbnailWidth())});
+    else
+        layout_.measure({line, line + 2, 1});
     verticalScrollBar()->setSingleStep(line);
     placeHeader();
 }
 
+int ResultsView::thumbnailWidth() const
+{
+    return static_cast<int>(link_.desktop().settings().thumbnailSize) + 24;
+}
+
+void ResultsView::showThumbnails(bool on)
+{
+    thumbnails_ = on;
+    header_->setVisible(!on);
+    measure();
+    updateScrollBars();
+    if (current_)
+        scrollTo(*current_);
+    viewport()->update();
+}
+
 void ResultsView::placeHeader()
 {
-    const int height = header_->sizeHint().height();
+    const int height = thumbnails_ ? 0 : header_->sizeHint().height();
     setViewportMargins(0, height, 0, 0);
     const QRect area = viewport()->geometry();
     header_->setGeometry(area.left(), area.top() - height, area.width(), height);
@@ -65,7 +104,7 @@ void ResultsView::updateScrollBars()
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setRange(0, std::max(0, layout_.height() - viewport()->height()));
     horizontalScrollBar()->setPageStep(viewport()->width());
-    horizontalScrollBar()->setRange(0, std::max(0, header_->length() - viewport()->width()));
+    horizontalScrollBar()->setRange(0, thumbnails_ ? 0 : std::max(0, header_->length() - viewport()->width()));
     wantCells();
 }
 
@@ -91,8 +130,29 @@ void ResultsView::wantCells()
                         layout_.endRow(section) - 1);
     };
     const Row last = rowAtHeight(offsetY() + viewport()->height());
-    cells_->want(rowAtHeight(offsetY()),
-                 std::min(last + static_cast<Row>(layout_.measures().perLine), layout_.rowCount()));
+    const Row first = rowAtHeight(offsetY());
+    const Row end = std::min(last + static_cast<Row>(layout_.measures().perLine), layout_.rowCount());
+    cells_->want(first, end);
+    if (thumbnails_)
+        pictures_->want(first, end);
+}
+
+// Told to people who do not see the list.
+void ResultsView::describeCurrent()
+{
+    if (!QAccessible::isActive() || !current_)
+        return;
+    const RowEntry& entry = link_.rows().at(*current_);
+    const QStringList* const texts = cells_->find(entry.item);
+    QStringList parts;
+    if (link_.rows().figures().tickBoxes)
+        parts << shown(entry.isTicked() ? desktop_text::listTicked : desktop_text::listNotTicked);
+    if (texts != nullptr)
+        parts << *texts;
+    const std::size_t section = layout_.sectionOf(*current_);
+    if (layout_.hasHeadings())
+        parts << headingText(entry, layout_.endRow(section) - layout_.firstRow(section));
+    setAccessibleDescription(parts.join(QStringLiteral(", ")));
 }
 
 void ResultsView::columnsChanged()
@@ -135,12 +195,16 @@ void ResultsView::keepCurrent()
             ++row;
         current_ = row < rows.count() ? row : std::min(*current_, rows.count() - 1);
     }
+    describeCurrent();
     anchor_ = std::min(anchor_, rows.count() - 1);
     link_.setCurrentItem(rows.at(*current_).item);
 }
 
 QRect ResultsView::rectOf(Row row) const
 {
+    if (thumbnails_)
+        return {layout_.placeInLine(row) * thumbnailWidth(), layout_.lineTop(row) - offsetY(), thumbnailWidth(),
+                layout_.measures().lineHeight};
     return {-horizontalScrollBar()->value(), layout_.lineTop(row) - offsetY(), rowWidth(),
             layout_.measures().lineHeight};
 }
@@ -148,12 +212,14 @@ QRect ResultsView::rectOf(Row row) const
 QRect ResultsView::tickRectOf(Row row) const
 {
     const QRect rect = rectOf(row);
+    if (thumbnails_)
+        return {rect.left() + 4, rect.top() + 4, header_->tickWidth() - 4, fontMetrics().height() + 6};
     return {rect.left() + 4, rect.top(), header_->tickWidth() - 4, rect.height()};
 }
 
 std::optional<Row> ResultsView::rowAt(const QPoint& point) const
 {
-    const auto spot = layout_.at(point.y() + offsetY(), 0);
+    const auto spot = layout_.at(point.y() + offsetY(), thumbnails_ ? point.x() / thumbnailWidth() : 0);
     return spot ? spot->row : std::nullopt;
 }
 
@@ -195,7 +261,8 @@ void ResultsView::paintSections(RowPainter& painter, const QRect& area) const
         if (!heading.isEmpty() && heading.intersects(area))
             painter.heading(heading, link_.rows().at(first), end - first);
         const int above = std::max(0, area.top() + offsetY() - layout_.lineTop(first)) / layout_.measures().lineHeight;
-        for (Row row = first + static_cast<Row>(above); row < end && layout_.lineTop(row) <= bottom; ++row)
+        for (Row row = first + static_cast<Row>(above * layout_.measures().perLine);
+             row < end && layout_.lineTop(row) <= bottom; ++row)
             paintRow(painter, columns, row, section);
     }
 }
@@ -209,6 +276,8 @@ void ResultsView::paintRow(RowPainter& painter, const std::vector<ColumnSpan>& c
     look.current = current_ == row;
     look.banded = (layout_.hasHeadings() ? section : row) % 2 == 1;
     look.tickBox = link_.rows().figures().tickBoxes;
+    if (thumbnails_)
+        return painter.thumbnail(rectOf(row), tickRectOf(row), pictures_->find(look.entry.item), look);
     painter.row(rectOf(row), tickRectOf(row), columns, look);
 }
 
@@ -225,7 +294,7 @@ bool ResultsView::viewportEvent(QEvent* event)
 void ResultsView::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    placeHeader();
+    measure();
     updateScrollBars();
 }
 

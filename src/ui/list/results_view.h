@@ -15,6 +15,7 @@ class QHeaderView;
 namespace kelvane {
 
 class ListHeader;
+class ThumbnailCache;
 
 // Main thread. Draws what is in sight out of the link's rows; marks go to the window's thread and come back as patches.
 class ResultsView final : public QAbstractScrollArea {
@@ -37,6 +38,9 @@ public:
     void selectAll();
     // Of the selected rows when the current one is among them, else of that one: the opposite of what it has.
     void toggleTicks();
+    // Pictures side by side in place of rows with columns.
+    void showThumbnails(bool on);
+    [[nodiscard]] bool showsThumbnails() const { return thumbnails_; }
     [[nodiscard]] std::vector<ItemId> selectedItems() const;
     // Where a row is shown, in the viewport's coordinates.
     [[nodiscard]] QRect rectOf(Row row) const;
@@ -72,11 +76,13 @@ private:
     void patched();
     void figuresCame();
     void keepCurrent();
+    void describeCurrent();
 
     void paintSections(RowPainter& painter, const QRect& area) const;
     void paintRow(RowPainter& painter, const std::vector<ColumnSpan>& spans, Row row, std::size_t section) const;
     [[nodiscard]] std::vector<ColumnSpan> spans() const;
     [[nodiscard]] int rowWidth() const;
+    [[nodiscard]] int thumbnailWidth() const;
     [[nodiscard]] int offsetY() const;
 
     [[nodiscard]] std::optional<Row> rowForKey(const QKeyEvent& event) const;
@@ -90,6 +96,7 @@ private:
 
     WindowLink& link_;
     CellCache* cells_;
+    ThumbnailCache* pictures_;
     ListHeader* header_;
     ListLayout layout_;
     std::vector<QColor> tagColors_;
@@ -98,6 +105,7 @@ private:
     std::optional<QPoint> pressed_;       // where a drag may begin
     std::optional<Row> pressedSelected_;  // a plain click on a selected row counts when the button is let go
     bool grouped_ = true;
+    bool thumbnails_ = false;
 };
 
 }  // namespace kelvane

@@ -47,6 +47,7 @@ void ResultsView::setCurrentRow(Row row)
         return;
     current_ = row;
     link_.setCurrentItem(link_.rows().at(row).item);
+    describeCurrent();
     scrollTo(row);
     viewport()->update();
 }
@@ -138,6 +139,10 @@ std::optional<Row> ResultsView::rowForKey(const QKeyEvent& event) const
         return byGroup ? rowInNextGroup(row, -1) : row - std::min(row, line);
     case Qt::Key_Down:
         return byGroup ? rowInNextGroup(row, 1) : std::min(row + line, last);
+    case Qt::Key_Left:
+        return thumbnails_ ? std::optional(row - std::min(row, Row{1})) : std::nullopt;
+    case Qt::Key_Right:
+        return thumbnails_ ? std::optional(std::min(row + 1, last)) : std::nullopt;
     case Qt::Key_Home:
         return 0;
     case Qt::Key_End:

@@ -76,12 +76,39 @@ void RowPainter::row(const QRect& rect, const QRect& tick, const std::vector<Col
     }
     if (look.tickBox)
         tickBox(tick, look.entry.isTicked());
-    if (look.current && widget_.hasFocus()) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(&widget_);
-        focus.rect = rect;
-        widget_.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter_, &widget_);
+    frame(rect, look);
+}
+
+void RowPainter::frame(const QRect& rect, const RowLook& look)
+{
+    if (!look.current || !widget_.hasFocus())
+        return;
+    QStyleOptionFocusRect focus;
+    focus.initFrom(&widget_);
+    focus.rect = rect;
+    widget_.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter_, &widget_);
+}
+
+void RowPainter::thumbnail(const QRect& rect, const QRect& tick, const QPixmap* picture, const RowLook& look)
+{
+    const QRect cell = rect.adjusted(2, 2, -2, -2);
+    background(cell, look);
+    tag(cell, look.entry.tag);
+    const int textHeight = painter_.fontMetrics().height() + 4;
+    const QRect room = cell.adjusted(10, 10, -10, -textHeight - 4);
+    const QString name = look.texts != nullptr && !look.texts->isEmpty() ? look.texts->front() : QString();
+    if (picture != nullptr && !picture->isNull()) {
+        const QSize size = picture->size().scaled(room.size(), Qt::KeepAspectRatio).boundedTo(picture->size());
+        painter_.drawPixmap(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, room), *picture);
+    } else {
+        const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+        painter_.drawText(room, Qt::AlignCenter, dot > 0 ? name.mid(dot + 1, 5).toUpper() : QStringLiteral("?"));
     }
+    const QRect line(cell.left() + 4, cell.bottom() - textHeight, cell.width() - 8, textHeight);
+    painter_.drawText(line, Qt::AlignCenter, painter_.fontMetrics().elidedText(name, Qt::ElideMiddle, line.width()));
+    if (look.tickBox)
+        tickBox(tick, look.entry.isTicked());
+    frame(cell, look);
 }
 
 void RowPainter::heading(const QRect& rect, const RowEntry& first, Row members)

@@ -36,11 +36,14 @@ public:
 
     // `tick` is the room of the tick box, in the row.
     void row(const QRect& rect, const QRect& tick, const std::vector<ColumnSpan>& columns, const RowLook& look);
+    // A null picture is not there yet, or there is none.
+    void thumbnail(const QRect& rect, const QRect& tick, const QPixmap* picture, const RowLook& look);
     void heading(const QRect& rect, const RowEntry& first, Row members);
 
 private:
     void background(const QRect& rect, const RowLook& look);
     void tag(const QRect& rect, std::uint8_t tag);
+    void frame(const QRect& rect, const RowLook& look);
     void tickBox(const QRect& rect, bool ticked);
 
     QPainter& painter_;

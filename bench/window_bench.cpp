@@ -1,0 +1,99 @@
+// How soon a window answers while it scans: window_bench [FILES]. Makes a tree of small files, a tenth of them copies,
+// searches it through the scan pane on the offscreen platform, and tells the longest time that the main thread did not
+// come to its events, and how long a cancel takes.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "support/ui/scan_person.h"
+#include "ui/scan/scan_reports.h"
+
+namespace kelvane::testing {
+namespace {
+
+constexpr int filesInFolder = 500;
+constexpr int beatMs = 10;
+constexpr qint64 pauseMs = 100;  // what a person notices
+
+// Counts how late a beat of the main thread comes.
+class Heart {
+public:
+    Heart()
+    {
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { beat(); });
+        since_.start();
+        timer_.start(beatMs);
+    }
+    [[nodiscard]] qint64 longest() const { return longest_; }
+    [[nodiscard]] int pauses() const { return pauses_; }
+
+private:
+    void beat()
+    {
+        const qint64 gap = since_.restart();
+        longest_ = std::max(longest_, gap);
+        pauses_ += gap > pauseMs ? 1 : 0;
+    }
+    QTimer timer_;
+    QElapsedTimer since_;
+    qint64 longest_ = 0;
+    int pauses_ = 0;
+};
+
+void makeFiles(const TempTree& tree, int count)
+{
+    for (int number = 0; number < count; ++number) {
+        const std::string folder = "files/" + std::to_string(number / filesInFolder) + '/';
+        const int contents = number % 10 == 0 ? number / 100 : number;
+        tree.write(folder + std::to_string(number), "contents of file number " + std::to_string(contents));
+    }
+}
+
+// Milliseconds from the cancel to the end of the job; negative when the scan was over before.
+qint64 cancelTime(DesktopWorld& world)
+{
+    QElapsedTimer since;
+    auto* const reports = scanPane(world).findChild<ScanReports*>();
+    QObject::connect(reports, &ScanReports::ticked, reports, [&](const ScanTick& tick) {
+        if (!since.isValid() && tick.progress.items > 0) {
+            since.start();
+            world.link().cancelJob();
+        }
+    });
+    scanPane(world).start();
+    static_cast<void>(waitUntil([&] { return world.link().job() == Job::scanning; }));
+    static_cast<void>(waitUntil([&] { return world.link().job() == Job::none; }, std::chrono::minutes(10)));
+    return since.isValid() ? since.elapsed() : -1;
+}
+
+int measure(int count)
+{
+    DesktopWorld world({.files = [count](const TempTree& tree) { makeFiles(tree, count); }});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    scanPane(world).start();
+    QElapsedTimer since;
+    since.start();
+    const Heart heart;
+    static_cast<void>(waitUntil([&] { return world.link().job() == Job::scanning; }));
+    static_cast<void>(waitUntil([&] { return world.link().job() == Job::none; }, std::chrono::minutes(10)));
+    std::printf("%d files in %.1f s, %u rows: longest gap of the main thread %lld ms, %d above %lld ms\n", count,
+                static_cast<double>(since.elapsed()) / 1000, world.link().rows().count(),
+                static_cast<long long>(heart.longest()), heart.pauses(), static_cast<long long>(pauseMs));
+    std::printf("a cancel ended the scan after %lld ms\n", static_cast<long long>(cancelTime(world)));
+    return 0;
+}
+
+}  // namespace
+}  // namespace kelvane::testing
+
+int main(int count, char** words)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(count, words);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return kelvane::testing::measure(count > 1 ? std::atoi(words[1]) : 100'000);
+}

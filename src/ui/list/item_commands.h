@@ -1,0 +1,21 @@
+// Commands for the files that the person is at: opened, looked at, declared, tagged, copied.
+#pragma once
+
+#include "ui/frame/frame_parts.h"
+#include "ui/list/results_view.h"
+
+namespace kelvane {
+
+// The selected items, or the current one when nothing is selected.
+[[nodiscard]] std::vector<ItemId> itemsInQuestion(const ResultsView& view);
+
+void installItemCommands(const FrameParts& parts, ResultsView& view);
+void installDeclaration(const FrameParts& parts, ResultsView& view);
+void installTags(const FrameParts& parts, ResultsView& view);
+// All that can be done with an item, at a click.
+void installContextMenu(const FrameParts& parts, ResultsView& view);
+
+// In a dialog over the window.
+void showProperties(WindowLink& link, ItemId item);
+
+}  // namespace kelvane

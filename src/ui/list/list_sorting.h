@@ -1,0 +1,45 @@
+// By which columns the list is sorted.
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/cancel.h"
+#include "ui/frame/frame_parts.h"
+#include "ui/list/list_header.h"
+
+namespace kelvane {
+
+// Main thread; the work is done on the window's. A click on a title sorts by it, another one turns the order round;
+// with shift the column is a further key.
+class ListSorting final : public QObject {
+    Q_OBJECT
+
+public:
+    ListSorting(WindowLink& link, ListHeader& header);
+
+    void addCommands(const FrameParts& parts);
+    void sortBy(const std::string& column, bool further);
+    // Back to the order of group numbers.
+    void unsort();
+    void keepGrouped(bool on);
+
+private:
+    struct Key {
+        std::string column;
+        bool ascending = true;
+    };
+
+    void sort();
+    void showKeys();
+
+    WindowLink& link_;
+    ListHeader& header_;
+    std::vector<Key> keys_;
+    std::shared_ptr<CancelFlag> cancel_;  // of the sorting that is under way: a newer one ends it
+    bool grouped_ = true;
+};
+
+}  // namespace kelvane
