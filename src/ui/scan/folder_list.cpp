@@ -18,7 +18,7 @@ namespace kelvane {
 namespace {
 
 constexpr int bytesRole = Qt::UserRole;
-constexpr int shortestList = 90;  // pixels
+constexpr int shortestList = 90, tallestList = 150;  // pixels
 
 std::string folderOf(const QListWidgetItem& item)
 {
@@ -47,6 +47,7 @@ protected:
 
 FolderList::FolderList(QWidget* parent) : QWidget(parent), list_(new HintedList(this))
 {
+    setObjectName(QStringLiteral("scan.folderList"));
     setAcceptDrops(true);
     makeList();
     auto* const layout = new QVBoxLayout(this);
@@ -63,6 +64,7 @@ void FolderList::makeList()
     list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     list_->setTextElideMode(Qt::ElideMiddle);
     list_->setMinimumHeight(shortestList);
+    list_->setMaximumHeight(tallestList);
     list_->setAcceptDrops(false);  // left to this widget
     connect(list_, &QListWidget::itemSelectionChanged, this, &FolderList::refresh);
     connect(list_, &QListWidget::itemChanged, this, &FolderList::edited);
@@ -71,18 +73,23 @@ void FolderList::makeList()
 QWidget* FolderList::makeButtons()
 {
     auto* const row = new QWidget(this);
-    auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins({});
+    buttons_ = new QHBoxLayout(row);
+    buttons_->setContentsMargins({});
     auto* const add = new QPushButton(shown(desktop_text::foldersAdd), row);
     add->setObjectName(QStringLiteral("scan.addFolder"));
     connect(add, &QPushButton::clicked, this, &FolderList::choose);
     remove_ = new QPushButton(shown(desktop_text::foldersRemove), row);
     remove_->setObjectName(QStringLiteral("scan.removeFolder"));
     connect(remove_, &QPushButton::clicked, this, &FolderList::removeSelected);
-    layout->addWidget(add);
-    layout->addWidget(remove_);
-    layout->addStretch();
+    buttons_->addWidget(add);
+    buttons_->addWidget(remove_);
+    buttons_->addStretch();
     return row;
+}
+
+void FolderList::addButton(QWidget* button)
+{
+    buttons_->addWidget(button);
 }
 
 std::vector<std::string> FolderList::included() const

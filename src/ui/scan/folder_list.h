@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+class QHBoxLayout;
 class QListWidget;
 class QPushButton;
 
@@ -23,6 +24,8 @@ public:
     void show(const std::vector<std::string>& folders);
     // One that is there already only gets its tick.
     void add(const std::string& folder);
+    // A further button below the list.
+    void addButton(QWidget* button);
 
 Q_SIGNALS:
     void edited();
@@ -40,6 +43,7 @@ private:
     void refresh();
 
     QListWidget* list_;
+    QHBoxLayout* buttons_ = nullptr;
     QPushButton* remove_ = nullptr;
 };
 

@@ -2,7 +2,9 @@
 
 #include <QDockWidget>
 
+#include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/scan/kept_scans_menu.h"
 #include "ui/scan/scan_pane.h"
 
 namespace kelvane {
@@ -10,7 +12,7 @@ namespace {
 
 namespace say = desktop_text;
 
-void addRunCommands(CommandSet& commands, WindowLink& link, ScanPane& pane)
+void addStarts(CommandSet& commands, ScanPane& pane)
 {
     commands.add({.name = "scan.start",
                   .label = say::scanStart,
@@ -26,6 +28,25 @@ void addRunCommands(CommandSet& commands, WindowLink& link, ScanPane& pane)
                   .run = [&pane] { pane.startAgain(); },
                   .keys = QKeySequence(Qt::Key_F5),
                   .when = when::idle});
+    commands.add({.name = "scan.new",
+                  .label = say::scanNew,
+                  .menu = MenuId::file,
+                  .run = [&pane] { pane.clear(); },
+                  .when = when::idle,
+                  .leastMode = InterfaceMode::standard});
+}
+
+void addHolds(CommandSet& commands, WindowLink& link, ScanPane& pane)
+{
+    QAction* const pause = commands.add({.name = "scan.pause",
+                                         .label = say::scanPause,
+                                         .menu = MenuId::file,
+                                         .run = [] {},
+                                         .keys = QKeySequence(Qt::Key_Pause),
+                                         .when = when::busy,
+                                         .checkable = true});
+    QObject::connect(pause, &QAction::toggled, &pane, &ScanPane::pause);
+    QObject::connect(&pane, &ScanPane::paused, pause, &QAction::setChecked);
     commands.add({.name = "scan.stop",
                   .label = say::scanStop,
                   .menu = MenuId::file,
@@ -33,11 +54,26 @@ void addRunCommands(CommandSet& commands, WindowLink& link, ScanPane& pane)
                   .keys = QKeySequence(Qt::Key_Escape),
                   .when = when::busy,
                   .inToolbar = true});
-    commands.add({.name = "scan.new",
-                  .label = say::scanNew,
+}
+
+void addKept(CommandSet& commands, WindowLink& link, ScanPane& pane)
+{
+    QMenu* const saved = commands.addSubmenu(MenuId::file, "menu.savedScans", say::savedScansMenu);
+    QMenu* const history = commands.addSubmenu(MenuId::file, "menu.scanHistory", say::historyMenu);
+    auto* const kept = new KeptScansMenu(link.desktop(), *saved, *history, pane);
+    QObject::connect(kept, &KeptScansMenu::opened, &pane, &ScanPane::showOrder);
+    QObject::connect(kept, &KeptScansMenu::runWanted, &pane, [&pane](const ScanOrder& order) {
+        pane.showOrder(order);
+        pane.run(order);
+    });
+    QObject::connect(kept, &KeptScansMenu::saved, &link, [&link](const QString& name) {
+        Q_EMIT link.statusTold(shown(say::savedSaved, {name.toStdString()}));
+    });
+    commands.add({.name = "scan.save",
+                  .label = say::scanSave,
                   .menu = MenuId::file,
-                  .run = [&pane] { pane.clear(); },
-                  .when = when::idle});
+                  .run = [&pane, kept] { kept->saveAs(pane.order()); },
+                  .leastMode = InterfaceMode::standard});
 }
 
 }  // namespace
@@ -46,7 +82,9 @@ void installScan(const FrameParts& parts)
 {
     auto* const pane = new ScanPane(parts.link);
     parts.window.addPane(pane, "pane.scan", say::scanPaneTitle, Qt::LeftDockWidgetArea);
-    addRunCommands(parts.commands, parts.link, *pane);
+    addStarts(parts.commands, *pane);
+    addHolds(parts.commands, parts.link, *pane);
+    addKept(parts.commands, parts.link, *pane);
 }
 
 }  // namespace kelvane

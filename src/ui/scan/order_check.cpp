@@ -2,8 +2,8 @@
 
 #include "app/checked_criteria.h"
 #include "app/error_text.h"
-#include "engine/root_list.h"
 #include "ui/core/text.h"
+#include "ui/scan/scan_modes.h"
 #include "ui/scan/scan_runner.h"
 
 namespace kelvane {
@@ -14,8 +14,9 @@ QString pathText(const std::string& path)
     return toQt(displayFromNative(nativeFromBytes(path)));
 }
 
-QString reasonText(const DroppedRoot& root, bool advanced)
+QString reasonText(const DroppedRoot& root, const Settings& settings)
 {
+    const bool advanced = interfaceModeOf(settings) == InterfaceMode::advanced;
     switch (root.problem) {
     case RootProblem::isProtected:
         return shown(advanced ? desktop_text::folderProtected : desktop_text::folderProtectedStandard);
@@ -56,20 +57,29 @@ QString criteriaProblem(Workbench& bench, const CScanNode& definition, const Eng
 
 }  // namespace
 
+QString OrderCheck::problem() const
+{
+    if (roots.isEmpty())
+        return dropped.isEmpty() ? shown(desktop_text::foldersNone) : dropped.join(u'\n');
+    return criteriaProblem;
+}
+
+QString droppedText(const DroppedRoot& root, const Settings& settings)
+{
+    return shown(desktop_text::folderDropped,
+                 {pathText(root.root).toStdString(), reasonText(root, settings).toStdString()});
+}
+
 OrderCheck checkOrder(Workbench& bench, const ScanOrder& order)
 {
     const Settings settings = bench.desktop().settings();
-    const bool advanced = (settings.flags & settings_flag::advanced) != 0;
     const RootList list = normalised(bench, order.definition);
     OrderCheck check;
     for (const std::string& root : list.roots)
         check.roots.append(pathText(root));
     for (const DroppedRoot& root : list.dropped)
-        check.dropped.append(pathText(root.root) + QStringLiteral(": ") + reasonText(root, advanced));
-    if (list.roots.empty())
-        check.problem = list.dropped.empty() ? shown(desktop_text::foldersNone) : check.dropped.join(u'\n');
-    else
-        check.problem = criteriaProblem(bench, order.definition, optionsFor(order, settings));
+        check.dropped.append(droppedText(root, settings));
+    check.criteriaProblem = criteriaProblem(bench, order.definition, optionsFor(order, settings));
     return check;
 }
 

@@ -78,7 +78,6 @@ void ProgressPanel::begin()
     setCaption(shown(desktop_text::progressStarting));
     bar_->setRange(0, 0);
     showFigures();
-    setPaused(false);
 }
 
 void ProgressPanel::setCaption(const QString& text)

@@ -3,35 +3,71 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/scan/category_box.h"
+#include "ui/scan/compare_box.h"
 #include "ui/scan/folder_list.h"
+#include "ui/scan/named_sets.h"
+#include "ui/scan/options_box.h"
+#include "ui/scan/scan_modes.h"
 
 namespace kelvane {
 
 ScanForm::ScanForm(WindowLink& link, QWidget* parent)
-    : QScrollArea(parent), link_(link), folders_(new FolderList), category_(new CategoryBox), check_(new QLabel)
+    : QScrollArea(parent),
+      link_(link),
+      folders_(new FolderList),
+      category_(new CategoryBox),
+      compare_(new CompareBox(link.desktop())),
+      options_(new OptionsBox),
+      check_(new QLabel)
 {
     setObjectName(QStringLiteral("scan.form"));
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    makeLayout();
+    setMode(mode_);
+    connect(folders_, &FolderList::edited, this, &ScanForm::edited);
+    connect(category_, &CategoryBox::edited, this, &ScanForm::edited);
+    connect(compare_, &CompareBox::edited, this, &ScanForm::edited);
+    connect(options_, &OptionsBox::edited, this, &ScanForm::edited);
+}
+
+void ScanForm::makeLayout()
+{
+    auto* const content = new QWidget;
+    auto* const layout = new QVBoxLayout(content);
+    layout->addWidget(makeFolders());
+    layout->addWidget(category_);
+    layout->addWidget(compare_);
+    layout->addWidget(options_);
+    layout->addStretch();
+    setWidget(content);
+    setMinimumWidth(content->minimumSizeHint().width() + 2 * frameWidth());
+}
+
+QWidget* ScanForm::makeFolders()
+{
+    auto* const box = new QGroupBox(shown(desktop_text::foldersHeading));
+    // Kept as text: a folder whose name is none cannot be in a set.
+    auto* const sets = new NamedSetsButton(link_.desktop(), &Settings::folderSets, desktop_text::folderSets,
+                                           [this] { return fromQt(toQt(order().definition.roots)); });
+    sets->setObjectName(QStringLiteral("scan.folderSets"));
+    connect(sets, &NamedSetsButton::chosen, this, [this](const std::u16string& roots) {
+        folders_->show(link_.desktop().platform().paths().splitRoots(toQt(roots).toStdString()));
+    });
     check_->setObjectName(QStringLiteral("scan.check"));
     check_->setWordWrap(true);
     check_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* const where = new QGroupBox(shown(desktop_text::foldersHeading));
-    auto* const inside = new QVBoxLayout(where);
+    folders_->addButton(sets);
+    auto* const inside = new QVBoxLayout(box);
     inside->addWidget(folders_);
     inside->addWidget(check_);
-    auto* const content = new QWidget;
-    auto* const layout = new QVBoxLayout(content);
-    layout->addWidget(where);
-    layout->addWidget(category_);
-    layout->addStretch();
-    setWidget(content);
-    connect(folders_, &FolderList::edited, this, &ScanForm::edited);
-    connect(category_, &CategoryBox::edited, this, &ScanForm::edited);
+    return box;
 }
 
 ScanOrder ScanForm::order() const
@@ -39,7 +75,9 @@ ScanOrder ScanForm::order() const
     ScanOrder order = base_;
     order.definition.roots = link_.desktop().platform().paths().joinRoots(folders_->included());
     category_->read(order.definition);
-    return order;
+    compare_->read(order.definition);
+    options_->read(order);
+    return allowedOrder(std::move(order), mode_);
 }
 
 void ScanForm::show(const ScanOrder& order)
@@ -47,15 +85,32 @@ void ScanForm::show(const ScanOrder& order)
     base_ = order;
     category_->setCategories(link_.desktop().settings().fileTypes);
     category_->show(order.definition);
+    compare_->show(order.definition);
+    options_->show(order);
     folders_->show(link_.desktop().platform().paths().splitRoots(order.definition.roots));
 }
 
 void ScanForm::showCheck(const OrderCheck& check)
 {
-    QString text = check.problem;
-    if (text.isEmpty())
-        text = shown(desktop_text::foldersEffective) + u'\n' + (check.roots + check.dropped).join(u'\n');
-    check_->setText(text);
+    QStringList lines;
+    if (check.roots.isEmpty() && check.dropped.isEmpty())
+        lines.append(shown(desktop_text::foldersNone));
+    if (!check.roots.isEmpty())
+        lines.append(shown(desktop_text::foldersEffective));
+    check_->setText((lines + check.roots + check.dropped).join(u'\n'));
+    compare_->showProblem(options_->hasProblem() ? QString() : check.criteriaProblem);
+}
+
+void ScanForm::setProperties(std::vector<PropertyRow> rows)
+{
+    compare_->setProperties(std::move(rows));
+}
+
+void ScanForm::setMode(InterfaceMode mode)
+{
+    mode_ = mode;
+    options_->setMode(mode);
+    Q_EMIT edited();
 }
 
 }  // namespace kelvane

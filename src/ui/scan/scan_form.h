@@ -5,13 +5,16 @@
 
 #include "app/questions.h"
 #include "ui/scan/order_check.h"
+#include "ui/scan/property_rows.h"
 
 class QLabel;
 
 namespace kelvane {
 
 class CategoryBox;
+class CompareBox;
 class FolderList;
+class OptionsBox;
 class WindowLink;
 
 // Main thread. What it cannot know by itself (which folders are there) it is told by showCheck().
@@ -24,17 +27,24 @@ public:
     [[nodiscard]] ScanOrder order() const;
     void show(const ScanOrder& order);
     void showCheck(const OrderCheck& check);
-    [[nodiscard]] FolderList& folders() { return *folders_; }
+    void setProperties(std::vector<PropertyRow> rows);
+    void setMode(InterfaceMode mode);
 
 Q_SIGNALS:
     void edited();
 
 private:
+    void makeLayout();
+    [[nodiscard]] QWidget* makeFolders();
+
     WindowLink& link_;
     FolderList* folders_;
     CategoryBox* category_;
+    CompareBox* compare_;
+    OptionsBox* options_;
     QLabel* check_;
     ScanOrder base_;  // what the form has no control for stays as it was
+    InterfaceMode mode_ = InterfaceMode::standard;
 };
 
 }  // namespace kelvane

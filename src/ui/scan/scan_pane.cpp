@@ -1,15 +1,17 @@
 #include "ui/scan/scan_pane.h"
 
-#include <QCheckBox>
-#include <QMessageBox>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
-#include "ui/scan/folder_list.h"
+#include "ui/scan/beginner_page.h"
 #include "ui/scan/progress_panel.h"
+#include "ui/scan/scan_boxes.h"
 #include "ui/scan/scan_form.h"
+#include "ui/scan/scan_modes.h"
 #include "ui/scan/scan_runner.h"
 
 namespace kelvane {
@@ -17,19 +19,9 @@ namespace {
 
 constexpr int checkDelayMs = 300;  // after the last edit
 
-// The definition last used; where there is none, that of the settings' category.
-ScanOrder orderFrom(const Settings& settings)
+QString groupsText(std::uint32_t groups)
 {
-    ScanOrder order;
-    if (settings.lastScan) {
-        order.definition = *settings.lastScan;
-    } else {
-        order.definition.flags = settings.lastScanFlags | scan_flag::contents;
-        order.definition.setCategory(Category::custom);
-        order.definition.set(scan_flag::ignoreSmall, false);
-    }
-    order.archives = (settings.flags & option_flag::enterVirtualFolders) != 0;
-    return order;
+    return groups == 1 ? shown(TextId::oneGroup) : shown(TextId::manyGroups, {std::to_string(groups)});
 }
 
 }  // namespace
@@ -39,6 +31,8 @@ ScanPane::ScanPane(WindowLink& link, QWidget* parent)
       link_(link),
       reports_(new ScanReports(this)),
       form_(new ScanForm(link)),
+      express_(new BeginnerPage(link.desktop())),
+      pages_(new QStackedWidget),
       progress_(new ProgressPanel),
       find_(new QPushButton(shown(desktop_text::scanFind))),
       pause_(std::make_shared<PauseSwitch>())
@@ -48,39 +42,68 @@ ScanPane::ScanPane(WindowLink& link, QWidget* parent)
     checkSoon_.setSingleShot(true);
     checkSoon_.setInterval(checkDelayMs);
     listen();
-    showOrder(orderFrom(link_.desktop().settings()));
+    listenToScan();
+    const Settings settings = link_.desktop().settings();
+    showOrder(lastOrder(settings));
+    setMode(interfaceModeOf(settings));
+    link_.fetch(this, propertyRows, [this](std::vector<PropertyRow> rows) { form_->setProperties(std::move(rows)); });
 }
 
 void ScanPane::makeLayout()
 {
     find_->setObjectName(QStringLiteral("scan.find"));
-    find_->setDefault(true);
     progress_->hide();
+    pages_->addWidget(form_);
+    pages_->addWidget(express_);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(progress_);
-    layout->addWidget(form_, 1);
-    layout->addWidget(find_);
+    layout->addWidget(pages_, 1);
+    auto* const foot = new QVBoxLayout;
+    foot->setContentsMargins(9, 0, 9, 9);
+    foot->addWidget(find_);
+    layout->addLayout(foot);
 }
 
 void ScanPane::listen()
 {
     connect(find_, &QPushButton::clicked, this, &ScanPane::start);
+    connect(express_, &BeginnerPage::findWanted, this, &ScanPane::start);
     connect(form_, &ScanForm::edited, &checkSoon_, qOverload<>(&QTimer::start));
     connect(&checkSoon_, &QTimer::timeout, this, &ScanPane::check);
     connect(progress_, &ProgressPanel::pauseWanted, this, &ScanPane::pause);
     connect(progress_, &ProgressPanel::cancelWanted, this, [this] { link_.cancelJob(); });
+}
+
+void ScanPane::listenToScan()
+{
     connect(reports_, &ScanReports::captioned, progress_, &ProgressPanel::setCaption);
     connect(reports_, &ScanReports::ticked, progress_, &ProgressPanel::show);
-    connect(reports_, &ScanReports::noticed, this, &ScanPane::showNotice);
-    connect(reports_, &ScanReports::ended, this, &ScanPane::scanEnded);
-    connect(&link_, &WindowLink::jobChanged, this, [this](Job job) {
-        progress_->setVisible(job == Job::scanning);
-        find_->setEnabled(job == Job::none);
-        if (job == Job::scanning)
-            progress_->begin();
+    connect(reports_, &ScanReports::noticed, this,
+            [this](const QString& text) { showScanNotice(*this, link_.desktop(), text); });
+    connect(reports_, &ScanReports::logged, this, [this](const QStringList& lines) {
+        for (const QString& line : lines)
+            Q_EMIT link_.logged(line);
     });
+    connect(reports_, &ScanReports::ended, this, &ScanPane::scanEnded);
+    connect(&link_, &WindowLink::jobChanged, this, &ScanPane::followJob);
+    connect(&link_, &WindowLink::optionsChanged, this,
+            [this] { setMode(interfaceModeOf(link_.desktop().settings())); });
     connect(&link_, &WindowLink::figuresChanged, this, [this] { progress_->setGroups(link_.rows().figures().groups); });
+}
+
+void ScanPane::setMode(InterfaceMode mode)
+{
+    mode_ = mode;
+    const bool beginner = mode == InterfaceMode::beginner;
+    form_->setMode(mode);
+    pages_->setCurrentWidget(beginner ? static_cast<QWidget*>(express_) : form_);
+    find_->setVisible(!beginner);
+}
+
+ScanOrder ScanPane::order() const
+{
+    return mode_ == InterfaceMode::beginner ? express_->order() : form_->order();
 }
 
 void ScanPane::showOrder(const ScanOrder& order)
@@ -90,35 +113,28 @@ void ScanPane::showOrder(const ScanOrder& order)
 
 void ScanPane::clear()
 {
-    showOrder(orderFrom({}));
-}
-
-void ScanPane::start()
-{
-    run(form_->order());
+    showOrder(lastOrder({}));
 }
 
 void ScanPane::startAgain()
 {
     const Settings settings = link_.desktop().settings();
-    if (settings.lastScan)
-        run(orderFrom(settings));
-    else
-        start();
+    run(settings.lastScan ? allowedOrder(lastOrder(settings), mode_) : order());
 }
 
 void ScanPane::run(const ScanOrder& order)
 {
-    pause_->set(false);
+    pause(false);
     link_.run([order, reports = QPointer<ScanReports>(reports_), pause = pause_](Workbench& bench) {
         runOrderedScan(bench, order, reports, pause);
     });
 }
 
-void ScanPane::pause(bool paused)
+void ScanPane::pause(bool on)
 {
-    pause_->set(paused);
-    progress_->setPaused(paused);
+    pause_->set(on);
+    progress_->setPaused(on);
+    Q_EMIT paused(on);
 }
 
 void ScanPane::check()
@@ -128,48 +144,36 @@ void ScanPane::check()
         [this](const OrderCheck& check) { form_->showCheck(check); });
 }
 
+void ScanPane::followJob(Job job)
+{
+    progress_->setVisible(job == Job::scanning);
+    find_->setEnabled(job == Job::none);
+    express_->setEnabled(job == Job::none);
+    if (job == Job::scanning)
+        progress_->begin();
+}
+
 void ScanPane::scanEnded(const ScanOutcome& outcome)
 {
-    if (outcome.refused) {
-        OrderCheck check;
-        check.problem = outcome.problem;
-        form_->showCheck(check);
-        Q_EMIT link_.statusTold(outcome.problem);
-    } else if (outcome.cancelled) {
-        const QString groups =
-            outcome.groups == 1 ? shown(TextId::oneGroup) : shown(TextId::manyGroups, {std::to_string(outcome.groups)});
-        Q_EMIT link_.statusTold(shown(desktop_text::scanCancelled, {groups.toStdString()}));
-    } else if (outcome.rows == 0 && !outcome.trivial) {
-        askToRevise();
-    }
+    if (outcome.refused)
+        return showProblem(outcome.problem);
+    showProblem({});
+    if (outcome.cancelled)
+        Q_EMIT link_.statusTold(shown(desktop_text::scanCancelled, {groupsText(outcome.groups).toStdString()}));
+    else if (outcome.rows == 0 && !outcome.trivial)
+        askToRevise(*this, [this] {
+            window()->activateWindow();
+            pages_->currentWidget()->setFocus();
+        });
 }
 
-void ScanPane::askToRevise()
+void ScanPane::showProblem(const QString& problem)
 {
-    auto* const box = new QMessageBox(QMessageBox::Question, shown(desktop_text::reviseTitle),
-                                      shown(TextId::reviseParameters), QMessageBox::Yes | QMessageBox::No, window());
-    box->setObjectName(QStringLiteral("scan.revise"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [this](int answer) {
-        if (answer == QMessageBox::Yes)
-            form_->setFocus();
-    });
-    box->open();
-}
-
-void ScanPane::showNotice(const QString& text)
-{
-    auto* const box =
-        new QMessageBox(QMessageBox::Information, QStringLiteral("Kelvane"), text, QMessageBox::Ok, window());
-    box->setObjectName(QStringLiteral("scan.notice"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setModal(false);
-    box->setCheckBox(new QCheckBox(shown(desktop_text::doNotShowAgain)));
-    connect(box, &QMessageBox::finished, this, [this, box] {
-        if (box->checkBox()->isChecked())
-            link_.desktop().change([](Settings& settings) { settings.noticesOff |= notice_flag::firstScanShown; });
-    });
-    box->show();
+    express_->showProblem(problem);
+    if (problem.isEmpty())
+        return;
+    check();  // beside the control that it comes from
+    Q_EMIT link_.statusTold(problem);
 }
 
 }  // namespace kelvane

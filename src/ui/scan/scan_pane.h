@@ -6,14 +6,18 @@
 #include <QWidget>
 #include <memory>
 
+#include "app/questions.h"
+#include "ui/core/workbench.h"
 #include "ui/scan/pause_switch.h"
 #include "ui/scan/scan_order.h"
 #include "ui/scan/scan_reports.h"
 
 class QPushButton;
+class QStackedWidget;
 
 namespace kelvane {
 
+class BeginnerPage;
 class ProgressPanel;
 class ScanForm;
 class WindowLink;
@@ -25,31 +29,43 @@ class ScanPane final : public QWidget {
 public:
     explicit ScanPane(WindowLink& link, QWidget* parent = nullptr);
 
-    // Starts what the form says; a problem is shown beside the form.
-    void start();
+    // Beginners see the express page in place of the form.
+    void setMode(InterfaceMode mode);
+    // What start() would search by.
+    [[nodiscard]] ScanOrder order() const;
+    void showOrder(const ScanOrder& order);
+    // The order that a first start begins with.
+    void clear();
+
+    // Starts what the form says; a problem is shown there.
+    void start() { run(order()); }
     // Starts the last scan again, whatever the form says by now.
     void startAgain();
+    void run(const ScanOrder& order);
     void pause(bool paused);
-    // An empty form.
-    void clear();
-    void showOrder(const ScanOrder& order);
+
+Q_SIGNALS:
+    void paused(bool paused);
 
 private:
     void makeLayout();
     void listen();
-    void run(const ScanOrder& order);
+    void listenToScan();
     void check();
+    void followJob(Job job);
     void scanEnded(const ScanOutcome& outcome);
-    void askToRevise();
-    void showNotice(const QString& text);
+    void showProblem(const QString& problem);
 
     WindowLink& link_;
     ScanReports* reports_;
     ScanForm* form_;
+    BeginnerPage* express_;
+    QStackedWidget* pages_;
     ProgressPanel* progress_;
     QPushButton* find_;
     std::shared_ptr<PauseSwitch> pause_;
     QTimer checkSoon_;
+    InterfaceMode mode_ = InterfaceMode::standard;
 };
 
 }  // namespace kelvane

@@ -4,6 +4,7 @@
 
 #include "app/engine_settings.h"
 #include "app/kept_scans.h"
+#include "app/scan_notes.h"
 #include "base/random.h"
 #include "engine/ignored_pairs.h"
 #include "engine/scan_figures.h"
@@ -58,11 +59,24 @@ void begin(Workbench& bench, ListSession& session, ScanCriteria criteria, const 
     });
 }
 
-void logComplaints(Workbench& bench, const ListSession& session, const Reports& reports)
+// What took no part and why, in words: without them a search by what no file has looks like one that found nothing.
+QStringList notesOn(const ScanReport& report, const ListSession& session)
 {
     QStringList lines;
+    for (const DroppedRoot& root : report.roots.dropped)
+        lines.append(shown(desktop_text::rootLeftOut, {droppedText(root, session.settings).toStdString()}));
+    const std::uint64_t skipped = report.walk.skipped + report.grouping.skipped;
+    if (skipped > 0)
+        lines.append(toQt(countedText(skipped, TextId::oneNotRead, TextId::manyNotRead)));
+    for (const std::string& line : leftOutNotes(report, *session.criteria))
+        lines.append(toQt(line));
     for (const std::string& line : session.access.takeComplaints())
         lines.append(toQt(line));
+    return lines;
+}
+
+void log(Workbench& bench, const QStringList& lines, const Reports& reports)
+{
     if (lines.isEmpty())
         return;
     bench.toMain([reports, lines](WindowLink&) {
@@ -110,8 +124,8 @@ void runOrderedScan(Workbench& bench, const ScanOrder& order, Reports reports, s
         return refuse(bench, reports, shown(desktop_text::scanBusy));
     const Settings settings = bench.desktop().settings();
     const EngineOptions options = optionsFor(order, settings);
-    if (const OrderCheck check = checkOrder(bench, order); !check.problem.isEmpty())
-        return refuse(bench, reports, check.problem);
+    if (const QString problem = checkOrder(bench, order).problem(); !problem.isEmpty())
+        return refuse(bench, reports, problem);
     remember(bench.desktop(), order.definition, bench.platform().clock().now());
     ListSession& session = bench.beginList(settings, options);
     auto criteria = makeCriteria(order.definition, session.options, session.access.catalogue);
@@ -121,7 +135,8 @@ void runOrderedScan(Workbench& bench, const ScanOrder& order, Reports reports, s
     ScanWatcher watcher(bench, reports, *pause);
     const ScanReport report = scanInto(bench, session, watcher);
     watcher.flush();
-    logComplaints(bench, session, reports);
+    session.figures = figuresOf(report, session.options);
+    log(bench, notesOn(report, session), reports);
     tellEnd(bench, reports, outcomeOf(report, bench.results()));
 }
 

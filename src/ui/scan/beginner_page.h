@@ -1,0 +1,47 @@
+// The express page: a few large choices in place of the whole form.
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "ui/scan/scan_order.h"
+
+class QButtonGroup;
+class QLabel;
+
+namespace kelvane {
+
+class Desktop;
+
+class BeginnerPage final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BeginnerPage(const Desktop& desktop, QWidget* parent = nullptr);
+
+    // Exact copies, by fixed settings.
+    [[nodiscard]] ScanOrder order() const;
+    // Why no scan can begin, or nothing.
+    void showProblem(const QString& problem);
+
+Q_SIGNALS:
+    void findWanted();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    [[nodiscard]] QWidget* makeChoices();
+    void chooseFolder();
+    void setFolder(const std::string& folder);
+    void refresh();
+    [[nodiscard]] std::string folder() const;
+
+    const Desktop& desktop_;
+    QButtonGroup* choices_;
+    QLabel *where_, *problem_;
+    std::string ownFolder_;  // empty: the usual one of the choice
+};
+
+}  // namespace kelvane

@@ -1,0 +1,139 @@
+#include <QCheckBox>
+#include <QMessageBox>
+#include <QTest>
+
+#include "support/ui/scan_person.h"
+
+namespace kelvane::testing {
+namespace {
+
+using ::testing::HasSubstr;
+
+void writeCopies(const TempTree& tree)
+{
+    tree.write("files/a", "one and the same");
+    tree.write("files/below/b", "one and the same");
+    tree.write("files/c", "three of a kind");
+    tree.write("files/d", "three of a kind");
+    tree.write("files/below/e", "three of a kind");
+    tree.write("files/f", "like no other");
+}
+
+const NamedGroups copies{{"a", "b"}, {"c", "d", "e"}};
+
+// At low priority the scan runs on a thread of its own where the system cannot raise a priority again.
+class ScanAtPriority : public ::testing::TestWithParam<std::uint32_t> {};
+
+TEST_P(ScanAtPriority, FillsTheListWithTheCopiesOfADroppedFolder)
+{
+    DesktopWorld world({.change = [](Settings& settings) { settings.flags |= GetParam(); }, .files = writeCopies});
+    QStringList told;
+    QObject::connect(&world.link(), &WindowLink::statusTold, [&](const QString& text) { told.append(text); });
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+
+    EXPECT_EQ(listedGroups(world), copies);
+    EXPECT_TRUE(waitUntil([&] { return world.link().rows().count() == 5; })) << "the main thread's copy of the list";
+    EXPECT_THAT(told.join(u'\n').toStdString(), HasSubstr("5 duplicates found in 0:0"));
+    const Settings settings = world.desktop().settings();
+    ASSERT_TRUE(settings.lastScan);
+    EXPECT_EQ(settings.lastScan->roots, world.tree.path("files").string());
+    EXPECT_EQ(settings.lastScanFlags, settings.lastScan->flags);
+    ASSERT_EQ(settings.scanHistory.size(), 1u);
+    EXPECT_GT(settings.scanHistory.front().when, FileTime{});
+    EXPECT_EQ(world.ask<std::size_t>([](Workbench& bench) { return bench.session()->columns.size(); }), 1u);
+    EXPECT_EQ(world.ask<std::uint64_t>([](Workbench& bench) { return bench.session()->figures->candidates; }), 6u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Priorities, ScanAtPriority, ::testing::Values(0u, option_flag::lowPriority));
+
+TEST(ScanRun, StartsTheLastOneAgainWhateverTheFormSaysByNow)
+{
+    DesktopWorld world({.files = writeCopies});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    EXPECT_TRUE(world.trigger("scan.new"));
+    world.tree.write("files/g", "like no other");
+    EXPECT_TRUE(world.trigger("scan.again"));
+    const NamedGroups more{{"a", "b"}, {"c", "d", "e"}, {"f", "g"}};
+    EXPECT_TRUE(waitUntil([&] { return world.link().job() == Job::none && world.link().rows().count() == 7; }));
+    EXPECT_EQ(listedGroups(world), more);
+    EXPECT_EQ(world.desktop().settings().scanHistory.size(), 1u) << "the same definition is one entry";
+}
+
+// Starts a scan that waits at its first report of progress.
+void startHeld(DesktopWorld& world)
+{
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    EXPECT_TRUE(world.trigger("scan.start"));
+    world.find<QAction>("scan.pause")->setChecked(true);
+    EXPECT_TRUE(waitUntil([&] { return world.link().job() == Job::scanning; }));
+}
+
+TEST(ScanRun, HoldsAndGoesOnWhileTheWindowIsServed)
+{
+    DesktopWorld world({.files = writeCopies});
+    startHeld(world);
+    EXPECT_TRUE(world.find<QWidget>("scan.progress")->isVisible());
+    EXPECT_EQ(world.ask<Job>([](Workbench& bench) { return bench.job(); }), Job::scanning);
+    EXPECT_EQ(world.link().job(), Job::scanning);
+    EXPECT_FALSE(world.find<QAction>("scan.start")->isEnabled());
+
+    click(world, "scan.pauseButton");
+    EXPECT_TRUE(waitUntil([&] { return world.link().job() == Job::none; }));
+    EXPECT_EQ(listedGroups(world), copies);
+    EXPECT_FALSE(world.find<QWidget>("scan.progress")->isVisible());
+}
+
+TEST(ScanRun, EndsSoonAfterACancelAndSaysSo)
+{
+    DesktopWorld world({.files = writeCopies});
+    QString told;
+    QObject::connect(&world.link(), &WindowLink::statusTold, [&](const QString& text) { told = text; });
+    startHeld(world);
+    EXPECT_TRUE(world.trigger("scan.stop"));
+    EXPECT_TRUE(waitUntil([&] { return world.link().job() == Job::none; }));
+    EXPECT_TRUE(waitUntil([&] { return told.contains(QStringLiteral("cancelled")); })) << told.toStdString();
+    EXPECT_EQ(world.find<QWidget>("scan.revise"), nullptr) << "a cancelled scan has not found nothing";
+}
+
+TEST(ScanRun, ClosesItsWindowWhileItRuns)
+{
+    DesktopWorld world({.files = writeCopies});
+    MainWindow& scanning = world.window();
+    startHeld(world);
+    world.openWindow();
+    world.closeWindow(scanning);
+    EXPECT_EQ(world.application().windowCount(), 1u);
+}
+
+TEST(ScanRun, AsksToReviseWhereNothingIsFound)
+{
+    DesktopWorld world({.files = [](const TempTree& tree) {
+        tree.write("files/a", "one");
+        tree.write("files/b", "another");
+    }});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    auto* const box = world.await<QDialog>("scan.revise");
+    ASSERT_NE(box, nullptr);
+    box->reject();
+    EXPECT_TRUE(waitUntil([&] { return world.find<QDialog>("scan.revise") == nullptr; }));
+}
+
+TEST(ScanRun, ShowsItsNoticeUntilThePersonHasSeenEnoughOfIt)
+{
+    DesktopWorld world({.files = writeCopies});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    auto* const notice = world.await<QMessageBox>("scan.notice");
+    ASSERT_NE(notice, nullptr);
+    notice->checkBox()->setChecked(true);
+    notice->accept();
+    EXPECT_NE(world.desktop().settings().noticesOff & notice_flag::firstScanShown, 0u);
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    EXPECT_TRUE(waitUntil([&] { return world.find<QMessageBox>("scan.notice") == nullptr; }));
+}
+
+}  // namespace
+}  // namespace kelvane::testing
