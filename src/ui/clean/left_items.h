@@ -1,0 +1,24 @@
+// Marked items that a clean-up left on the list, and why.
+#pragma once
+
+#include <QStringList>
+#include <vector>
+
+#include "cleanup/cleanup_run.h"
+
+namespace kelvane {
+
+class Workbench;
+
+struct LeftItems {
+    std::vector<ItemId> items;
+    std::vector<QStringList> rows;  // file and reason of each
+};
+
+[[nodiscard]] LeftItems leftItems(const CleanupReport& report, const ResultsModel& results);
+
+// On the thread of the window: selects them in the list, and lists them with their reasons. Nothing when there are
+// none.
+void tellLeft(Workbench& bench, LeftItems left);
+
+}  // namespace kelvane
