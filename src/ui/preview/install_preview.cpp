@@ -1,13 +1,27 @@
 #include "ui/preview/install_preview.h"
 
+#include "ui/preview/compare_window.h"
 #include "ui/preview/preview_pane.h"
 
 namespace kelvane {
 
 void installPreview(const FrameParts& parts)
 {
-    parts.window.addPane(new PreviewPane(parts.link), "pane.preview", desktop_text::previewPane,
-                         Qt::RightDockWidgetArea);
+    namespace say = desktop_text;
+    WindowLink& link = parts.link;
+    parts.window.addPane(new PreviewPane(link), "pane.preview", say::previewPane, Qt::RightDockWidgetArea);
+    parts.commands.add({.name = "view.sideBySide",
+                        .label = say::commandSideBySide,
+                        .menu = MenuId::view,
+                        .run = [&link] { compareAroundCurrent(link); },
+                        .keys = QKeySequence(Qt::CTRL | Qt::Key_D),
+                        .when = when::hasCurrent,
+                        .beginsSection = true});
+    parts.commands.add({.name = "preview.compare",
+                        .label = say::commandCompareSelected,
+                        .menu = MenuId::view,
+                        .run = [&link] { compareSelected(link); },
+                        .when = when::isSelected});
 }
 
 }  // namespace kelvane

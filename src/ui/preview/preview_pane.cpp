@@ -21,6 +21,8 @@
 #include "ui/preview/picture_view.h"
 #include "ui/preview/preview_reader.h"
 #include "ui/preview/text_view.h"
+#include "ui/preview/why_matched.h"
+#include "ui/preview/why_view.h"
 
 namespace kelvane {
 namespace {
@@ -47,7 +49,10 @@ void makeBold(QLabel* label)
 
 }  // namespace
 
-PreviewPane::PreviewPane(WindowLink& link) : link_(link), worker_(link.desktop().platform(), link.desktop().settings())
+PreviewPane::PreviewPane(WindowLink& link)
+    : link_(link),
+      worker_(link.desktop().platform(), link.desktop().settings()),
+      comparing_(link.desktop().platform(), link.desktop().settings())
 {
     setObjectName(QStringLiteral("preview.content"));
     makeViews();
@@ -71,7 +76,9 @@ void PreviewPane::makeViews()
     views_->addWidget(entries_ = new EntriesView(this));
     views_->addWidget(bytes_ = new HexView(this));
     tabs_ = new QTabWidget(this);
+    tabs_->setObjectName(QStringLiteral("preview.tabs"));
     tabs_->addTab(facts_ = new FactsView(this), shown(say::previewFacts));
+    tabs_->addTab(why_ = new WhyView(this), shown(say::previewWhy));
     auto* const halves = new QSplitter(Qt::Vertical, this);
     halves->addWidget(views_);
     halves->addWidget(tabs_);
@@ -93,14 +100,15 @@ void PreviewPane::connectViews()
     connect(&link_, &WindowLink::currentRowChanged, this, &PreviewPane::itemChanged);
     connect(&link_, &WindowLink::listBegan, this, &PreviewPane::itemChanged);
     connect(bytes_, &HexView::chunkWanted, this, &PreviewPane::askChunk);
+    connect(tabs_, &QTabWidget::currentChanged, this, &PreviewPane::askWhy);
     connect(text_, &TextView::openWanted, this, &PreviewPane::openText);
 }
 
 template <class Read, class Take>
-void PreviewPane::read(Read question, Take take)
+void PreviewPane::read(PreviewWorker& worker, Read question, Take take)
 {
-    worker_.post([target = QPointer<PreviewPane>(this), generation = generation_, question = std::move(question),
-                  take = std::move(take)](PreviewTools& tools) mutable {
+    worker.post([target = QPointer<PreviewPane>(this), generation = generation_, question = std::move(question),
+                 take = std::move(take)](PreviewTools& tools) mutable {
         auto answer = std::make_shared<decltype(question(tools))>(question(tools));
         postToMain([target = std::move(target), generation, answer = std::move(answer), take = std::move(take)] {
             if (target && target->generation_ == generation)
@@ -113,6 +121,7 @@ void PreviewPane::itemChanged()
 {
     ++generation_;
     worker_.dropAll();
+    comparing_.dropAll();
     settling_.start();
 }
 
@@ -140,6 +149,8 @@ void PreviewPane::takeFile(PreviewedFile file)
     note_->hide();
     name_->setVisible(static_cast<bool>(file_.file));
     facts_->show({});
+    why_->clear();
+    whyAsked_ = false;
     if (!file_.file) {
         showMessage(shown(say::previewNoItem));
         return;
@@ -147,10 +158,26 @@ void PreviewPane::takeFile(PreviewedFile file)
     name_->setText(toQt(displayFromNative(file_.file->parent() != nullptr ? file_.file->name()
                                                                           : file_.file->path().filename().native())));
     showMessage(shown(say::previewReading));
-    read([item = file_.file](PreviewTools& tools) { return readPreview(item, tools); },
-         [](PreviewPane& pane, const PreviewContent& content) { pane.takeContent(content); });
-    read([item = file_.file, columns = file_.columns](PreviewTools& tools) { return readFacts(item, columns, tools); },
-         [](PreviewPane& pane, const std::vector<Fact>& facts) { pane.facts_->show(facts); });
+    read(
+        worker_, [item = file_.file](PreviewTools& tools) { return readPreview(item, tools); },
+        [](PreviewPane& pane, const PreviewContent& content) { pane.takeContent(content); });
+    read(
+        worker_,
+        [item = file_.file, columns = file_.columns](PreviewTools& tools) { return readFacts(item, columns, tools); },
+        [](PreviewPane& pane, const std::vector<Fact>& facts) { pane.facts_->show(facts); });
+    askWhy();
+}
+
+// Contents are compared once somebody looks at the outcome.
+void PreviewPane::askWhy()
+{
+    if (tabs_->currentWidget() != why_ || !file_.file || whyAsked_)
+        return;
+    whyAsked_ = true;
+    why_->showBusy();
+    read(
+        comparing_, [file = file_](PreviewTools& tools) { return whyMatched(file, tools); },
+        [](PreviewPane& pane, const WhyMatched& why) { pane.why_->show(why); });
 }
 
 void PreviewPane::takeContent(const PreviewContent& content)
@@ -200,6 +227,7 @@ void PreviewPane::showState(const PreviewContent& content)
 void PreviewPane::askChunk(std::uint64_t position)
 {
     read(
+        worker_,
         [item = file_.file, position](PreviewTools& tools) {
             auto bytes = readBytes(*item, position, preview_limit::chunk, tools);
             return bytes ? *std::move(bytes) : std::vector<std::byte>();
@@ -213,12 +241,15 @@ void PreviewPane::openText()
 {
     if (!file_.file)
         return;
-    read([item = file_.file, viewer = link_.desktop().settings().textViewer](
-             PreviewTools& tools) { return openInTextViewer(*item, viewer, tools.platform.processes()); },
-         [](PreviewPane& pane, const std::u16string& problem) {
-             if (!problem.empty())
-                 Q_EMIT pane.link_.statusTold(toQt(problem));
-         });
+    read(
+        worker_,
+        [item = file_.file, viewer = link_.desktop().settings().textViewer](PreviewTools& tools) {
+            return openInTextViewer(*item, viewer, tools.platform.processes());
+        },
+        [](PreviewPane& pane, const std::u16string& problem) {
+            if (!problem.empty())
+                Q_EMIT pane.link_.statusTold(toQt(problem));
+        });
 }
 
 // A pane that nobody sees reads nothing.

@@ -21,6 +21,7 @@ class FactsView;
 class HexView;
 class PictureView;
 class TextView;
+class WhyView;
 class WindowLink;
 
 // Everything is read by a thread of its own; an answer about a file that the person has left is dropped.
@@ -45,12 +46,14 @@ private:
     void showState(const PreviewContent& content);
     void askChunk(std::uint64_t position);
     void openText();
+    void askWhy();
     // Reads on the worker's thread, and takes the answer unless the person has gone on meanwhile.
     template <class Read, class Take>
-    void read(Read question, Take take);
+    void read(PreviewWorker& worker, Read question, Take take);
 
     WindowLink& link_;
     PreviewWorker worker_;
+    PreviewWorker comparing_;  // apart: contents may be large
     QTimer settling_;          // so that a key held down reads nothing on its way
     unsigned generation_ = 0;  // of the file that is shown; answers about others are dropped
     PreviewedFile file_;
@@ -65,6 +68,8 @@ private:
     HexView* bytes_;
     QTabWidget* tabs_;
     FactsView* facts_;
+    WhyView* why_;
+    bool whyAsked_ = false;  // of the file that is shown
 };
 
 }  // namespace kelvane

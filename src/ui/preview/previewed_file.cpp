@@ -24,6 +24,7 @@ PreviewedFile previewedFile(Workbench& bench, ItemId item)
     known.joinedByHand = group.joinedByHand;
     if (const ListSession* const session = bench.session()) {
         known.columns = joinColumns(session->columns);
+        known.options = session->criteria ? session->criteria->options : session->options;
         if (session->criteria)
             known.definition = session->criteria->definition;
     }

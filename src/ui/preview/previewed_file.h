@@ -18,6 +18,7 @@ struct PreviewedFile {
     Ref<const ShellItem> before;          // found just before it in its group; null when it is the first
     std::string columns;                  // of the list
     std::optional<CScanNode> definition;  // what was searched for, where that is known
+    EngineOptions options;                // that the search went by
     bool approximate = false;             // its group was compared approximately
     bool joinedByHand = false;            // its group was
 };
