@@ -16,7 +16,7 @@ PACKAGING = HOUSE / "packaging"
 IDENTITY = "org.example.Kelvane"
 RESULTS = "application/x-kelvane-results"
 VALUES = {"KELVANE_APPLICATION_ID": IDENTITY, "PROJECT_VERSION": "1.2.3", "KELVANE_RELEASE_DATE": "2026-01-31",
-          "KELVANE_PROGRAM_FOLDER": "/usr/bin", "KELVANE_BUS_ACTIVATION": "false", "KELVANE_LIBEXEC": "/usr/libexec"}
+          "KELVANE_PROGRAM_FOLDER": "/usr/bin"}
 MIME = "{http://www.freedesktop.org/standards/shared-mime-info}"
 
 
@@ -45,6 +45,10 @@ class Packaging(unittest.TestCase):
         self.assertEqual(main["Exec"], "/usr/bin/kelvane %f")
         for action in filter(None, main["Actions"].split(";")):
             self.assertIn(f"Desktop Action {action}", entry)
+        service = configparser.ConfigParser(interpolation=None, delimiters="=")
+        service.read_string(filled("desktop/kelvane.service.in"))
+        self.assertEqual(service["D-BUS Service"]["Name"], IDENTITY, "the bus starts it by the desktop file's name")
+        self.assertEqual(main["DBusActivatable"], "true")
         if validator := shutil.which("desktop-file-validate"):
             path = self.written(f"{IDENTITY}.desktop", text)
             subprocess.run([validator, path], check=True)

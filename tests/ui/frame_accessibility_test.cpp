@@ -13,6 +13,7 @@ bool speaksForItself(const QAccessibleInterface& part)
 {
     switch (part.role()) {
     case QAccessible::ScrollBar:
+    case QAccessible::StaticText:  // is its own name, and may be empty for a while
     case QAccessible::PageTabList:
     case QAccessible::Separator:
     case QAccessible::Cell:

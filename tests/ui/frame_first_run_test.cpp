@@ -4,8 +4,10 @@
 #include <QTest>
 #include <QTimer>
 
+#include "platform/native_text.h"
 #include "support/ui/desktop_world.h"
 #include "ui/frame/commands.h"
+#include "ui/scan/folder_list.h"
 
 namespace kelvane::testing {
 namespace {
@@ -89,6 +91,16 @@ private:
     }
 };
 
+bool searches(const std::filesystem::path& folder)
+{
+    for (const MainWindow* const window : DesktopWorld::windows()) {
+        const auto folders = window->findChild<FolderList*>()->included();
+        if (std::find(folders.begin(), folders.end(), bytesFromNative(folder.native())) != folders.end())
+            return true;
+    }
+    return false;
+}
+
 TEST(FrameStart, TakesAFolderAsTheOneToSearchAndAFileAsASavedScan)
 {
     DesktopWorld world;
@@ -101,6 +113,9 @@ TEST(FrameStart, TakesAFolderAsTheOneToSearchAndAFileAsASavedScan)
         ASSERT_TRUE(waitUntil([&] { return !windows.asked.empty(); }));
         EXPECT_EQ(windows.asked.front().first, target == "files" ? "folder" : "file");
         EXPECT_EQ(windows.asked.front().second, line.target);
+        if (target == "files") {
+            EXPECT_TRUE(waitUntil([&] { return searches(line.target); })) << "the scan's pane has the folder";
+        }
     }
 }
 

@@ -256,6 +256,15 @@ TEST_F(OptionsTest, WhatWasExportedComesBackByAnImport)
     keeper->importFrom(file);
     EXPECT_TRUE(waitUntil([&] { return settings().hugeFile.bytes == 31u * 1'048'576u; }));
     EXPECT_TRUE(waitUntil([&] { return control<QSpinBox>("nHugeFileMB")->value() == 31; }));
+    EXPECT_TRUE(waitUntil([&] { return dialog->findChild<QMessageBox*>() != nullptr; }));
+    dialog->findChild<QMessageBox*>()->close();
+    ASSERT_TRUE(waitUntil([&] { return dialog->findChild<QMessageBox*>() == nullptr; }));
+
+    keeper->importFrom(QString::fromStdString(world.tree.path("nothing.ini").string()));
+    message = world.await<QMessageBox>("optionsMessage");
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->icon(), QMessageBox::Warning) << message->text().toStdString();
+    EXPECT_EQ(settings().hugeFile.bytes, 31u * 1'048'576u);
 }
 
 }  // namespace

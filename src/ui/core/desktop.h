@@ -1,6 +1,7 @@
 // What all windows of the desktop program share.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -46,6 +47,9 @@ public:
     [[nodiscard]] Workbench* benchOfThisThread() const;
     // Each workbench tells of itself, null at its end.
     void setBenchOfThisThread(Workbench* bench);
+
+    // Whether an administrator's process may make symbolic links: answered once in a run of the program, in any window.
+    std::atomic<bool> elevationDeclined{false}, elevationAccepted{false};
 
 private:
     Platform& platform_;

@@ -9,6 +9,7 @@
 #include "app/property_access.h"
 #include "app/similar_search.h"
 #include "engine/criteria.h"
+#include "engine/scan_figures.h"
 
 namespace kelvane {
 
@@ -26,6 +27,7 @@ struct ListSession {
     SimilarSearch similar;
     std::optional<CScanNode> definition{};   // nothing where a file does not say what was searched for
     std::optional<ScanCriteria> criteria{};  // nothing likewise
+    std::optional<ScanFigures> figures{};    // nothing likewise, and until the scan has ended
     std::vector<PropRef> columns{};          // that the scan gave the list
     std::vector<PropRef> inView{};           // from the left, once they were looked at: see columnsInView()
     bool chosen = false;                     // a person chose those in view

@@ -38,6 +38,8 @@ CommandSet::CommandSet(WindowLink& link, QMainWindow& window) : QObject(&window)
         menus_[id] = window.menuBar()->addMenu(shown(title));
     toolbar_ = window.addToolBar(shown(say::toolbarTitle));
     toolbar_->setObjectName(QStringLiteral("toolbar"));
+    if (auto* const more = toolbar_->findChild<QWidget*>(QStringLiteral("qt_toolbar_ext_button")))
+        more->setAccessibleName(shown(say::toolbarMore));
     connect(&link, &WindowLink::jobChanged, this, &CommandSet::refresh);
     connect(&link, &WindowLink::figuresChanged, this, &CommandSet::refresh);
     connect(&link, &WindowLink::currentRowChanged, this, &CommandSet::refresh);

@@ -1,6 +1,8 @@
 #include "ui/frame/rooms.h"
 
+#include "ui/clean/install_clean.h"
 #include "ui/frame/frame_commands.h"
+#include "ui/frame/room_links.h"
 #include "ui/list/install_list.h"
 #include "ui/options/install_options.h"
 #include "ui/preview/install_preview.h"
@@ -13,10 +15,12 @@ void installRooms(const FrameParts& parts)
     installFrameCommands(parts);
     installList(parts);
     installScan(parts);
+    installClean(parts);
     installOptions(parts);
     installPreview(parts);
     installFramePanes(parts);
     installClosing(parts);
+    linkRooms(parts);
 }
 
 }  // namespace kelvane

@@ -39,9 +39,8 @@ QLabel* heading()
 
 }  // namespace
 
-QString aboutLines(WindowLink& link)
+QString aboutLines()
 {
-    static_cast<void>(link);
     QStringList lines;
     lines << shown(say::aboutVersion, {toQt(CAppVersionInfo::versionText()).toStdString()});
     lines << shown(say::aboutSystem) + QStringLiteral(": ") + QSysInfo::prettyProductName() + QStringLiteral(", ") +
@@ -58,7 +57,7 @@ AboutDialog::AboutDialog(WindowLink& link) : QDialog(link.frame())
     setWindowTitle(shown(say::aboutTitle));
     setAttribute(Qt::WA_DeleteOnClose);
     setFixedWidth(480);
-    const QString lines = aboutLines(link);
+    const QString lines = aboutLines();
     auto* const copy = new QPushButton(shown(say::aboutCopy));
     auto* const close = new QPushButton(shown(say::buttonClose));
     close->setDefault(true);

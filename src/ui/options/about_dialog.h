@@ -16,6 +16,6 @@ public:
 };
 
 // Version, system and libraries, a line each: what a report of a fault should begin with.
-[[nodiscard]] QString aboutLines(WindowLink& link);
+[[nodiscard]] QString aboutLines();
 
 }  // namespace kelvane

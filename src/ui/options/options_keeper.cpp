@@ -128,7 +128,10 @@ void OptionsKeeper::importFrom(const QString& file)
         [path = pathOfText(fromQt(file))](Workbench& bench) {
             CXApplication& application = bench.desktop().application();
             const std::lock_guard lock(application.sharedState());
-            return outcomeOf(importSettingsFrom(path, application, bench.platform()), say::optionsImported, path);
+            const auto report = importSettingsFrom(path, application, bench.platform());
+            if (report && report->values == 0)
+                return Outcome{false, shown(say::optionsHoldsNothing, {toUtf8(textOfPath(path))})};
+            return outcomeOf(report, say::optionsImported, path);
         },
         [this](const Outcome& outcome) { take(outcome.done, outcome.text); });
 }
