@@ -158,9 +158,10 @@ bool CleanupDialogs::confirmStop(std::u16string_view question)
     const BoxSpec spec{
         "cleanupStop",    QMessageBox::Question, cleanupTitle(), toQt(question), QMessageBox::Yes | QMessageBox::No,
         QMessageBox::Yes, QMessageBox::Yes};
+    bench_.cancel().reset();  // ahead, so that a wish to stop that follows the answer at once is not lost
     const bool stops = askBox(bench_, spec, QMessageBox::Yes) == QMessageBox::Yes;
-    if (!stops)
-        bench_.cancel().reset();
+    if (stops)
+        bench_.cancel().cancel();
     return stops;
 }
 
