@@ -75,7 +75,7 @@ public:
         const auto places = alikes ? placesByLooks(*alikes, cancel) : std::nullopt;
         if (!places)
             return std::nullopt;
-        arranged_.emplace(&candidates, std::move(pictures), *std::move(alikes));
+        arranged_.emplace(Arranged{&candidates, std::move(pictures), *std::move(alikes)});
         return std::vector<std::uint64_t>(places->begin(), places->end());
     }
 
