@@ -3,7 +3,7 @@
 #include "app/cleanup_bookkeeping.h"
 #include "app/notices.h"
 #include "app/settings_loader.h"
-#include "base/desktop_text.h"
+#include "base/desktop_texts/options.h"
 
 namespace kelvane {
 namespace {

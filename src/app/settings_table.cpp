@@ -4,7 +4,7 @@
 
 #include "app/settings_lists.h"
 #include "app/text_lists.h"
-#include "base/desktop_text.h"
+#include "base/desktop_texts/options.h"
 #include "base/utf.h"
 
 namespace kelvane {

@@ -6,6 +6,7 @@
 
 #include "app/cx_application.h"
 #include "app/desktop_requests.h"
+#include "base/desktop_texts/frame.h"
 #include "platform/desktop_session.h"
 #include "platform/platform.h"
 #include "platform/program_arguments.h"

@@ -2,6 +2,7 @@
 #include <QRadioButton>
 #include <QTreeView>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/text_values.h"
 #include "ui/clean_world.h"
 #include "ui/core/text.h"

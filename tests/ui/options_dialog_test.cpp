@@ -10,6 +10,7 @@
 #include <QtTest/QTest>
 
 #include "app/setting_bits.h"
+#include "base/desktop_texts/options.h"
 #include "support/ui/desktop_world.h"
 #include "ui/core/text.h"
 #include "ui/options/list_editor.h"

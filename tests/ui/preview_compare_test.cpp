@@ -4,6 +4,7 @@
 #include <QTextBlock>
 #include <QTreeWidget>
 
+#include "base/desktop_texts/preview.h"
 #include "support/ui/preview_world.h"
 #include "ui/preview/picture_difference.h"
 

@@ -2,6 +2,7 @@
 #include <QTreeWidget>
 #include <filesystem>
 
+#include "base/desktop_texts/preview.h"
 #include "support/ui/preview_world.h"
 #include "ui/preview/hex_view.h"
 

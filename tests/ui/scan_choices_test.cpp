@@ -9,6 +9,7 @@
 #include <QTreeWidget>
 
 #include "app/kept_scans.h"
+#include "base/desktop_texts/scan.h"
 #include "support/ui/scan_person.h"
 #include "ui/core/text.h"
 

@@ -1,3 +1,4 @@
+#include "base/desktop_texts/scan.h"
 #include "ui/scan/scan_form.h"
 
 #include <QCheckBox>

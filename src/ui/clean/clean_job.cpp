@@ -6,6 +6,7 @@
 
 #include "app/cleanup_bookkeeping.h"
 #include "app/cleanup_tools.h"
+#include "base/desktop_texts/clean.h"
 #include "base/utf.h"
 #include "cleanup/pre_check.h"
 #include "ui/clean/boxes.h"

@@ -3,6 +3,8 @@
 #include <QCheckBox>
 #include <algorithm>
 
+#include "base/desktop_texts/clean.h"
+#include "base/desktop_texts/frame.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/help.h"
 #include "ui/clean/summary_dialog.h"

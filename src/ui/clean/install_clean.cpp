@@ -2,6 +2,7 @@
 
 #include <QDockWidget>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/clean_job.h"
 #include "ui/clean/log_viewer.h"
 #include "ui/clean/mark_wizard_dialog.h"

@@ -9,6 +9,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/text_table_model.h"
 #include "ui/core/text.h"

@@ -1,5 +1,6 @@
 #include "ui/clean/left_items.h"
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/items_dialog.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"

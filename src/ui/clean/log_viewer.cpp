@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <vector>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"

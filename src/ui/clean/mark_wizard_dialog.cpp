@@ -11,6 +11,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/place_list.h"
 #include "ui/clean/text_values.h"

@@ -7,6 +7,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/text_table_model.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"
 

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"

@@ -1,6 +1,7 @@
 #include "ui/clean/runs_data.h"
 
 #include "app/cleanup_tools.h"
+#include "base/desktop_texts/clean.h"
 #include "cleanup/run_figures.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"

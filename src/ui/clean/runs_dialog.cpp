@@ -8,6 +8,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/taking_back.h"
 #include "ui/clean/text_table_model.h"

@@ -6,6 +6,7 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

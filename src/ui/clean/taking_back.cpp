@@ -1,6 +1,7 @@
 #include "ui/clean/taking_back.h"
 
 #include "app/cleanup_tools.h"
+#include "base/desktop_texts/clean.h"
 #include "cleanup/run_figures.h"
 #include "cleanup/settled_text.h"
 #include "cleanup/undo.h"

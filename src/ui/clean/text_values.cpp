@@ -4,6 +4,7 @@
 #include <QLocale>
 
 #include "app/error_text.h"
+#include "base/desktop_texts/clean.h"
 #include "base/filled_text.h"
 #include "base/size_text.h"
 #include "base/utf.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/desktop_texts/clean.h"
 #include "base/utf.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/text_values.h"

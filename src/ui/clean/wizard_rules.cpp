@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QLineEdit>
 
+#include "base/desktop_texts/clean.h"
 #include "ui/clean/place_list.h"
 #include "ui/core/text.h"
 

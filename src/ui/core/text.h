@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/desktop_text.h"
 #include "base/filled_text.h"
+#include "base/text_table.h"
 
 namespace kelvane {
 

@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QToolBar>
 
+#include "base/desktop_texts/frame.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/frame/icons.h"

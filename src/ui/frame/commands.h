@@ -8,7 +8,7 @@
 #include <map>
 
 #include "app/questions.h"
-#include "base/desktop_text.h"
+#include "base/text_table.h"
 
 class QMainWindow;
 class QMenu;

@@ -5,6 +5,7 @@
 #include <QMenu>
 
 #include "app/setting_bits.h"
+#include "base/desktop_texts/frame.h"
 #include "ui/core/window_link.h"
 #include "ui/frame/groups_pane.h"
 #include "ui/frame/log_pane.h"

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/desktop_texts/frame.h"
 #include "base/size_text.h"
 #include "platform/shell_namespace.h"
 #include "ui/core/text.h"

@@ -8,6 +8,7 @@
 #include <QTime>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/frame.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "app/setting_bits.h"
+#include "base/desktop_texts/frame.h"
 #include "ui/core/message_box.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"

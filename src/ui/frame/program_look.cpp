@@ -4,6 +4,7 @@
 #include <QTranslator>
 #include <cstring>
 
+#include "base/desktop_texts/frame.h"
 #include "ui/core/text.h"
 #include "ui/frame/icons.h"
 

@@ -5,6 +5,7 @@
 #include <QStatusBar>
 #include <utility>
 
+#include "base/desktop_texts/frame.h"
 #include "results/status_texts.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"

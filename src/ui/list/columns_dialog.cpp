@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

@@ -4,6 +4,7 @@
 
 #include "app/error_text.h"
 #include "app/ignored_list.h"
+#include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
 #include "platform/native_text.h"
 #include "ui/core/text.h"

@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QMenu>
 
+#include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/list_files.h"

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"

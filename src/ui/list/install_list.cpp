@@ -1,5 +1,6 @@
 #include "ui/list/install_list.h"
 
+#include "base/desktop_texts/list.h"
 #include "ui/list/file_commands.h"
 #include "ui/list/filter_bar.h"
 #include "ui/list/item_commands.h"

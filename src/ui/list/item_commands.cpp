@@ -5,6 +5,7 @@
 #include <QMenu>
 
 #include "app/error_text.h"
+#include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
 #include "cleanup/results_table.h"
 #include "platform/native_text.h"

@@ -3,6 +3,7 @@
 #include <QActionGroup>
 #include <QApplication>
 
+#include "base/desktop_texts/list.h"
 #include "results/mark_commands.h"
 #include "ui/core/window_link.h"
 

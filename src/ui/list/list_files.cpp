@@ -6,6 +6,7 @@
 #include "app/engine_settings.h"
 #include "app/error_text.h"
 #include "app/listed_results.h"
+#include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
 #include "base/utf.h"
 #include "cleanup/results_export.h"

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

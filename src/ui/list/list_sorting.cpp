@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <algorithm>
 
+#include "base/desktop_texts/list.h"
 #include "results/result_sort.h"
 #include "ui/core/window_link.h"
 

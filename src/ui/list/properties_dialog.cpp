@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/desktop_texts/list.h"
 #include "platform/native_text.h"
 #include "results/result_columns.h"
 #include "ui/core/text.h"

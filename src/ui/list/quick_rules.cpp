@@ -1,4 +1,5 @@
 // Rules that tick all copies but one of each group, at one click.
+#include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
 #include "base/size_text.h"
 #include "base/utf.h"

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
 #include "ui/list/list_header.h"
 #include "ui/list/thumbnail_cache.h"

@@ -5,6 +5,7 @@
 #include <QStyleOptionButton>
 #include <QStyleOptionFocusRect>
 
+#include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

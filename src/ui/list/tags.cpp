@@ -1,6 +1,7 @@
 // Colour tags of items.
 #include <QMenu>
 
+#include "base/desktop_texts/list.h"
 #include "results/quick_filter.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "app/version_info.h"
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 

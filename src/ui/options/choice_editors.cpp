@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

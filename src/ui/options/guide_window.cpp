@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 

@@ -2,6 +2,7 @@
 
 #include <QTimer>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/options/about_dialog.h"
 #include "ui/options/guide_window.h"

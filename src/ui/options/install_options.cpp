@@ -1,5 +1,6 @@
 #include "ui/options/install_options.h"
 
+#include "base/desktop_texts/options.h"
 #include "ui/options/help_commands.h"
 #include "ui/options/options_dialog.h"
 #include "ui/options/window_dialogs.h"

@@ -7,6 +7,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/frame/commands.h"

@@ -8,6 +8,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/options/choice_editors.h"
 

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/options/options_keeper.h"
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/options/choice_editors.h"
 #include "ui/options/list_editor.h"

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QMessageBox>
 
+#include "base/desktop_texts/frame.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/options/location_editor.h"
 #include "ui/options/make_editor.h"

@@ -10,6 +10,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/options/option_page.h"

@@ -6,6 +6,7 @@
 #include "app/settings_exchange.h"
 #include "app/settings_table.h"
 #include "app/text_lists.h"
+#include "base/desktop_texts/options.h"
 #include "base/utf.h"
 #include "ui/core/text.h"
 

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/desktop_texts/options.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

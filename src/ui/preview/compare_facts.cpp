@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 #include "ui/preview/picture_difference.h"
 #include "ui/preview/picture_view.h"

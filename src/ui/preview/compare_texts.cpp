@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

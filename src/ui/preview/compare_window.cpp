@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "base/desktop_texts/preview.h"
 #include "platform/native_text.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"

@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 #include "ui/preview/hex_lines.h"
 #include "ui/preview/preview_content.h"

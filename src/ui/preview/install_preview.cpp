@@ -1,5 +1,6 @@
 #include "ui/preview/install_preview.h"
 
+#include "base/desktop_texts/preview.h"
 #include "ui/preview/compare_window.h"
 #include "ui/preview/preview_pane.h"
 

@@ -3,7 +3,7 @@
 #include <deque>
 
 #include "app/error_text.h"
-#include "base/desktop_text.h"
+#include "base/desktop_texts/preview.h"
 #include "base/filled_text.h"
 #include "base/utf.h"
 

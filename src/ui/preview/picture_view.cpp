@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <cstring>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "app/error_text.h"
+#include "base/desktop_texts/preview.h"
 #include "platform/native_text.h"
 #include "text/file_kinds.h"
 #include "ui/core/text.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/error_text.h"
-#include "base/desktop_text.h"
+#include "base/desktop_texts/preview.h"
 #include "base/filled_text.h"
 #include "base/utf.h"
 #include "engine/document_description.h"

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

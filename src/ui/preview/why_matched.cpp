@@ -3,7 +3,7 @@
 #include "app/error_text.h"
 #include "app/similar_search.h"
 #include "app/stage_texts.h"
-#include "base/desktop_text.h"
+#include "base/desktop_texts/preview.h"
 #include "base/filled_text.h"
 #include "platform/native_text.h"
 

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "app/stage_texts.h"
+#include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 #include <array>
 
+#include "base/desktop_texts/scan.h"
 #include "platform/native_text.h"
 #include "ui/core/desktop.h"
 #include "ui/core/text.h"

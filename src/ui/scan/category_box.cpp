@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QLineEdit>
 
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

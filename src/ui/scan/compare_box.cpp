@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/scan/property_picker.h"
 

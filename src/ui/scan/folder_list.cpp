@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/scan.h"
 #include "platform/native_text.h"
 #include "ui/core/text.h"
 #include "ui/scan/local_path.h"

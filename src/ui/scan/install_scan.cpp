@@ -2,6 +2,7 @@
 
 #include <QDockWidget>
 
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/scan/kept_scans_menu.h"

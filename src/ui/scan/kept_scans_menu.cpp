@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QWidget>
 
+#include "base/desktop_texts/scan.h"
 #include "platform/native_text.h"
 #include "ui/core/desktop.h"
 #include "ui/core/text.h"

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/settings_lists.h"
+#include "base/desktop_texts/scan.h"
 #include "ui/core/desktop.h"
 #include "ui/core/text.h"
 #include "ui/scan/name_question.h"

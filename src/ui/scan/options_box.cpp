@@ -6,6 +6,7 @@
 #include <QLineEdit>
 
 #include "app/typed_size.h"
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

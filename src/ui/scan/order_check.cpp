@@ -2,6 +2,7 @@
 
 #include "app/checked_criteria.h"
 #include "app/error_text.h"
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/scan/scan_modes.h"
 #include "ui/scan/scan_runner.h"

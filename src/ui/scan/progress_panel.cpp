@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "app/progress_text.h"
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 
 namespace kelvane {

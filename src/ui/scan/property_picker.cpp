@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/scan/named_sets.h"
 

@@ -4,6 +4,7 @@
 #include <QMessageBox>
 #include <utility>
 
+#include "base/desktop_texts/frame.h"
 #include "ui/core/desktop.h"
 #include "ui/core/text.h"
 

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/scan/beginner_page.h"

@@ -5,6 +5,7 @@
 #include "app/engine_settings.h"
 #include "app/kept_scans.h"
 #include "app/scan_notes.h"
+#include "base/desktop_texts/scan.h"
 #include "base/random.h"
 #include "engine/ignored_pairs.h"
 #include "engine/scan_figures.h"

@@ -1,4 +1,4 @@
-// The numbers of the texts that only the desktop program shows. They are looked up as all others are: text().
+// The numbers of the texts in frame.inc.
 #pragma once
 
 #include "base/text_table.h"
@@ -6,7 +6,7 @@
 namespace kelvane::desktop_text {
 
 #define TEXT_ROW(number, name, english) inline constexpr TextId name{number};
-#include "base/desktop_text_rows.inc"
+#include "base/desktop_texts/frame.inc"
 #undef TEXT_ROW
 
 }  // namespace kelvane::desktop_text
