@@ -1,23 +1,17 @@
 // Whatever the reader of journals makes of a file: the sound part alone says the same, and each intent in it is written
 // and read again as it is.
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include "../support/bytes_reader.h"
 #include "base/byte_stream.h"
 #include "cleanup/journal_reader.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
 
 using Bytes = std::vector<std::byte>;
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 Result<JournalReading> readBytes(Bytes bytes)
 {

@@ -1,20 +1,14 @@
-#include <cstdlib>
 #include <filesystem>
 #include <span>
 
 #include "app/command_line.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
 
 constexpr std::uint32_t everyFlag = command_flag::optionM | command_flag::ownProcess | command_flag::helperMode |
                                     command_flag::optionJ | command_flag::afterCrash;
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 void tryAs(std::span<const std::byte> bytes, CommandSyntax syntax)
 {

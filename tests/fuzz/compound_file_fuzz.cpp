@@ -7,8 +7,6 @@
 namespace kelvane {
 namespace {
 
-using testing::require;
-
 void tryCompound(const std::string& bytes)
 {
     testing::MemoryDocument file(bytes);

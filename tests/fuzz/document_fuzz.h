@@ -1,17 +1,10 @@
 // What every reader of documents owes to any bytes.
 #pragma once
 
-#include <cstdlib>
-
 #include "../support/document_world.h"
+#include "require.h"
 
 namespace kelvane::testing {
-
-inline void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 // Stands in for the system's tables: the readers are what is tried, not the library behind the port.
 class NarrowDecoding final : public TextDecoding {

@@ -1,22 +1,16 @@
-#include <cstdlib>
 #include <map>
 #include <span>
 
 #include "platform/ini_document.h"
 #include "platform/ini_values.h"
 #include "platform/text_folding.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
 
 using Name = std::pair<std::u16string, std::u16string>;
 using Values = std::map<Name, std::u16string>;
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 Values valuesOf(const IniDocument& document)
 {

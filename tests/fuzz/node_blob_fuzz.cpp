@@ -1,21 +1,15 @@
 // Whatever the reader of stored nodes accepts, the writer writes the same way again. The checksum, which no random
 // input would have, is put right first.
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include "base/byte_stream.h"
 #include "base/crc32.h"
 #include "engine/node_blob.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void putChecksumRight(std::vector<std::byte>& blob)
 {

@@ -12,8 +12,6 @@
 namespace kelvane {
 namespace {
 
-using testing::require;
-
 struct Kind {
     const DocumentFormat* format;
     std::vector<std::string_view> names;  // of the parts, in the order in which the input has them

@@ -1,19 +1,12 @@
 // Zip packages, down to the library that reads them.
-#include <cstdlib>
-
 #include "../support/bytes_file.h"
 #include "platform/linux/adapters.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
 
 constexpr std::uint64_t limit = 4096;
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 // Every other part is passed over, which makes the library seek.
 void tryPackage(std::string bytes)

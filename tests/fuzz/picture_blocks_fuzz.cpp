@@ -1,6 +1,5 @@
 // What pictures carry beside their pixels: the tags of TIFF, records of agencies, XMP, chunks of PNG files, headers of
 // bitmaps. The first byte chooses; it is no part of the input.
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 
@@ -12,15 +11,10 @@
 #include "platform/png_chunks.h"
 #include "platform/property_table.h"
 #include "platform/xmp_facts.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 void addTiff(RandomAccessFile& file, FactList& facts)
 {

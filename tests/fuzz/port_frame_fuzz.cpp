@@ -1,18 +1,12 @@
 // What comes over an instance port: the first byte is the size of the pieces, the rest is what they make up.
-#include <cstdlib>
-
 #include "platform/port_frame.h"
+#include "require.h"
 
 namespace {
 
 using kelvane::PortFrameParser;
+using kelvane::require;
 using State = PortFrameParser::State;
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 State takeInPieces(PortFrameParser& parser, std::span<const std::byte> bytes, std::size_t size)
 {

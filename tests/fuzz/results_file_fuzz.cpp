@@ -1,21 +1,15 @@
 // Whatever the reader of results files accepts, the writer writes the same way again, and every row of it can be asked
 // for.
-#include <cstdlib>
 #include <vector>
 
 #include "../support/bytes_reader.h"
 #include "engine/node_blob.h"
 #include "engine/results_content.h"
 #include "engine/scan_figures.h"
+#include "require.h"
 
 namespace kelvane {
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void askForRows(const ResultsContent& content)
 {

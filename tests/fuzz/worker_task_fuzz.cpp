@@ -1,23 +1,10 @@
 // What a worker answers, and what it is asked: the first byte chooses. Whatever is understood is written again as it
 // came.
-#include <cstdlib>
-
+#include "require.h"
 #include "text/worker_task.h"
 
-namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-bool equal(std::span<const std::byte> a, std::span<const std::byte> b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end());
-}
-
-}  // namespace
+using kelvane::equal;
+using kelvane::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
