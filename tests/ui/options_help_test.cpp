@@ -10,6 +10,7 @@
 #include <QTreeWidget>
 #include <QtTest/QTest>
 
+#include "platform/library_versions.h"
 #include "support/ui/desktop_world.h"
 #include "ui/core/text.h"
 #include "ui/options/guide_window.h"
@@ -127,6 +128,12 @@ TEST(About, NamesTheVersionsOfProgramAndLibraries)
     const QString lines = dialog->findChild<QLabel*>(QStringLiteral("aboutLines"))->text();
     EXPECT_TRUE(lines.contains(toQt(CAppVersionInfo::versionText()))) << lines.toStdString();
     EXPECT_TRUE(lines.contains(QLatin1String(qVersion()))) << lines.toStdString();
+    EXPECT_FALSE(libraryVersions().empty());
+    for (const LibraryVersion& library : libraryVersions()) {
+        EXPECT_EQ(library.version.find_first_not_of("0123456789."), std::string::npos) << library.name;
+        EXPECT_NE(library.version.find('.'), std::string::npos) << library.name << ' ' << library.version;
+        EXPECT_TRUE(lines.contains(QString::fromStdString(library.name + ' ' + library.version))) << library.name;
+    }
 }
 
 TEST(NoticeBox, IsShownUntilItsTickIsSet)

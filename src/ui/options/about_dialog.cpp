@@ -12,6 +12,7 @@
 
 #include "app/version_info.h"
 #include "base/desktop_texts/options.h"
+#include "platform/library_versions.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -49,6 +50,8 @@ QString aboutLines()
     lines << shown(say::aboutBuiltWith) + QStringLiteral(": Qt ") + QLibraryInfo::version().toString() +
                  QStringLiteral(" (") + QApplication::platformName() + QStringLiteral(", ") +
                  QApplication::style()->name() + u')';
+    for (const LibraryVersion& library : libraryVersions())
+        lines.last() += QStringLiteral(", ") + QString::fromStdString(library.name + ' ' + library.version);
     return lines.join(u'\n');
 }
 
