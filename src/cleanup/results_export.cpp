@@ -75,23 +75,28 @@ void selectRowsInView(ResultsModel& results)
 }
 
 ExportOutcome exportCsv(ResultsModel& results, const TableView& view, std::u16string_view windowTitle,
-                        const ExportPorts& ports)
+                        const ExportPorts& ports, const GoOn& goOn)
 {
     selectEverything(results);
-    const std::string table = tableOfSelection(results, view, TableMode::csv, Formulas::defused);
-    if (table.empty())
+    const auto table = tableOfSelection(results, view, TableMode::csv, Formulas::defused, goOn);
+    if (!table)
+        return {.file = {}, .message = {}, .stopped = true};
+    if (table->empty())
         return {};
     const std::u16string failure(text(TextId::contentsFileNotWritten));
     auto created = createFile(ports);
     if (!created)
-        return {{}, failure};
-    if (!writeAll(*created->file, {opening(windowTitle, ports.clock), table})) {
+        return {{}, failure, created.error(), ports.places.temporaryFolder()};
+    const Status written = writeAll(*created->file, {opening(windowTitle, ports.clock), *table});
+    if (!written) {
         created->file.reset();  // a file that is open cannot be removed everywhere
         static_cast<void>(ports.output.remove(created->path));
-        return {{}, failure};
+        return {{}, failure, written.error(), created->path};
     }
     const Status opened = ports.processes.openFile(created->path);
-    return {created->path, opened ? std::u16string{} : toUtf16(opened.error().detail)};
+    if (!opened)
+        return {created->path, toUtf16(opened.error().detail), opened.error()};
+    return {created->path, {}};
 }
 
 }  // namespace kelvane

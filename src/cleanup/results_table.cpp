@@ -126,19 +126,30 @@ TableView viewOfColumns(std::vector<PropRef> columns, const PropertySource& prop
     return view;
 }
 
-std::string tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode, Formulas formulas)
+std::optional<std::string> tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode,
+                                            Formulas formulas, const GoOn& goOn)
 {
+    std::vector<ItemId> items;
+    results.forEachRow([&](ItemId id) {
+        if (results.item(id).isSelected())
+            items.push_back(id);
+    });
     TableBuilder table(mode, formulas, view.titles);
     std::vector<std::u16string> cells(std::max<std::size_t>(view.titles.size(), 1));
-    results.forEachRow([&](ItemId id) {
-        if (!results.item(id).isSelected())
-            return;
-        ItemContext& file = results.file(id);
+    for (std::size_t row = 0; row < items.size(); ++row) {
+        if (!goOn(row, items.size()))
+            return std::nullopt;
+        ItemContext& file = results.file(items[row]);
         for (std::size_t column = 0; column < cells.size(); ++column)
             cells[column] = view.cell(file, column);
         table.add(cells, bytesFromNative(file.item().fullName()));
-    });
+    }
     return table.take();
+}
+
+std::string tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode, Formulas formulas)
+{
+    return *tableOfSelection(results, view, mode, formulas, [](std::size_t, std::size_t) { return true; });
 }
 
 }  // namespace kelvane

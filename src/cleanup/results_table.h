@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -68,7 +69,13 @@ struct TableView {
 // The list with these columns; without any, the text of an item is its name. The source outlives the view.
 [[nodiscard]] TableView viewOfColumns(std::vector<PropRef> columns, const PropertySource& properties);
 
-// One row for each selected item in view, in the order of the list.
+// Asked before each row, of which there are so many: whether to go on. It may change marks, order and view, and take
+// items off the list, but begin no other one.
+using GoOn = std::function<bool(std::size_t done, std::size_t total)>;
+
+// One row for each item that is selected and in view at the beginning, in the order of the list; nothing when stopped.
+[[nodiscard]] std::optional<std::string> tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode,
+                                                          Formulas formulas, const GoOn& goOn);
 [[nodiscard]] std::string tableOfSelection(ResultsModel& results, const TableView& view, TableMode mode,
                                            Formulas formulas);
 

@@ -107,7 +107,8 @@ Result<ResultsContent> readContent(const std::filesystem::path& path, FileSystem
 
 }  // namespace
 
-Result<std::uint64_t> saveResults(const std::filesystem::path& path, const StoredResults& results, FileOutput& output)
+Result<std::uint64_t> saveResults(const std::filesystem::path& path, const StoredResults& results, FileOutput& output,
+                                  const CancelFlag* cancel)
 {
     if (results.rows.empty())
         return std::uint64_t{0};
@@ -126,13 +127,16 @@ Result<std::uint64_t> saveResults(const std::filesystem::path& path, const Store
     for (const StoredRow& row : results.rows)
         content.groups.push_back(row.group);
     const std::vector<std::byte> bytes = encodeResults(content);
+    if (cancel != nullptr && cancel->cancelled())
+        return Error{ErrorKind::cancelled, 0, {}};
     if (const Status written = replaceContents(output, path, bytes); !written)
         return written.error();
     return std::uint64_t{bytes.size()};
 }
 
 Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamespace& shell,
-                                  const PropertyCatalogue& catalogue, const CancelFlag& cancel, AllMissing allMissing)
+                                  const PropertyCatalogue& catalogue, const CancelFlag& cancel, AllMissing allMissing,
+                                  WorkCount* count)
 {
     const auto content = readContent(path, shell.files(), cancel);
     if (!content)
@@ -140,7 +144,7 @@ Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamesp
     auto columns = columnsOf(content->columns, catalogue);
     if (!columns)
         return columns.error();
-    const auto files = resolveRows(content->items, shell, cancel);
+    const auto files = resolveRows(content->items, shell, cancel, count);
     if (!files)
         return files.error();
     const auto isThere = [](const ResolvedRow& row) { return row.file != nullptr; };

@@ -10,6 +10,7 @@
 
 #include "base/cancel.h"
 #include "base/result.h"
+#include "base/work_count.h"
 #include "engine/item_block.h"
 #include "engine/scan_figures.h"
 #include "engine/scan_node.h"
@@ -32,9 +33,10 @@ struct StoredResults {
 // Paths of files are absolute here. The bytes written: 0 for no rows, and then no file is made and none replaced. What
 // fails leaves the file that was there. The caller tells of a failure as TextId::contentsFileNotWritten; the detail
 // says why. Figures that make the definition too long are left out, and so is a definition that is too long by itself;
-// it is kept under the name "binLastScan", whatever its own.
+// it is kept under the name "binLastScan", whatever its own. The flag, where there is one, is looked at before the
+// file is touched: `cancelled` leaves it alone.
 [[nodiscard]] Result<std::uint64_t> saveResults(const std::filesystem::path& path, const StoredResults& results,
-                                                FileOutput& output);
+                                                FileOutput& output, const CancelFlag* cancel = nullptr);
 
 // What becomes of a file none of whose rows is there any more: as a mere record of a scan it is still of use.
 enum class AllMissing : std::uint8_t { fails, isLoaded };
@@ -49,9 +51,9 @@ struct LoadedResults {
 // that every file is still there, as the kind of thing that it was, is looked up; a file is never opened. An entry of
 // an archive gets its present ordinal, since that is where it is read from. Nothing is handed over before the whole
 // file was checked. TextId::contentsCorrupt, and why, for whatever fails apart from `cancelled`; that goes also for a
-// file none of whose rows is there any more, unless that is wanted.
+// file none of whose rows is there any more, unless that is wanted. Rows are counted where somebody watches.
 [[nodiscard]] Result<LoadedResults> loadResults(const std::filesystem::path& path, ShellNamespace& shell,
                                                 const PropertyCatalogue& catalogue, const CancelFlag& cancel,
-                                                AllMissing allMissing = AllMissing::fails);
+                                                AllMissing allMissing = AllMissing::fails, WorkCount* count = nullptr);
 
 }  // namespace kelvane

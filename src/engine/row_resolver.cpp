@@ -17,10 +17,11 @@ using Place = ShellItem::Place;
 
 class RowResolver {
 public:
-    RowResolver(const ItemBlock& items, ShellNamespace& shell, const CancelFlag& cancel)
+    RowResolver(const ItemBlock& items, ShellNamespace& shell, const CancelFlag& cancel, WorkCount* count)
         : items_(items),
           shell_(shell),
           cancel_(cancel),
+          count_(count),
           prefix_(items.folder()),
           folders_(shell.files(), nativeFromBytes(items.folder()))
     {
@@ -31,6 +32,8 @@ public:
     Result<std::vector<ResolvedRow>> run()
     {
         rows_.resize(items_.rows());
+        if (count_ != nullptr)
+            count_->total = items_.rows();
         if (!prefix_.empty() && !folders_.hasTop())
             return std::move(rows_);
         for (std::uint32_t index = 0; index < items_.rows() && !cancel_.cancelled(); ++index)
@@ -48,10 +51,18 @@ private:
     {
         const StoredPlace place = items_.row(index);
         rows_[index].approximate = place.approximate();
-        if (place.inArchive)
+        if (place.inArchive) {
             archives_[place.path].push_back(index);
-        else
-            rows_[index].file = itemAt(prefix_ + place.path, place.item);
+            return;
+        }
+        rows_[index].file = itemAt(prefix_ + place.path, place.item);
+        countRows(1);
+    }
+
+    void countRows(std::size_t rows)
+    {
+        if (count_ != nullptr)
+            count_->done += static_cast<std::uint32_t>(rows);
     }
 
     // The item if what is on the disk is of its kind.
@@ -80,6 +91,7 @@ private:
     {
         if (cancel_.cancelled())
             return;
+        countRows(indexes.size());
         const Ref<const ShellItem> archive = itemAt(prefix_ + path, items_.row(indexes.front()).item);
         if (!archive)
             return;
@@ -101,6 +113,7 @@ private:
     const ItemBlock& items_;
     ShellNamespace& shell_;
     const CancelFlag& cancel_;
+    WorkCount* count_;
     std::string prefix_;
     FolderChain folders_;
     std::vector<ResolvedRow> rows_;
@@ -109,9 +122,10 @@ private:
 
 }  // namespace
 
-Result<std::vector<ResolvedRow>> resolveRows(const ItemBlock& items, ShellNamespace& shell, const CancelFlag& cancel)
+Result<std::vector<ResolvedRow>> resolveRows(const ItemBlock& items, ShellNamespace& shell, const CancelFlag& cancel,
+                                             WorkCount* count)
 {
-    return RowResolver(items, shell, cancel).run();
+    return RowResolver(items, shell, cancel, count).run();
 }
 
 }  // namespace kelvane

@@ -5,6 +5,7 @@
 
 #include "base/cancel.h"
 #include "base/result.h"
+#include "base/work_count.h"
 #include "engine/item_block.h"
 #include "platform/shell_namespace.h"
 
@@ -16,8 +17,8 @@ struct ResolvedRow {
 };
 
 // One a row, in their order. The items carry the facts of the block, and share the folders above them. Files are looked
-// at, never opened; every archive is listed once. Fails only with `cancelled`.
+// at, never opened; every archive is listed once. Fails only with `cancelled`. Rows are counted as they are looked up.
 [[nodiscard]] Result<std::vector<ResolvedRow>> resolveRows(const ItemBlock& items, ShellNamespace& shell,
-                                                           const CancelFlag& cancel);
+                                                           const CancelFlag& cancel, WorkCount* count = nullptr);
 
 }  // namespace kelvane

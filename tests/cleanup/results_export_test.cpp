@@ -70,6 +70,21 @@ TEST_F(ResultsExport, NeverTakesAFileThatIsThere)
     EXPECT_TRUE(std::filesystem::exists(unopened.file));
 }
 
+TEST_F(ResultsExport, ATableThatIsStoppedIsNotWritten)
+{
+    std::vector<std::pair<std::size_t, std::size_t>> asked;
+    const ExportOutcome outcome =
+        exportCsv(list_.model, list_.view({u"Name"}), u"title", {output_, processes_, places_, clock_},
+                  [&](std::size_t done, std::size_t total) {
+                      asked.emplace_back(done, total);
+                      list_.model.remove(list_.ids({"/c"}));  // a person goes on working
+                      return done < 1;
+                  });
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_THAT(asked, ElementsAre(std::pair(0u, 2u), std::pair(1u, 2u)));
+    EXPECT_THAT(files(), IsEmpty());
+}
+
 TEST_F(ResultsExport, AFailureLeavesNoFile)
 {
     bool failed = true;
@@ -77,6 +92,8 @@ TEST_F(ResultsExport, AFailureLeavesNoFile)
         output_.fail(testing::FaultyOutput::Fault::once, n);
         const ExportOutcome outcome = exportList();
         failed = output_.failed();
+        EXPECT_EQ(outcome.failure.has_value(), failed) << n;
+        EXPECT_EQ(outcome.tried.empty(), !failed) << n;
         EXPECT_EQ(outcome.message, failed ? u"I/O Error writing contents file" : u"") << n;
         EXPECT_EQ(outcome.file.empty(), failed);
         EXPECT_EQ(files().empty(), failed) << n;

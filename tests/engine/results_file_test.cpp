@@ -203,6 +203,24 @@ TEST_F(ResultsFileTest, ASaveThatFailsLeavesTheOldFileOrTheNewOne)
     EXPECT_FALSE(saveResults(other_.path("no folder/saved.ikvs"), results_, platform_->output()));
 }
 
+TEST_F(ResultsFileTest, ACancelledSaveLeavesTheFileAloneAndALoadCountsItsRows)
+{
+    addRow(parsed(tree_.write("one", "")));
+    addRow(parsed(tree_.write("gone", "")));
+    static_cast<void>(saved());
+    results_.rows.resize(1);
+    cancel_.cancel();
+    EXPECT_EQ(saveResults(file_, results_, platform_->output(), &cancel_).error().kind, ErrorKind::cancelled);
+    EXPECT_EQ(load().error().kind, ErrorKind::cancelled);
+    cancel_.reset();
+    std::filesystem::remove(tree_.path("gone"));
+    WorkCount count;
+    const auto loaded = loadResults(file_, shell_, catalogue_, cancel_, AllMissing::fails, &count);
+    EXPECT_EQ(loaded.value().missing, 1u) << "of the first save";
+    EXPECT_EQ(count.total, 2u);
+    EXPECT_EQ(count.done, 2u);
+}
+
 TEST_F(ResultsFileTest, NoRowsOrMoreThanTheBlockHoldsMakeNoFile)
 {
     EXPECT_EQ(saveResults(file_, results_, platform_->output()).value(), 0u);
