@@ -55,7 +55,8 @@ public:
 
     void run()
     {
-        open();
+        open("rows that come a thousand a time", 1'000);
+        open("open", rows_);
         sort("sort by name, groups kept", "System.FileName", GroupedOrder::yes);
         sort("sort by size, groups torn apart", "System.Size", GroupedOrder::no);
         sort("back to groups", "", GroupedOrder::yes);
@@ -84,13 +85,16 @@ private:
             [&] { return *done && textsAreThere(); });
     }
 
-    void open()
+    // A scan tells of its groups as they come, a file of saved results is there at once.
+    void open(const char* name, std::uint32_t atATime)
     {
-        step("open", [rows = rows_](Workbench& bench) {
+        step(name, [rows = rows_, atATime](Workbench& bench) {
             const Settings settings = bench.desktop().settings();
             bench.beginList(settings, engineOptionsFrom(settings));
             MadeUpFiles(1).make(rows, [&](Ref<const ShellItem> file, std::uint32_t group) {
                 bench.results().add(std::move(file), group, false);
+                if (bench.results().itemCount() % atATime == 0)
+                    bench.serve();
             });
         });
     }
