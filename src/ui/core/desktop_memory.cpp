@@ -32,6 +32,7 @@ void DesktopMemory::forgetLayout()
 
 void DesktopMemory::load(const SettingsRoot& root)
 {
+    sortOrder_ = storedOrder_ = readSortOrder(root);
     const SettingsNode node(root, section, SettingsAccess::reading);
     for (const std::u16string& name : node.valueNames()) {
         std::vector<std::byte> block;
@@ -43,6 +44,8 @@ void DesktopMemory::load(const SettingsRoot& root)
 
 void DesktopMemory::store(const SettingsRoot& root) const
 {
+    if (sortOrder_ != storedOrder_)
+        static_cast<void>(writeSortOrder(root, sortOrder_));
     if (values_.empty())
         return;
     SettingsNode node(root, section, SettingsAccess::writing);

@@ -1,11 +1,15 @@
-// What windows remember from one run of the program to the next: their layout, the sizes of dialogs, columns.
+// What windows remember from one run of the program to the next: their layout, the sizes of dialogs, columns, the order
+// of the results.
 #pragma once
 
 #include <QByteArray>
 #include <QString>
 #include <map>
+#include <utility>
+#include <vector>
 
 #include "app/settings_node.h"
+#include "app/sort_order.h"
 
 namespace kelvane {
 
@@ -18,6 +22,10 @@ public:
     // An empty value is forgotten.
     void setValue(const QString& name, const QByteArray& value);
 
+    // By which properties results are sorted; without any they stand in the order of their groups.
+    [[nodiscard]] const std::vector<StoredSortKey>& sortOrder() const { return sortOrder_; }
+    void setSortOrder(std::vector<StoredSortKey> keys) { sortOrder_ = std::move(keys); }
+
     // The person wants the windows as they were at first.
     void forgetLayout();
 
@@ -27,6 +35,8 @@ public:
 
 private:
     std::map<QString, QByteArray> values_;
+    std::vector<StoredSortKey> sortOrder_;
+    std::vector<StoredSortKey> storedOrder_;  // as the store has it
 };
 
 }  // namespace kelvane

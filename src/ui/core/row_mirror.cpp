@@ -5,6 +5,15 @@
 
 namespace kelvane {
 
+std::optional<Row> RowMirror::find(ItemId item) const
+{
+    const auto found =
+        std::find_if(rows_.begin(), rows_.end(), [item](const RowEntry& entry) { return entry.item == item; });
+    if (found == rows_.end())
+        return std::nullopt;
+    return static_cast<Row>(found - rows_.begin());
+}
+
 void RowMirror::apply(RowPatch patch)
 {
     figures_ = patch.figures;

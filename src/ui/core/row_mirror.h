@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "results/results_model.h"
@@ -50,6 +51,8 @@ public:
     [[nodiscard]] const ListFigures& figures() const { return figures_; }
     // Whether a row is the first of its group.
     [[nodiscard]] bool beginsGroup(Row row) const { return row == 0 || rows_[row - 1].group != rows_[row].group; }
+    // Where the item is; nothing for one out of view. Costs a pass over the rows.
+    [[nodiscard]] std::optional<Row> find(ItemId item) const;
     void apply(RowPatch patch);
 
 private:

@@ -29,7 +29,15 @@ void WindowLink::run(std::function<void(Workbench&)> work)
 {
     instance_->post([&bench = bench_, work = std::move(work)] {
         work(bench);
-        bench.serve();
+        bench.sendChanges();
+    });
+}
+
+void WindowLink::runOn(ListNumber list, std::function<void(Workbench&)> work)
+{
+    run([list, work = std::move(work)](Workbench& bench) {
+        if (bench.list() == list)
+            work(bench);
     });
 }
 
@@ -40,6 +48,7 @@ void WindowLink::cancelJob()
 
 void WindowLink::requestClose()
 {
+    Q_EMIT closeAsked();
     run([](Workbench& bench) { bench.closeRequested(); });
 }
 
@@ -61,6 +70,12 @@ void WindowLink::take(RowPatch patch)
     if (rows)
         Q_EMIT rowsPatched(first, before, after);
     Q_EMIT figuresChanged();
+}
+
+void WindowLink::beginList(ListNumber list)
+{
+    list_ = list;
+    Q_EMIT listBegan();
 }
 
 void WindowLink::end()

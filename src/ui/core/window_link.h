@@ -37,18 +37,23 @@ public:
     // Does the work on the window's thread, in the order posted, also between the items of a job. What it captures must
     // not be a widget: it answers through Workbench::toMain(). Dropped once the window is closing.
     void run(std::function<void(Workbench&)> work);
+    // The same for work on items of the list in view, which mean other files in the next list: dropped where that has
+    // begun by then.
+    void runOn(ListNumber list, std::function<void(Workbench&)> work);
+    void runOnList(std::function<void(Workbench&)> work) { runOn(list_, std::move(work)); }
+    // Which list rows() belongs to. To be kept with items that are used later.
+    [[nodiscard]] ListNumber list() const { return list_; }
     // Asks the window's thread for something, and takes the answer on the main thread, as long as `receiver` is there.
     template <class Question, class Take>
     void fetch(QObject* receiver, Question question, Take take)
     {
-        run([target = QPointer<QObject>(receiver), question = std::move(question),
-             take = std::move(take)](Workbench& bench) mutable {
-            auto answer = std::make_shared<decltype(question(bench))>(question(bench));
-            bench.toMain([target = std::move(target), answer = std::move(answer), take = std::move(take)](WindowLink&) {
-                if (target)
-                    take(std::move(*answer));
-            });
-        });
+        run(asking(receiver, std::move(question), std::move(take)));
+    }
+    // The same for a question about items of the list in view; there is no answer where another list has begun by then.
+    template <class Question, class Take>
+    void fetchOfList(QObject* receiver, Question question, Take take)
+    {
+        runOnList(asking(receiver, std::move(question), std::move(take)));
     }
     // Stops the job that runs, at once: not a work of the queue.
     void cancelJob();
@@ -62,6 +67,7 @@ Q_SIGNALS:
     void figuresChanged();  // counts and sums
     void listBegan();       // another list: other columns, another definition
     void jobChanged(kelvane::Job job);
+    void closeAsked();                     // the person wants the window to close: what runs for itself ends
     void statusTold(const QString& text);  // a short text for the status line
     // The row that keyboard and mouse are at, and the rows that previews and details show.
     void currentRowChanged();
@@ -80,15 +86,30 @@ public:
 
     // For the other half.
     void take(RowPatch patch);
+    void beginList(ListNumber list);
     void end();
 
 private:
     WindowLink(Desktop& desktop, std::shared_ptr<CXInstance> instance, Workbench& bench);
 
+    template <class Question, class Take>
+    [[nodiscard]] static std::function<void(Workbench&)> asking(QObject* receiver, Question question, Take take)
+    {
+        return [target = QPointer<QObject>(receiver), question = std::move(question),
+                take = std::move(take)](Workbench& bench) mutable {
+            auto answer = std::make_shared<decltype(question(bench))>(question(bench));
+            bench.toMain([target = std::move(target), answer = std::move(answer), take = std::move(take)](WindowLink&) {
+                if (target)
+                    take(std::move(*answer));
+            });
+        };
+    }
+
     Desktop& desktop_;
     std::shared_ptr<CXInstance> instance_;
     Workbench& bench_;  // touched on its own thread alone
     RowMirror rows_;
+    ListNumber list_{};
     Job job_ = Job::none;
     std::optional<ItemId> current_;
     QPointer<QWidget> frame_;

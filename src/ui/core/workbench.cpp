@@ -37,7 +37,8 @@ ListSession& Workbench::beginList(Settings settings, EngineOptions options)
     results_.clear();
     session_ = std::make_unique<ListSession>(platform(), std::move(settings), std::move(options), reading_);
     filter_ = std::make_unique<QuickFilter>(results_, session_->access.source);
-    toMain([](WindowLink& link) { Q_EMIT link.listBegan(); });
+    list_ = ListNumber{static_cast<std::uint32_t>(list_) + 1};
+    toMain([list = list_](WindowLink& link) { link.beginList(list); });
     return *session_;
 }
 

@@ -21,7 +21,10 @@ namespace kelvane {
 class WindowLink;
 
 // Long work of which a window does one at a time.
-enum class Job { none, scanning, loading, cleaning, undoing };
+enum class Job { none, scanning, loading, saving, cleaning, undoing };
+
+// Lists of a window, one after the other. An item's id says which file it is within one of them only.
+enum class ListNumber : std::uint32_t {};
 
 // Posted work comes from the main thread (WindowLink::run()) and ends here. While a job runs it calls serve() between
 // its items, which lets short work in between: ticks, sorting, texts of cells.
@@ -45,6 +48,8 @@ public:
     [[nodiscard]] QuickFilter* filter() { return filter_.get(); }
     // Empties the list and goes on with another session.
     ListSession& beginList(Settings settings, EngineOptions options);
+    // The one that results() holds.
+    [[nodiscard]] ListNumber list() const { return list_; }
 
     // Jobs. The flag is that of the job that runs; a new job resets it.
     [[nodiscard]] Job job() const { return job_; }
@@ -64,6 +69,9 @@ public:
     [[nodiscard]] std::unique_ptr<Running> begin(Job job);
     // Between the items of long work: sends what changed, and does what was posted. Cheap when there is nothing.
     void serve();
+    // Sends what changed of the list. What is posted is let be: short work that let it in would be entered once more by
+    // each work that waits.
+    void sendChanges();
 
     // To the main thread, in order; `work` is dropped when the frame is gone. Sends what changed of the list first.
     void toMain(std::function<void(WindowLink&)> work);
@@ -91,7 +99,6 @@ private:
     struct Slot;
 
     [[nodiscard]] WindowLink* linkOnMain();
-    void sendChanges();
     void endJob();
 
     CXInstance& instance_;
@@ -104,6 +111,7 @@ private:
     std::unique_ptr<QuickFilter> filter_;
     ListFeed feed_;
     std::shared_ptr<Slot> slot_;  // of the other half
+    ListNumber list_{};
     Job job_ = Job::none;
     bool closing_ = false;
 };

@@ -11,7 +11,7 @@ namespace {
 void goToItems(WindowLink& link, ResultsView& view)
 {
     QObject::connect(&link, &WindowLink::itemWanted, &view, [&link, &view](ItemId item) {
-        link.fetch(
+        link.fetchOfList(
             &view, [item](Workbench& bench) { return bench.results().rowOf(item); },
             [&view](const std::optional<Row>& row) {
                 if (row)

@@ -67,8 +67,19 @@ void CellCache::want(Row first, Row end)
     fetchMissing();
 }
 
+void CellCache::wantAlso(ItemId item)
+{
+    if (std::find(also_.begin(), also_.end(), item) != also_.end())
+        return;
+    also_.push_back(item);
+    if (also_.size() > rowsPerRequest / 2)
+        also_.pop_front();
+    fetchMissing();
+}
+
 void CellCache::clear()
 {
+    also_.clear();
     ++generation_;
     underWay_ = false;
     cells_.clear();
@@ -93,7 +104,7 @@ void CellCache::collect(std::vector<ItemId>& items, Row first, Row end) const
 
 std::vector<ItemId> CellCache::missing() const
 {
-    std::vector<ItemId> items;
+    std::vector<ItemId> items(also_.begin(), also_.end());
     const Row count = link_.rows().count();
     const Row first = std::min(first_, count), end = std::min(end_, count);
     const Row page = end - first;
@@ -111,7 +122,8 @@ void CellCache::fetchMissing()
     if (items.empty())
         return;
     underWay_ = true;
-    link_.fetch(
+    also_.clear();
+    link_.fetchOfList(
         this, [items](Workbench& bench) { return textsOf(bench, items); },
         [this, items, generation = generation_](Texts texts) { take(items, std::move(texts), generation); });
 }

@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QStringList>
+#include <deque>
 #include <unordered_map>
 #include <vector>
 
@@ -23,6 +24,8 @@ public:
     [[nodiscard]] const QStringList* find(ItemId item) const;
     // Which rows are in sight. Rows of a page before and after them are fetched as well.
     void want(Row first, Row end);
+    // A row that is out of sight is asked about: its texts come next. Only the latest few are kept in mind.
+    void wantAlso(ItemId item);
     // Nothing that was fetched holds any more.
     void clear();
     // Fetches anew what is there, and shows it until then.
@@ -48,6 +51,7 @@ private:
     WindowLink& link_;
     std::unordered_map<ItemId, Cells> cells_;
     Row first_ = 0, end_ = 0;
+    std::deque<ItemId> also_;
     unsigned generation_ = 0;
     bool underWay_ = false;
 };

@@ -1,6 +1,5 @@
 // "These are no duplicates of one another": remembered, so that further scans keep them apart.
 #include <QMessageBox>
-#include <map>
 
 #include "app/error_text.h"
 #include "app/ignored_list.h"
@@ -9,6 +8,7 @@
 #include "platform/native_text.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/list/item_choice.h"
 #include "ui/list/item_commands.h"
 #include "ui/list/list_files.h"
 
@@ -20,20 +20,10 @@ namespace say = desktop_text;
 using ItemGroups = std::vector<std::vector<ItemId>>;
 constexpr qsizetype mostNamed = 12;
 
-// By group, those with two items at least.
-ItemGroups selectedGroups(const ResultsView& view)
-{
-    std::map<std::uint32_t, std::vector<ItemId>> groups;
-    const RowMirror& rows = view.link().rows();
-    for (Row row = 0; row < rows.count(); ++row)
-        if (rows.at(row).isSelected())
-            groups[rows.at(row).group].push_back(rows.at(row).item);
-    ItemGroups found;
-    for (auto& [number, items] : groups)
-        if (items.size() > 1)
-            found.push_back(std::move(items));
-    return found;
-}
+struct Declared {
+    ItemGroups groups;
+    QStringList names;
+};
 
 // Nothing where it failed, which was told.
 std::optional<IgnoredGroup> declared(Workbench& bench, const std::vector<ItemId>& items)
@@ -49,10 +39,26 @@ std::optional<IgnoredGroup> declared(Workbench& bench, const std::vector<ItemId>
         }
         group.files.push_back(*std::move(file));
         bench.serve();
-        if (static_cast<std::uint32_t>(id) >= bench.results().idLimit())
-            return std::nullopt;
     }
     return group;
+}
+
+// The number of files; the first group that fails, which is told, is the last one.
+std::size_t declareEach(Workbench& bench, const ItemGroups& groups)
+{
+    std::size_t files = 0;
+    for (const auto& items : groups) {
+        auto group = declared(bench, items);
+        if (!group)
+            return files;
+        if (blockOfIgnored(*group).empty()) {
+            showProblem(bench, std::u16string(text(say::listDeclareTooMany)));
+            return files;
+        }
+        files += group->files.size();
+        bench.desktop().change([&](Settings& settings) { settings.ignoredGroups.push_back(*std::move(group)); });
+    }
+    return files;
 }
 
 void declare(Workbench& bench, const ItemGroups& groups)
@@ -60,63 +66,61 @@ void declare(Workbench& bench, const ItemGroups& groups)
     const auto running = bench.begin(Job::loading);
     if (!running)
         return showProblem(bench, std::u16string(text(say::listBusy)));
-    std::size_t files = 0;
-    for (const auto& items : groups) {
-        auto group = declared(bench, items);
-        if (!group)
-            return;
-        if (blockOfIgnored(*group).empty())
-            return showProblem(bench, std::u16string(text(say::listDeclareTooMany)));
-        files += group->files.size();
-        bench.desktop().change([&](Settings& settings) { settings.ignoredGroups.push_back(*std::move(group)); });
-    }
+    const std::size_t files = declareEach(bench, groups);
+    if (files == 0)
+        return;
     bench.tell(toUtf16(filledText(say::listDeclared, {std::to_string(files)})));
+    // At once: a program that crashes later forgets nothing that was asked for.
+    if (const std::u16string failure = bench.desktop().saveSettings(); !failure.empty())
+        showProblem(bench, toUtf16(filledText(say::listDeclareNotKept, {toUtf8(failure)})));
 }
 
-QStringList namesOf(Workbench& bench, const ItemGroups& groups)
+Declared whatIsSelected(Workbench& bench)
 {
-    QStringList names;
-    for (const auto& items : groups)
-        for (const ItemId id : items)
-            names << shownInOneLine(toQt(displayFromNative(bench.results().item(id).file.item().fullName())));
-    if (names.size() > mostNamed) {
-        names.resize(mostNamed);
-        names << QStringLiteral("...");
+    Declared wanted{selectedGroups(bench.results()), {}};
+    for (const auto& items : wanted.groups)
+        for (const ItemId id : items) {
+            if (wanted.names.size() == mostNamed) {
+                wanted.names << QStringLiteral("...");
+                return wanted;
+            }
+            wanted.names << shownInOneLine(toQt(displayFromNative(bench.results().item(id).file.item().fullName())));
+        }
+    return wanted;
+}
+
+void ask(WindowLink& link, const Declared& wanted)
+{
+    if (wanted.groups.empty()) {
+        Q_EMIT link.statusTold(shown(say::listDeclareTwo));
+        return;
     }
-    return names;
-}
-
-void ask(WindowLink& link, const ItemGroups& groups, const QStringList& names)
-{
     auto* const box =
         new QMessageBox(QMessageBox::Question, QStringLiteral("Kelvane"),
-                        shown(say::listNotDuplicatesQuestion, {names.join(QLatin1Char('\n')).toStdString()}),
+                        shown(say::listNotDuplicatesQuestion, {wanted.names.join(QLatin1Char('\n')).toStdString()}),
                         QMessageBox::Ok | QMessageBox::Cancel, link.frame());
     box->setObjectName(QStringLiteral("declareQuestion"));
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(box, &QMessageBox::accepted, &link,
-                     [&link, groups] { link.run([groups](Workbench& bench) { declare(bench, groups); }); });
-    box->open();
+    // Another list may have begun while the question stood there.
+    QObject::connect(box, &QMessageBox::accepted, &link, [&link, list = link.list(), groups = wanted.groups] {
+        link.runOn(list, [groups](Workbench& bench) { declare(bench, groups); });
+    });
+    link.boxes().open(box);
 }
 
 }  // namespace
 
-void installDeclaration(const FrameParts& parts, ResultsView& view)
+void installDeclaration(const FrameParts& parts)
 {
     WindowLink& link = parts.link;
     parts.commands.add({.name = "item.notDuplicates",
                         .label = say::listNotDuplicates,
                         .menu = MenuId::edit,
                         .run =
-                            [&link, &view] {
-                                const ItemGroups groups = selectedGroups(view);
-                                if (groups.empty())
-                                    Q_EMIT link.statusTold(shown(say::listDeclareTwo));
-                                else
-                                    link.fetch(
-                                        &view, [groups](Workbench& bench) { return namesOf(bench, groups); },
-                                        [&link, groups](const QStringList& names) { ask(link, groups, names); });
+                            [&link] {
+                                link.fetchOfList(&link, whatIsSelected,
+                                                 [&link](const Declared& wanted) { ask(link, wanted); });
                             },
                         .when = when::idle | when::isSelected});
 }

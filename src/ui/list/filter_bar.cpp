@@ -102,7 +102,7 @@ void FilterBar::apply(const QString& text)
     if (text.isEmpty() && !filters_)
         return;  // nothing of this bar's to take back: what is hidden otherwise stays so
     filters_ = !text.isEmpty();
-    link_.run(
+    link_.runOnList(
         [wanted = fromQt(text), all = allColumns_->isChecked()](Workbench& bench) { filterBy(bench, wanted, all); });
 }
 

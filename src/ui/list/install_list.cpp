@@ -5,24 +5,29 @@
 #include "ui/list/filter_bar.h"
 #include "ui/list/item_commands.h"
 #include "ui/list/list_commands.h"
+#include "ui/list/list_progress.h"
 #include "ui/list/list_sorting.h"
 #include "ui/list/results_pane.h"
+#include "ui/list/results_table.h"
+#include "ui/list/view_switch.h"
 
 namespace kelvane {
 
 void installList(const FrameParts& parts)
 {
+    makeResultsAccessible();
     auto* const pane = new ResultsPane(parts.link);
     parts.window.setCentralWidget(pane);
+    new ListProgressBar(parts.link, parts.window);  // owned by the window
     auto* const sorting = new ListSorting(parts.link, pane->view().header());
     installFileCommands(parts);
     installEditCommands(parts, pane->view());
     installItemCommands(parts, pane->view());
-    installViewCommands(parts, pane->view());
+    new ViewSwitch(parts, pane->view());  // owned by the view
     installMarkCommands(parts);
     installQuickRules(parts);
-    installTags(parts, pane->view());
-    installDeclaration(parts, pane->view());
+    installTags(parts);
+    installDeclaration(parts);
     installContextMenu(parts, pane->view());
     sorting->addCommands(parts);
     parts.commands.add({.name = "list.columns",

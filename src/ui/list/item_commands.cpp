@@ -11,6 +11,7 @@
 #include "platform/native_text.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/list/item_choice.h"
 #include "ui/list/list_columns.h"
 #include "ui/list/list_files.h"
 
@@ -36,9 +37,7 @@ void openItem(WindowLink& link, bool folder)
 {
     if (!link.currentItem())
         return;
-    link.run([item = *link.currentItem(), folder](Workbench& bench) {
-        if (static_cast<std::uint32_t>(item) >= bench.results().idLimit())
-            return;
+    link.runOnList([item = *link.currentItem(), folder](Workbench& bench) {
         const std::filesystem::path path = onDisk(bench.results().item(item).file.item()).path();
         openPath(bench, folder ? path.parent_path() : path);
     });
@@ -49,13 +48,12 @@ void toClipboard(Workbench& bench, const QString& copied)
     bench.toMain([copied](WindowLink&) { QApplication::clipboard()->setText(copied); });
 }
 
-void copyPaths(WindowLink& link, const std::vector<ItemId>& items)
+void copyPaths(WindowLink& link)
 {
-    link.run([items](Workbench& bench) {
+    link.runOnList([current = link.currentItem()](Workbench& bench) {
         QStringList paths;
-        for (const ItemId item : items)
-            if (static_cast<std::uint32_t>(item) < bench.results().idLimit())
-                paths << toQt(displayFromNative(bench.results().item(item).file.item().fullName()));
+        for (const ItemId item : itemsInQuestion(bench.results(), current))
+            paths << toQt(displayFromNative(bench.results().item(item).file.item().fullName()));
         toClipboard(bench, paths.join(QLatin1Char('\n')));
     });
 }
@@ -72,14 +70,6 @@ void copyTable(WindowLink& link)
 
 }  // namespace
 
-std::vector<ItemId> itemsInQuestion(const ResultsView& view)
-{
-    std::vector<ItemId> items = view.selectedItems();
-    if (items.empty() && view.link().currentItem())
-        items.push_back(*view.link().currentItem());
-    return items;
-}
-
 void installItemCommands(const FrameParts& parts, ResultsView& view)
 {
     WindowLink& link = parts.link;
@@ -95,8 +85,8 @@ void installItemCommands(const FrameParts& parts, ResultsView& view)
     add(
         "item.copyText", say::listCopyText, [&link] { copyTable(link); }, QKeySequence::Copy, when::isSelected);
     add(
-        "item.copyPaths", say::listCopyPath, [&link, &view] { copyPaths(link, itemsInQuestion(view)); },
-        Qt::CTRL | Qt::ALT | Qt::Key_C, when::hasCurrent);
+        "item.copyPaths", say::listCopyPath, [&link] { copyPaths(link); }, Qt::CTRL | Qt::ALT | Qt::Key_C,
+        when::hasCurrent);
     add(
         "item.open", say::listOpenItem, [&link] { openItem(link, false); }, {}, when::hasCurrent);
     add(

@@ -6,12 +6,9 @@
 
 namespace kelvane {
 
-// The selected items, or the current one when nothing is selected.
-[[nodiscard]] std::vector<ItemId> itemsInQuestion(const ResultsView& view);
-
 void installItemCommands(const FrameParts& parts, ResultsView& view);
-void installDeclaration(const FrameParts& parts, ResultsView& view);
-void installTags(const FrameParts& parts, ResultsView& view);
+void installDeclaration(const FrameParts& parts);
+void installTags(const FrameParts& parts);
 // All that can be done with an item, at a click.
 void installContextMenu(const FrameParts& parts, ResultsView& view);
 

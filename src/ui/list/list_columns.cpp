@@ -8,9 +8,14 @@
 namespace kelvane {
 namespace {
 
+bool holds(const std::vector<PropRef>& columns, const PropRef& column)
+{
+    return std::find(columns.begin(), columns.end(), column) != columns.end();
+}
+
 void append(std::vector<PropRef>& columns, const PropRef& column)
 {
-    if (column && std::find(columns.begin(), columns.end(), column) == columns.end())
+    if (column && !holds(columns, column))
         columns.push_back(column);
 }
 
@@ -20,13 +25,18 @@ ListColumn described(const PropRef& column)
     return {std::string(column.info->name), toQt(columnTitle(column)), right};
 }
 
-std::vector<PropRef> firstColumns(const ListSession& session)
+std::vector<PropRef> columnsOfEveryList(const PropertyCatalogue& catalogue)
 {
     std::vector<PropRef> columns;
-    const PropertyCatalogue& catalogue = session.access.catalogue;
     for (const char* const name :
          {"System.FileName", "System.ItemFolderPathDisplay", "System.Size", "System.DateModified"})
         append(columns, catalogue.byName(name));
+    return columns;
+}
+
+std::vector<PropRef> firstColumns(const ListSession& session)
+{
+    std::vector<PropRef> columns = columnsOfEveryList(session.access.catalogue);
     for (const PropRef& column : session.columns)
         append(columns, column);
     return columns;
@@ -48,8 +58,14 @@ const std::vector<PropRef>& columnsInView(Workbench& bench)
 std::vector<ListColumn> describedColumns(Workbench& bench)
 {
     std::vector<ListColumn> columns;
-    for (const PropRef& column : columnsInView(bench))
+    const ListSession* const session = bench.session();
+    if (session == nullptr)
+        return columns;
+    const std::vector<PropRef> always = columnsOfEveryList(session->access.catalogue);
+    for (const PropRef& column : columnsInView(bench)) {
         columns.push_back(described(column));
+        columns.back().given = holds(session->columns, column) && !holds(always, column);
+    }
     return columns;
 }
 
@@ -72,15 +88,24 @@ std::vector<ListColumn> furtherColumns(Workbench& bench)
     return columns;
 }
 
-void chooseColumns(Workbench& bench, const std::vector<std::string>& names)
+void arrangeColumns(Workbench& bench, const KeptColumns& kept)
 {
     ListSession* const session = bench.session();
     if (session == nullptr)
         return;
     std::vector<PropRef> columns;
-    for (const std::string& name : names)
-        append(columns, session->access.catalogue.byName(name));
+    for (const auto& [name, given] : kept.chosen) {
+        const PropRef column = session->access.catalogue.byName(name);
+        if (!given || holds(session->columns, column))
+            append(columns, column);
+    }
+    const auto isWanted = [&](const PropRef& column) {
+        return std::find(kept.without.begin(), kept.without.end(), column.info->name) == kept.without.end();
+    };
     session->chosen = !columns.empty();
+    for (const PropRef& column : session->columns)
+        if (column && isWanted(column))
+            append(columns, column);
     session->inView = std::move(columns);
 }
 

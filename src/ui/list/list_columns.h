@@ -14,7 +14,18 @@ struct ListColumn {
     std::string name;  // canonical
     QString title;
     bool rightAligned = false;
+    bool given = false;  // by the scan: it is there in lists of such scans only
     friend bool operator==(const ListColumn&, const ListColumn&) = default;
+};
+
+// What a person made of the columns, in whatever list that was.
+struct KeptColumns {
+    struct Chosen {
+        std::string name;
+        bool given = false;
+    };
+    std::vector<Chosen> chosen;        // from the left; none: nobody changed anything
+    std::vector<std::string> without;  // not wanted, even where the scan gives them
 };
 
 // On the window's thread. Those in view from the left: at first name, folder, size and date, then what the scan gave.
@@ -23,7 +34,8 @@ struct ListColumn {
 [[nodiscard]] std::vector<ListColumn> describedColumns(Workbench& bench);
 // All other properties, by title.
 [[nodiscard]] std::vector<ListColumn> furtherColumns(Workbench& bench);
-// Unknown names are passed over; without any known one the first columns come back.
-void chooseColumns(Workbench& bench, const std::vector<std::string>& names);
+// What was kept is put in force for this list: unknown names are passed over, columns that only this scan gives come
+// last.
+void arrangeColumns(Workbench& bench, const KeptColumns& kept);
 
 }  // namespace kelvane

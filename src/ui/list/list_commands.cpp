@@ -1,6 +1,5 @@
 #include "ui/list/list_commands.h"
 
-#include <QActionGroup>
 #include <QApplication>
 
 #include "base/desktop_texts/list.h"
@@ -60,23 +59,6 @@ void installMarkCommands(const FrameParts& parts)
                             .keys = row.keys,
                             .when = row.when,
                             .beginsSection = row.beginsSection});
-}
-
-void installViewCommands(const FrameParts& parts, ResultsView& view)
-{
-    namespace say = desktop_text;
-    auto* const kinds = new QActionGroup(&view);
-    const auto add = [&](const char* name, TextId label, bool thumbnails) {
-        QAction* const action = parts.commands.add({.name = name,
-                                                    .label = label,
-                                                    .menu = MenuId::view,
-                                                    .run = [&view, thumbnails] { view.showThumbnails(thumbnails); },
-                                                    .checkable = true});
-        kinds->addAction(action);
-        action->setChecked(thumbnails == view.showsThumbnails());
-    };
-    add("list.details", say::listDetailsView, false);
-    add("list.thumbnails", say::listThumbnailsView, true);
 }
 
 void installEditCommands(const FrameParts& parts, ResultsView& view)

@@ -9,8 +9,6 @@ namespace kelvane {
 void installMarkCommands(const FrameParts& parts);
 // "Tick all but the newest" and its like.
 void installQuickRules(const FrameParts& parts);
-// Details or thumbnails.
-void installViewCommands(const FrameParts& parts, ResultsView& view);
 void installEditCommands(const FrameParts& parts, ResultsView& view);
 
 }  // namespace kelvane

@@ -16,6 +16,7 @@
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/list_columns.h"
+#include "ui/list/list_progress.h"
 
 namespace kelvane {
 namespace {
@@ -68,12 +69,13 @@ void show(Workbench& bench, LoadedResults& loaded, const Settings& settings, con
 {
     ListSession& session = bench.beginList(settings, engineOptionsFrom(settings));
     session.file = bytesFromNative(file.native());
+    session.figures = std::move(loaded.results.figures);
     takeDefinition(session, loaded.results);
+    bench.toMain([](WindowLink& link) { Q_EMIT link.listBegan(); });  // with its own columns
     addRows(bench.results(), std::move(loaded.results.rows));
     // One that was saved while it was sorted across groups.
     if (!bench.results().isGrouped())
-        static_cast<void>(sortResults(bench.results(), {}, GroupedOrder::yes, session.access.source, bench.cancel()));
-    bench.toMain([](WindowLink& link) { Q_EMIT link.listBegan(); });
+        static_cast<void>(sortResults(bench.results(), {}, GroupedOrder::yes, session.access.source, CancelFlag()));
 }
 
 void tellLoaded(Workbench& bench, const LoadedResults& loaded, const std::filesystem::path& file)
@@ -87,11 +89,26 @@ void tellLoaded(Workbench& bench, const LoadedResults& loaded, const std::filesy
                                                std::to_string(std::uint64_t{loaded.missing} + items)})));
 }
 
+void tellExported(Workbench& bench, const ExportOutcome& outcome)
+{
+    if (outcome.stopped)
+        return tell(bench, desktop_text::listExportStopped, {});
+    if (!outcome.failure)
+        return outcome.file.empty() ? bench.tell({})
+                                    : tell(bench, desktop_text::listExported, {shownName(outcome.file)});
+    bench.tell(outcome.message);
+    const bool written = !outcome.file.empty();
+    showProblem(bench,
+                toUtf16(filledText(written ? desktop_text::listNotShown : desktop_text::listExportFailed,
+                                   {shownName(written ? outcome.file : outcome.tried), errorText(*outcome.failure)})));
+}
+
 StoredResults storedResults(Workbench& bench, const ListSession& session)
 {
     StoredResults stored;
     stored.columns = session.columns;
     stored.definition = session.definition;
+    stored.figures = session.figures;
     stored.rows = storedRows(bench.results());
     return stored;
 }
@@ -104,8 +121,9 @@ void showProblem(Workbench& bench, const std::u16string& problem)
         auto* const box =
             new QMessageBox(QMessageBox::Warning, QStringLiteral("Kelvane"), problem, QMessageBox::Ok, link.frame());
         box->setObjectName(QStringLiteral("listProblem"));
+        box->setTextFormat(Qt::PlainText);  // names of files may look like markup
         box->setAttribute(Qt::WA_DeleteOnClose);
-        box->open();
+        link.boxes().open(box);
     });
 }
 
@@ -114,10 +132,16 @@ void openResults(Workbench& bench, const std::filesystem::path& file)
     const auto running = bench.begin(Job::loading);
     if (!running)
         return showProblem(bench, std::u16string(text(desktop_text::listBusy)));
-    tell(bench, desktop_text::listOpening, {shownName(file)});
     const Settings settings = bench.desktop().settings();
     const PropertyAccess reading(bench.platform(), engineOptionsFrom(settings));
-    auto loaded = loadResults(file, bench.platform().shell(), reading.catalogue, bench.cancel());
+    WorkCount count;
+    ListProgress progress(bench, shown(desktop_text::listOpening, {shownName(file)}));
+    auto loaded = progress.aside(count, [&] {
+        return loadResults(file, bench.platform().shell(), reading.catalogue, bench.cancel(), AllMissing::fails,
+                           &count);
+    });
+    if (!loaded && loaded.error().kind == ErrorKind::cancelled)
+        return tell(bench, desktop_text::listOpenStopped, {shownName(file)});
     if (!loaded)
         return tellFailure(bench, desktop_text::listOpenFailed, file, loaded.error());
     show(bench, *loaded, settings, file);
@@ -128,32 +152,39 @@ void openResults(Workbench& bench, const std::filesystem::path& file)
 void saveListedResults(Workbench& bench, const std::filesystem::path& file)
 {
     ListSession* const session = bench.session();
-    if (session == nullptr || bench.job() != Job::none)
+    const auto running = session != nullptr ? bench.begin(Job::saving) : nullptr;
+    if (!running)
         return showProblem(bench, std::u16string(text(desktop_text::listBusy)));
-    tell(bench, desktop_text::listSaving, {shownName(file)});
-    const auto written = saveResults(file, storedResults(bench, *session), bench.platform().output());
+    const std::uint32_t groups = bench.results().groupCount();
+    ListProgress progress(bench, shown(desktop_text::listSaving, {shownName(file)}));
+    const auto written = progress.aside(WorkCount(), [&bench, &file, results = storedResults(bench, *session)] {
+        return saveResults(file, results, bench.platform().output(), &bench.cancel());
+    });
+    if (!written && written.error().kind == ErrorKind::cancelled)
+        return tell(bench, desktop_text::listSaveStopped, {shownName(file)});
     if (!written)
         return tellFailure(bench, desktop_text::listSaveFailed, file, written.error());
     session->file = bytesFromNative(file.native());
     remember(bench.desktop(), file);
-    const std::uint32_t groups = bench.results().groupCount();
     tell(bench, groups == 1 ? TextId::oneGroupSaved : TextId::manyGroupsSaved,
          {shownName(file), std::to_string(groups)});
 }
 
 void exportTable(Workbench& bench, const std::u16string& windowTitle)
 {
-    if (bench.session() == nullptr)
-        return;
-    tell(bench, desktop_text::listExporting, {});
+    const auto running = bench.session() != nullptr ? bench.begin(Job::saving) : nullptr;
+    if (!running)
+        return showProblem(bench, std::u16string(text(desktop_text::listBusy)));
     Platform& platform = bench.platform();
-    const ExportOutcome outcome =
-        exportCsv(bench.results(), viewOfColumns(columnsInView(bench), bench.session()->access.source), windowTitle,
-                  {platform.output(), platform.processes(), platform.places(), platform.clock()});
-    if (outcome.message.empty())
-        tell(bench, desktop_text::listExported, {shownName(outcome.file)});
-    else
-        bench.tell(outcome.message);
+    ListProgress progress(bench, shown(desktop_text::listExporting));
+    const auto goOn = [&](std::size_t done, std::size_t total) {
+        progress.step(done, total);
+        return !bench.cancel().cancelled();
+    };
+    tellExported(bench,
+                 exportCsv(bench.results(), viewOfColumns(columnsInView(bench), bench.session()->access.source),
+                           windowTitle, {platform.output(), platform.processes(), platform.places(), platform.clock()},
+                           goOn));
 }
 
 }  // namespace kelvane

@@ -22,11 +22,16 @@ ListHeader::ListHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent), t
     setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     setStretchLastSection(false);
     setColumns({});
+    connect(this, &QHeaderView::sectionResized, this, [this](int section, int, int width) {
+        if (!placing_ && section > 0)
+            Q_EMIT widthChosen(columns_[static_cast<std::size_t>(section) - 1].name, width);
+    });
 }
 
-void ListHeader::setColumns(const std::vector<ListColumn>& columns)
+void ListHeader::setColumns(const std::vector<ListColumn>& columns, const std::map<std::string, int>& kept)
 {
-    std::map<std::string, int> widths;
+    placing_ = true;
+    std::map<std::string, int> widths = kept;
     for (std::size_t index = 0; index < columns_.size(); ++index)
         widths[columns_[index].name] = sectionSize(static_cast<int>(index) + 1);
     columns_ = columns;
@@ -41,6 +46,7 @@ void ListHeader::setColumns(const std::vector<ListColumn>& columns)
         const auto known = widths.find(column.name);
         resizeSection(section, known != widths.end() ? known->second : firstWidth(column));
     }
+    placing_ = false;
     Q_EMIT columnsChanged();
 }
 

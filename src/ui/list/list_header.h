@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QHeaderView>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "ui/list/list_columns.h"
@@ -18,8 +20,8 @@ class ListHeader final : public QHeaderView {
 public:
     explicit ListHeader(QWidget* parent);
 
-    // Widths of columns that were there before stay.
-    void setColumns(const std::vector<ListColumn>& columns);
+    // As wide as they were, else as wide as said, else as their kind wants it.
+    void setColumns(const std::vector<ListColumn>& columns, const std::map<std::string, int>& kept = {});
     [[nodiscard]] const std::vector<ListColumn>& columns() const { return columns_; }
     // The columns as they stand from the left, whatever order they came in.
     [[nodiscard]] std::vector<std::string> namesInOrder() const;
@@ -29,12 +31,14 @@ public:
 
 Q_SIGNALS:
     void columnsChanged();
+    void widthChosen(const std::string& name, int width);  // by the person
 
 private:
     [[nodiscard]] int firstWidth(const ListColumn& column) const;
 
     QStandardItemModel* titles_;
     std::vector<ListColumn> columns_;
+    bool placing_ = false;  // sections that change now are not changed by the person
 };
 
 }  // namespace kelvane

@@ -2,14 +2,17 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <utility>
 
 #include "base/desktop_texts/list.h"
 #include "results/result_sort.h"
 #include "ui/core/window_link.h"
+#include "ui/list/list_memory.h"
 
 namespace kelvane {
 
-ListSorting::ListSorting(WindowLink& link, ListHeader& header) : QObject(&header), link_(link), header_(header)
+ListSorting::ListSorting(WindowLink& link, ListHeader& header)
+    : QObject(&header), link_(link), header_(header), grouped_(ListMemory(link.desktop().memory).keepsGroups())
 {
     connect(&header, &QHeaderView::sectionClicked, this, [this](int section) {
         if (section > 0)
@@ -18,8 +21,17 @@ ListSorting::ListSorting(WindowLink& link, ListHeader& header) : QObject(&header
     });
     connect(&header, &ListHeader::columnsChanged, this, &ListSorting::showKeys);
     connect(&link, &WindowLink::listBegan, this, [this] {
+        fresh_ = true;
         keys_.clear();
         showKeys();
+    });
+    connect(&link, &WindowLink::jobChanged, this, [this](Job job) {
+        if (job == Job::none && std::exchange(fresh_, false))
+            sortAsKept();
+    });
+    connect(&link, &WindowLink::closeAsked, this, [this] {
+        if (cancel_)
+            cancel_->cancel();
     });
 }
 
@@ -53,6 +65,7 @@ void ListSorting::sortBy(const std::string& column, bool further)
         keys_.push_back(key);
     showKeys();
     sort();
+    rememberOrder();
 }
 
 void ListSorting::unsort()
@@ -60,11 +73,13 @@ void ListSorting::unsort()
     keys_.clear();
     showKeys();
     sort();
+    link_.desktop().memory.setSortOrder({});
 }
 
 void ListSorting::keepGrouped(bool on)
 {
     grouped_ = on;
+    ListMemory(link_.desktop().memory).setKeepsGroups(on);
     sort();
 }
 
@@ -80,21 +95,94 @@ void ListSorting::showKeys()
                                  keys_.front().ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
-void ListSorting::sort()
+// A newer sorting ends the one that is under way.
+std::shared_ptr<CancelFlag> ListSorting::beginSorting()
 {
     if (cancel_)
         cancel_->cancel();
     cancel_ = std::make_shared<CancelFlag>();
-    link_.run([keys = keys_, grouped = grouped_ || keys_.empty(), cancel = cancel_](Workbench& bench) {
-        if (bench.session() == nullptr)
-            return;
-        std::vector<SortKey> wanted;
-        for (const Key& key : keys)
-            if (const PropRef property = bench.session()->access.catalogue.byName(key.column))
-                wanted.push_back({property, key.ascending});
-        static_cast<void>(sortResults(bench.results(), wanted, grouped ? GroupedOrder::yes : GroupedOrder::no,
-                                      bench.session()->access.source, *cancel));
+    return cancel_;
+}
+
+void ListSorting::sortBy(Workbench& bench, const std::vector<Key>& keys, bool grouped, const CancelFlag& cancel)
+{
+    if (bench.session() == nullptr)
+        return;
+    const PropertyAccess& access = bench.session()->access;
+    std::vector<SortKey> wanted;
+    for (const Key& key : keys)
+        if (const PropRef property = access.catalogue.byName(key.column))
+            wanted.push_back({property, key.ascending});
+    static_cast<void>(
+        sortResults(bench.results(), wanted, grouped ? GroupedOrder::yes : GroupedOrder::no, access.source, cancel));
+}
+
+void ListSorting::sort()
+{
+    link_.run([keys = keys_, grouped = grouped_ || keys_.empty(), cancel = beginSorting()](Workbench& bench) {
+        sortBy(bench, keys, grouped, *cancel);
     });
+}
+
+// By the properties' own keys, which only the catalogue knows.
+void ListSorting::rememberOrder()
+{
+    link_.fetch(
+        this,
+        [keys = keys_](Workbench& bench) {
+            std::vector<StoredSortKey> stored;
+            for (const Key& key : keys)
+                if (const PropRef property =
+                        bench.session() != nullptr ? bench.session()->access.catalogue.byName(key.column) : PropRef())
+                    stored.push_back({property.info->key, key.ascending});
+            return stored;
+        },
+        [this](std::vector<StoredSortKey> stored) {
+            if (!stored.empty())
+                link_.desktop().memory.setSortOrder(std::move(stored));
+        });
+}
+
+// What was clicked while the list was filled goes before what is remembered: it is newer.
+void ListSorting::sortAsKept()
+{
+    if (!keys_.empty())
+        return sort();
+    const std::vector<StoredSortKey>& stored = link_.desktop().memory.sortOrder();
+    if (stored.empty())
+        return;
+    const auto cancel = beginSorting();
+    link_.fetchOfList(
+        this,
+        [stored, grouped = grouped_, cancel](Workbench& bench) {
+            std::vector<Key> keys = keysOf(bench.session()->access.catalogue, stored);
+            if (!keys.empty())
+                sortBy(bench, keys, grouped, *cancel);
+            return keys;
+        },
+        [this, cancel](const std::vector<Key>& keys) {
+            if (cancel->cancelled())
+                return;  // the person sorted by something else meanwhile
+            keys_ = keys;
+            showKeys();
+        });
+}
+
+std::vector<ListSorting::Key> ListSorting::keysOf(const PropertyCatalogue& catalogue,
+                                                  const std::vector<StoredSortKey>& stored)
+{
+    std::vector<PropRef> known;
+    for (const std::string& name : catalogue.names())
+        known.push_back(catalogue.byName(name));
+    std::vector<Key> keys;
+    for (const StoredSortKey& key : stored) {
+        const auto found = std::find_if(known.begin(), known.end(), [&](const PropRef& property) {
+            return property && property.info->key == key.property;
+        });
+        if (found != known.end())
+            keys.push_back({std::string(found->info->name), key.ascending});
+    }
+    return keys;
 }
 
 }  // namespace kelvane

@@ -1,4 +1,4 @@
-// By which columns the list is sorted.
+// By which columns the list is sorted, and that further lists are sorted likewise.
 #pragma once
 
 #include <QObject>
@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/sort_order.h"
 #include "base/cancel.h"
 #include "ui/frame/frame_parts.h"
 #include "ui/list/list_header.h"
@@ -13,7 +14,7 @@
 namespace kelvane {
 
 // Main thread; the work is done on the window's. A click on a title sorts by it, another one turns the order round;
-// with shift the column is a further key.
+// with shift the column is a further key. A list that was filled is put in the order that is remembered.
 class ListSorting final : public QObject {
     Q_OBJECT
 
@@ -33,13 +34,20 @@ private:
     };
 
     void sort();
+    void sortAsKept();
+    void rememberOrder();
+    [[nodiscard]] std::shared_ptr<CancelFlag> beginSorting();
     void showKeys();
+    [[nodiscard]] static std::vector<Key> keysOf(const PropertyCatalogue& catalogue,
+                                                 const std::vector<StoredSortKey>& stored);
+    static void sortBy(Workbench& bench, const std::vector<Key>& keys, bool grouped, const CancelFlag& cancel);
 
     WindowLink& link_;
     ListHeader& header_;
     std::vector<Key> keys_;
     std::shared_ptr<CancelFlag> cancel_;  // of the sorting that is under way: a newer one ends it
     bool grouped_ = true;
+    bool fresh_ = false;  // the list has begun, and its job has not ended yet
 };
 
 }  // namespace kelvane

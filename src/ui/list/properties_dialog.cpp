@@ -27,7 +27,7 @@ struct ItemFacts {
 ItemFacts factsOf(Workbench& bench, ItemId id)
 {
     ItemFacts facts;
-    if (bench.session() == nullptr || static_cast<std::uint32_t>(id) >= bench.results().idLimit())
+    if (bench.session() == nullptr)
         return facts;
     ItemContext& file = bench.results().file(id);
     const PropertySource& source = bench.session()->access.source;
@@ -69,14 +69,14 @@ void showFacts(WindowLink& link, const ItemFacts& facts)
     column->addWidget(tree);
     column->addWidget(buttons);
     dialog->resize(560, 380);
-    dialog->open();
+    link.boxes().open(dialog);
 }
 
 }  // namespace
 
 void showProperties(WindowLink& link, ItemId item)
 {
-    link.fetch(
+    link.fetchOfList(
         &link, [item](Workbench& bench) { return factsOf(bench, item); },
         [&link](const ItemFacts& facts) { showFacts(link, facts); });
 }

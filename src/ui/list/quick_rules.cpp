@@ -23,6 +23,8 @@ void keepBy(WindowLink& link, KeepRule rule)
     link.run([rule](Workbench& bench) {
         if (bench.session() == nullptr)
             return;
+        if (bench.job() != Job::none)  // a list that still grows has no oldest one
+            return bench.tell(text(desktop_text::listBusy));
         MarkingPlan plan;
         plan.chain.push_back({rule, {}, {}});
         const auto marked =

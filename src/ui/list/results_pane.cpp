@@ -8,6 +8,7 @@
 #include "ui/list/columns_dialog.h"
 #include "ui/list/filter_bar.h"
 #include "ui/list/list_header.h"
+#include "ui/list/list_memory.h"
 
 namespace kelvane {
 namespace {
@@ -41,6 +42,8 @@ ResultsPane::ResultsPane(WindowLink& link, QWidget* parent)
     connect(filter_, &FilterBar::left, view_, [this] { view_->setFocus(); });
     connect(view_, &ResultsView::typed, this, &ResultsPane::findNext);
     connect(&view_->header(), &QHeaderView::sectionMoved, this, [this] { useColumns(view_->header().namesInOrder()); });
+    connect(&view_->header(), &ListHeader::widthChosen, this,
+            [this](const std::string& name, int width) { ListMemory(link_.desktop().memory).setWidth(name, width); });
     view_->header().setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&view_->header(), &QWidget::customContextMenuRequested, this, &ResultsPane::askColumns);
     connect(&link, &WindowLink::listBegan, this, [this] {
@@ -57,13 +60,19 @@ ResultsPane::ResultsPane(WindowLink& link, QWidget* parent)
 void ResultsPane::fetchColumns()
 {
     link_.fetch(
-        this, [](Workbench& bench) { return describedColumns(bench); },
+        this,
+        [kept = ListMemory(link_.desktop().memory).columns()](Workbench& bench) {
+            arrangeColumns(bench, kept);
+            return describedColumns(bench);
+        },
         [this](const std::vector<ListColumn>& columns) { showColumns(columns); });
 }
 
 void ResultsPane::useColumns(const std::vector<std::string>& names)
 {
-    link_.run([names](Workbench& bench) { chooseColumns(bench, names); });
+    ListMemory(link_.desktop().memory).choose(names, view_->header().columns());
+    if (names.empty())
+        view_->header().setColumns({});  // lets go of their widths
     fetchColumns();
 }
 
@@ -82,7 +91,7 @@ void ResultsPane::showDialog(const std::vector<ListColumn>& others)
         if (dialog->wantsDefaults() || !dialog->chosen().empty())
             useColumns(dialog->chosen());
     });
-    dialog->open();
+    link_.boxes().open(dialog);
 }
 
 void ResultsPane::findNext(const QString& typed)
@@ -105,7 +114,7 @@ void ResultsPane::showColumns(const std::vector<ListColumn>& columns)
 {
     if (columns == view_->header().columns())
         return;
-    view_->header().setColumns(columns);
+    view_->header().setColumns(columns, ListMemory(link_.desktop().memory).widths());
     view_->cells().clear();
     view_->columnsChanged();
 }

@@ -19,7 +19,7 @@ public:
 
     [[nodiscard]] ResultsView& view() const { return *view_; }
     [[nodiscard]] FilterBar& filterBar() const { return *filter_; }
-    // Asks which columns are in view, and shows them.
+    // Has the columns arranged as they are remembered, and shows them.
     void fetchColumns();
     // Lets the person choose among all properties.
     void askColumns();

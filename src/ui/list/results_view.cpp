@@ -1,6 +1,5 @@
 #include "ui/list/results_view.h"
 
-#include <QAccessible>
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -10,6 +9,7 @@
 #include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
 #include "ui/list/list_header.h"
+#include "ui/list/results_table.h"
 #include "ui/list/thumbnail_cache.h"
 
 namespace kelvane {
@@ -40,20 +40,18 @@ ResultsView::ResultsView(WindowLink& link, QWidget* parent)
     viewport()->setBackgroundRole(QPalette::Base);
     viewport()->setAutoFillBackground(true);
     tagColors_ = colorsOf(link.desktop().settings());
-    connect(&link, &WindowLink::rowsPatched, this, &ResultsView::patched);
-    connect(&link, &WindowLink::figuresChanged, this, &ResultsView::figuresCame);
-    connect(&link, &WindowLink::itemWanted, this, [this](ItemId item) {
-        for (Row row = 0; row < link_.rows().count(); ++row)
-            if (link_.rows().at(row).item == item)
-                return setCurrentRow(row);
+    connect(&link, &WindowLink::rowsPatched, this, [this](Row first, Row before, Row after) {
+        patched();
+        tellRows(*this, first, before, after);
     });
+    connect(&link, &WindowLink::figuresChanged, this, &ResultsView::figuresCame);
     connect(&link, &WindowLink::optionsChanged, this, [this] {
         tagColors_ = colorsOf(link_.desktop().settings());
         measure();
         columnsChanged();
     });
     connect(cells_, &CellCache::arrived, viewport(), qOverload<>(&QWidget::update));
-    connect(cells_, &CellCache::arrived, this, &ResultsView::describeCurrent);
+    connect(cells_, &CellCache::arrived, this, [this] { tellTexts(*this); });
     connect(pictures_, &ThumbnailCache::arrived, viewport(), qOverload<>(&QWidget::update));
     connect(&link, &WindowLink::listBegan, pictures_, &ThumbnailCache::clear);
     connect(header_, &QHeaderView::sectionResized, this, &ResultsView::columnsChanged);
@@ -138,22 +136,13 @@ void ResultsView::wantCells()
         pictures_->want(first, end);
 }
 
-// Told to people who do not see the list.
-void ResultsView::describeCurrent()
+QString ResultsView::groupText(Row row) const
 {
-    if (!QAccessible::isActive() || !current_)
-        return;
-    const RowEntry& entry = link_.rows().at(*current_);
-    const QStringList* const texts = cells_->find(entry.item);
-    QStringList parts;
-    if (link_.rows().figures().tickBoxes)
-        parts << shown(entry.isTicked() ? desktop_text::listTicked : desktop_text::listNotTicked);
-    if (texts != nullptr)
-        parts << *texts;
-    const std::size_t section = layout_.sectionOf(*current_);
-    if (layout_.hasHeadings())
-        parts << headingText(entry, layout_.endRow(section) - layout_.firstRow(section));
-    setAccessibleDescription(parts.join(QStringLiteral(", ")));
+    const RowEntry& entry = link_.rows().at(row);
+    if (!layout_.hasHeadings())
+        return QString::number(entry.group);
+    const std::size_t section = layout_.sectionOf(row);
+    return headingText(entry, layout_.endRow(section) - layout_.firstRow(section));
 }
 
 void ResultsView::columnsChanged()
@@ -184,6 +173,7 @@ void ResultsView::keepCurrent()
     const RowMirror& rows = link_.rows();
     if (rows.count() == 0) {
         current_.reset();
+        anchor_.reset();
         link_.setCurrentItem(std::nullopt);
         return;
     }
@@ -191,13 +181,8 @@ void ResultsView::keepCurrent()
     if (!current_ || !item) {
         current_ = 0;
     } else if (*current_ >= rows.count() || rows.at(*current_).item != *item) {
-        Row row = 0;
-        while (row < rows.count() && rows.at(row).item != *item)
-            ++row;
-        current_ = row < rows.count() ? row : std::min(*current_, rows.count() - 1);
+        current_ = rows.find(*item).value_or(std::min(*current_, rows.count() - 1));
     }
-    describeCurrent();
-    anchor_ = std::min(anchor_, rows.count() - 1);
     link_.setCurrentItem(rows.at(*current_).item);
 }
 

@@ -38,10 +38,13 @@ public:
     void selectAll();
     // Of the selected rows when the current one is among them, else of that one: the opposite of what it has.
     void toggleTicks();
+    // The opposite of what the item has.
+    void toggle(ItemId item, Mark mark);
+    // What the heading says of the row's group; its number alone where groups are torn apart.
+    [[nodiscard]] QString groupText(Row row) const;
     // Pictures side by side in place of rows with columns.
     void showThumbnails(bool on);
     [[nodiscard]] bool showsThumbnails() const { return thumbnails_; }
-    [[nodiscard]] std::vector<ItemId> selectedItems() const;
     // Where a row is shown, in the viewport's coordinates.
     [[nodiscard]] QRect rectOf(Row row) const;
     [[nodiscard]] QRect tickRectOf(Row row) const;
@@ -76,7 +79,6 @@ private:
     void patched();
     void figuresCame();
     void keepCurrent();
-    void describeCurrent();
 
     void paintSections(RowPainter& painter, const QRect& area) const;
     void paintRow(RowPainter& painter, const std::vector<ColumnSpan>& spans, Row row, std::size_t section) const;
@@ -90,7 +92,7 @@ private:
     [[nodiscard]] Row rowAPageAway(Row from, int step) const;
     void clicked(Row row, Qt::KeyboardModifiers modifiers);
     void select(Row first, Row last, bool keepOthers);
-    void toggle(std::vector<ItemId> items, Mark mark, bool on);
+    [[nodiscard]] Row anchorRow(Row otherwise) const;
     void startDrag();
     void showPath(const QPoint& viewportPosition, const QPoint& globalPosition);
 
@@ -101,7 +103,7 @@ private:
     ListLayout layout_;
     std::vector<QColor> tagColors_;
     std::optional<Row> current_;
-    Row anchor_ = 0;
+    std::optional<ItemId> anchor_;        // where a range of rows begins
     std::optional<QPoint> pressed_;       // where a drag may begin
     std::optional<Row> pressedSelected_;  // a plain click on a selected row counts when the button is let go
     bool grouped_ = true;

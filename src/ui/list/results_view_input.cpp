@@ -10,7 +10,9 @@
 
 #include "platform/native_text.h"
 #include "ui/core/text.h"
+#include "ui/list/item_choice.h"
 #include "ui/list/list_header.h"
+#include "ui/list/results_table.h"
 #include "ui/list/results_view.h"
 
 namespace kelvane {
@@ -28,10 +30,10 @@ namespace {
 }
 
 // Of files that have a path of their own.
-QList<QUrl> urlsOf(Workbench& bench, const std::vector<ItemId>& items)
+QList<QUrl> urlsOfSelection(Workbench& bench)
 {
     QList<QUrl> urls;
-    for (const ItemId id : items) {
+    for (const ItemId id : selectedRows(bench.results())) {
         const ShellItem& item = bench.results().item(id).file.item();
         if (item.inFileSystem())
             urls.append(urlOf(item.fullName()));
@@ -47,7 +49,7 @@ void ResultsView::setCurrentRow(Row row)
         return;
     current_ = row;
     link_.setCurrentItem(link_.rows().at(row).item);
-    describeCurrent();
+    tellCurrent(*this);
     scrollTo(row);
     viewport()->update();
 }
@@ -58,10 +60,10 @@ void ResultsView::goTo(Row row, Qt::KeyboardModifiers modifiers)
         return;
     setCurrentRow(row);
     if (modifiers.testFlag(Qt::ShiftModifier)) {
-        select(anchor_, row, false);
+        select(anchorRow(row), row, false);
         return;
     }
-    anchor_ = row;
+    anchor_ = link_.rows().at(row).item;
     select(row, row, false);
 }
 
@@ -78,34 +80,33 @@ void ResultsView::select(Row first, Row last, bool keepOthers)
     items.reserve(to - from + 1);
     for (Row row = from; row <= to; ++row)
         items.push_back(link_.rows().at(row).item);
-    link_.run([items = std::move(items), keepOthers](Workbench& bench) {
+    link_.runOnList([items = std::move(items), keepOthers](Workbench& bench) {
         if (!keepOthers)
             bench.results().clearSelection();
         bench.results().mark(items, Mark::selected, true);
     });
 }
 
-std::vector<ItemId> ResultsView::selectedItems() const
+// Turned round where it is known what they have: two fast clicks are two.
+void ResultsView::toggle(ItemId item, Mark mark)
 {
-    std::vector<ItemId> items;
-    for (Row row = 0; row < link_.rows().count(); ++row) {
-        if (link_.rows().at(row).isSelected())
-            items.push_back(link_.rows().at(row).item);
-    }
-    return items;
-}
-
-void ResultsView::toggle(std::vector<ItemId> items, Mark mark, bool on)
-{
-    link_.run([items = std::move(items), mark, on](Workbench& bench) { bench.results().mark(items, mark, on); });
+    link_.runOnList([item, mark](Workbench& bench) { bench.results().toggle(std::span(&item, 1), mark); });
 }
 
 void ResultsView::toggleTicks()
 {
-    if (!current_ || !link_.rows().figures().tickBoxes)
-        return;
-    const RowEntry& entry = link_.rows().at(*current_);
-    toggle(entry.isSelected() ? selectedItems() : std::vector{entry.item}, Mark::ticked, !entry.isTicked());
+    if (current_)
+        link_.runOnList([item = link_.rows().at(*current_).item](Workbench& bench) {
+            kelvane::toggleTicks(bench.results(), item);
+        });
+}
+
+// Where a range begins: an item, which may have gone elsewhere since.
+Row ResultsView::anchorRow(Row otherwise) const
+{
+    if (!anchor_ || otherwise >= link_.rows().count())
+        return otherwise;
+    return link_.rows().find(*anchor_).value_or(otherwise);
 }
 
 Row ResultsView::rowInNextGroup(Row from, int step) const
@@ -180,12 +181,11 @@ void ResultsView::clicked(Row row, Qt::KeyboardModifiers modifiers)
     }
     setCurrentRow(row);
     if (modifiers.testFlag(Qt::ShiftModifier)) {
-        select(anchor_, row, true);
+        select(anchorRow(row), row, true);
         return;
     }
-    anchor_ = row;
-    const RowEntry& entry = link_.rows().at(row);
-    toggle({entry.item}, Mark::selected, !entry.isSelected());
+    anchor_ = link_.rows().at(row).item;
+    toggle(*anchor_, Mark::selected);
 }
 
 void ResultsView::mousePressEvent(QMouseEvent* event)
@@ -199,8 +199,8 @@ void ResultsView::mousePressEvent(QMouseEvent* event)
     const RowEntry& entry = link_.rows().at(*row);
     if (event->button() == Qt::LeftButton && link_.rows().figures().tickBoxes && tickRectOf(*row).contains(point)) {
         setCurrentRow(*row);
-        anchor_ = *row;
-        toggle({entry.item}, Mark::ticked, !entry.isTicked());
+        anchor_ = entry.item;
+        toggle(entry.item, Mark::ticked);
         return;
     }
     if (event->button() == Qt::LeftButton)
@@ -254,9 +254,8 @@ void ResultsView::contextMenuEvent(QContextMenuEvent* event)
 // The paths come from the window's thread, so that the drag begins a moment after the mouse moved.
 void ResultsView::startDrag()
 {
-    std::vector<ItemId> items = selectedItems();
     link_.fetch(
-        this, [items](Workbench& bench) { return urlsOf(bench, items); },
+        this, [](Workbench& bench) { return urlsOfSelection(bench); },
         [this](const QList<QUrl>& urls) {
             if (urls.isEmpty() || (QApplication::mouseButtons() & Qt::LeftButton) == 0)
                 return;
@@ -275,7 +274,7 @@ void ResultsView::showPath(const QPoint& viewportPosition, const QPoint& globalP
         return;
     const ItemId item = link_.rows().at(*row).item;
     const QRect rect = rectOf(*row);
-    link_.fetch(
+    link_.fetchOfList(
         this,
         [item](Workbench& bench) { return toQt(displayFromNative(bench.results().item(item).file.item().fullName())); },
         [this, globalPosition, rect](const QString& path) {

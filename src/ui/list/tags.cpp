@@ -5,6 +5,7 @@
 #include "results/quick_filter.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/list/item_choice.h"
 #include "ui/list/item_commands.h"
 
 namespace kelvane {
@@ -39,13 +40,15 @@ void fill(QMenu& menu, const WindowLink& link, const std::function<void(std::uin
 
 }  // namespace
 
-void installTags(const FrameParts& parts, ResultsView& view)
+void installTags(const FrameParts& parts)
 {
     WindowLink& link = parts.link;
     QMenu* const set = parts.commands.addSubmenu(MenuId::mark, "item.tag", say::listTag);
-    QObject::connect(set, &QMenu::aboutToShow, set, [set, &link, &view] {
-        fill(*set, link, [&link, &view](std::uint8_t tag) {
-            link.run([tag, items = itemsInQuestion(view)](Workbench& bench) { bench.results().setTag(items, tag); });
+    QObject::connect(set, &QMenu::aboutToShow, set, [set, &link] {
+        fill(*set, link, [&link](std::uint8_t tag) {
+            link.runOnList([tag, current = link.currentItem()](Workbench& bench) {
+                bench.results().setTag(itemsInQuestion(bench.results(), current), tag);
+            });
         });
     });
     QMenu* const show = parts.commands.addSubmenu(MenuId::view, "view.tag", say::listShowTag);

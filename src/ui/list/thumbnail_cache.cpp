@@ -59,7 +59,7 @@ void ThumbnailCache::fetchNext()
         if (pictures_.contains(item))
             continue;
         underWay_ = true;
-        link_.fetch(
+        link_.fetchOfList(
             this, [item](Workbench& bench) { return thumbnailOf(bench, item); },
             [this, item, generation = generation_](const QImage& image) { take(item, image, generation); });
     }
