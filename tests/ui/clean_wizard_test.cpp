@@ -1,8 +1,10 @@
 #include <QComboBox>
+#include <QListWidget>
 #include <QRadioButton>
 #include <QTreeView>
 
 #include "base/desktop_texts/clean.h"
+#include "ui/clean/place_list.h"
 #include "ui/clean/text_values.h"
 #include "ui/clean_world.h"
 #include "ui/core/text.h"
@@ -60,6 +62,28 @@ TEST(CleanWizard, AsksBeforeGroupsLoseEveryCopy)
     ASSERT_TRUE(clean.escape("wizardQuestion"));
     clean.world.onWindowThread([](Workbench&) {});
     EXPECT_THAT(clean.ticked(), IsEmpty());
+}
+
+// A folder that is picked by way of a link is the folder that the list has under its real name.
+TEST(CleanWizard, FoldersCountByWhateverNameTheyArePicked)
+{
+    CleanWorld clean;
+    clean.load({{"real/x", "other/x"}});
+    std::filesystem::create_directory_symlink(clean.world.tree.path("files/real"), clean.world.tree.path("short"));
+    const auto picked = bytesFromNative(clean.world.tree.path("short").native());
+    ASSERT_TRUE(clean.world.trigger("mark.wizard"));
+    auto* const dialog = clean.world.await<QDialog>("markWizard");
+    ASSERT_TRUE(dialog);
+    dialog->findChild<QAbstractButton*>(QStringLiteral("wizardMore"))->click();
+    auto* const list = dialog->findChild<QListWidget*>(QStringLiteral("wizardProtected"));
+    auto* const effect = dialog->findChild<QLabel*>(QStringLiteral("wizardEffect"));
+    dialog->findChild<QRadioButton*>(QStringLiteral("ruleLast"))->click();
+    EXPECT_TRUE(waitUntil([&] { return effect->text() == effectOf(1, 8, 1); })) << effect->text().toStdString();
+    qobject_cast<PlaceList*>(list->parentWidget())->add(picked);
+    EXPECT_TRUE(waitUntil([&] { return effect->text().contains(shown(TextId::oneProtectedStays)); }));
+    ASSERT_TRUE(clean.click("markWizard", "wizardApply"));
+    clean.world.onWindowThread([](Workbench&) {});
+    EXPECT_THAT(clean.ticked(), IsEmpty()) << "it was protected";
 }
 
 TEST(CleanWizard, PaneShowsWhatIsMarked)

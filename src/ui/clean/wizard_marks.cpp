@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "app/folder_forms.h"
 #include "base/desktop_texts/clean.h"
 #include "base/utf.h"
+#include "platform/native_text.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/text_values.h"
 #include "ui/core/text.h"
@@ -36,6 +38,30 @@ MarkingPorts portsOf(Workbench& bench)
     return {bench.session()->access.source, bench.platform().paths()};
 }
 
+// A folder is known to the list by one of its names only, and a person may have picked it by another one.
+MarkingPlan asListed(Workbench& bench, MarkingPlan plan)
+{
+    const PathRules& paths = bench.platform().paths();
+    const auto& definition = bench.session()->definition;
+    const auto roots = definition ? paths.splitRoots(definition->roots) : std::vector<std::string>();
+    const auto formsOf = [&](const std::string& folder) { return folderForms(nativeFromBytes(folder), roots); };
+    for (auto* const folders : {&plan.preferredFolders, &plan.protectedFolders}) {
+        std::vector<std::string> all;
+        for (const std::string& folder : *folders)
+            for (std::string& form : formsOf(folder))
+                all.push_back(std::move(form));
+        *folders = std::move(all);
+    }
+    for (MarkingRule& rule : plan.chain) {
+        if (rule.rule != KeepRule::under || rule.folder.empty())
+            continue;
+        auto forms = formsOf(rule.folder);
+        forms.front() = rule.folder;  // as it is: a separator at its end means something to the rule
+        rule.folder = formInList(forms, bench.results(), paths);
+    }
+    return plan;
+}
+
 QString protectedText(std::uint32_t items)
 {
     return items == 0 ? QString() : toQt(countedText(items, TextId::oneProtectedStays, TextId::manyProtectedStay));
@@ -56,7 +82,7 @@ WizardEffect previewOf(Workbench& bench, const MarkingPlan& plan)
 {
     if (bench.session() == nullptr)
         return {shown(say::wizardMarksNothing), {}, false};
-    const auto preview = previewMarks(bench.results(), plan, portsOf(bench));
+    const auto preview = previewMarks(bench.results(), asListed(bench, plan), portsOf(bench));
     if (!preview)
         return {toQt(preview.error().detail), {}, false};
     WizardEffect effect{{}, toQt(lossWarning(*preview)), true};
@@ -79,7 +105,7 @@ void markBy(Workbench& bench, const MarkingPlan& plan, const WizardFacts& facts,
     const auto ask = [&](std::u16string_view question) {
         return askYesNo(bench, "wizardQuestion", toQt(CMarkWizardDlg::title()), toQt(question));
     };
-    const auto marked = wizard.apply(bench.results(), plan, portsOf(bench), ask);
+    const auto marked = wizard.apply(bench.results(), asListed(bench, plan), portsOf(bench), ask);
     bench.toMain(
         [hidden = memory.hiddenStayHidden](WindowLink& link) { link.desktop().wizard.hiddenStayHidden = hidden; });
     if (marked)
