@@ -10,6 +10,7 @@
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <algorithm>
 
 #include "base/desktop_texts/options.h"
@@ -84,6 +85,12 @@ GuideWindow::GuideWindow(WindowLink& link)
     layout->addLayout(middle, 1);
     open({});
     text_->setFocus();
+}
+
+void GuideWindow::showEvent(QShowEvent* event)
+{
+    windowHandle()->setTransientParent(nullptr);
+    QDialog::showEvent(event);
 }
 
 QWidget* GuideWindow::makeBar()

@@ -25,6 +25,10 @@ public:
     // A place by its name ("toc_clean"); the beginning where the guide has none of that name, and for an empty one.
     void goTo(const QString& name);
 
+protected:
+    // Read also while a question of the frame waits, which would keep the person from everything below the frame.
+    void showEvent(QShowEvent* event) override;
+
 private:
     struct Place {
         int page = 0;
