@@ -22,7 +22,6 @@ QCommandLinkButton* linkButton(TextId text, const char* name)
     auto* const button = new QCommandLinkButton(all.left(end), all.mid(end + 1));
     button->setObjectName(QString::fromLatin1(name));
     button->setAccessibleDescription(all.mid(end + 1));
-    button->setAutoDefault(false);
     return button;
 }
 

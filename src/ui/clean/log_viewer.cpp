@@ -133,7 +133,6 @@ private:
         const auto add = [&](const char* name, TextId text, QDialogButtonBox::ButtonRole role) {
             QPushButton* const button = buttons->addButton(shown(text), role);
             button->setObjectName(QString::fromLatin1(name));
-            button->setAutoDefault(false);
             return button;
         };
         connect(add("logCopy", say::copyAll, QDialogButtonBox::ActionRole), &QPushButton::clicked, this, [this] {

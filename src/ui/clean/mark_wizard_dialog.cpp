@@ -148,7 +148,6 @@ QWidget* MarkWizardDialog::makeFolderLine()
     folder_->setEnabled(wizard_.isEnabled(KeepRule::under));
     auto* const browse = new QPushButton(shown(say::wizardBrowse));
     browse->setObjectName(QStringLiteral("wizardBrowse"));
-    browse->setAutoDefault(false);
     browse->setEnabled(folder_->isEnabled());
     connect(browse, &QPushButton::clicked, this, [this] {
         pickFolder(this, shown(say::wizardFolderPicker), [this](const std::string& folder) { addFolder(folder); });

@@ -118,15 +118,20 @@ void MarkingPane::showSums()
 // Not while nobody sees it: every row is looked at.
 void MarkingPane::askFolders()
 {
-    if (!isVisible() || asked_)
+    if (!isVisible())
         return;
     showSums();
+    again_ = asked_;
+    if (asked_)
+        return;
     asked_ = true;
     link_.fetch(
         this, [](Workbench& bench) { return marksByFolder(bench.results(), mostFolders); },
         [this](const MarksByFolder& marks) {
             asked_ = false;
             takeFolders(marks);
+            if (again_)
+                delay_->start();
         });
 }
 

@@ -37,6 +37,7 @@ private:
     TextTableModel* folders_;
     QTimer* delay_;
     bool asked_ = false;  // the folders are on their way
+    bool again_ = false;  // and out of date already
 };
 
 }  // namespace kelvane

@@ -40,7 +40,6 @@ SummaryDialog::SummaryDialog(QWidget* parent, const std::string& html, std::func
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     QPushButton* const go = buttons->addButton(shown(desktop_text::cleanupGo), QDialogButtonBox::AcceptRole);
     go->setObjectName(QStringLiteral("cleanupGo"));
-    go->setAutoDefault(false);
     buttons->button(QDialogButtonBox::Cancel)->setDefault(true);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
