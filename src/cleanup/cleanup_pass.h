@@ -74,6 +74,9 @@ struct ItemOutcome {
 class PassObserver {
 public:
     virtual ~PassObserver() = default;
+    // Before an item is held and checked, which may take as long as its contents are compared. Items are checked some
+    // hundred ahead of those that end, and one of them may begin again.
+    virtual void itemBegins(std::size_t /*command*/) {}
     // Links only: items that follow are linked to this one.
     virtual void groupBegins(ItemId original) = 0;
     // Also with notReached, for everything behind the item at which the run was stopped.

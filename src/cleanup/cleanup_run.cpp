@@ -25,6 +25,11 @@ public:
         for (std::size_t command = 0; command < items_.size(); ++command)
             items_[command].command = command;
     }
+    void itemBegins(std::size_t command) override
+    {
+        if (watcher_ != nullptr)
+            watcher_->itemBegins(command);
+    }
     void groupBegins(ItemId original) override
     {
         if (log_ != nullptr)

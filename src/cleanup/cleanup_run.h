@@ -94,7 +94,7 @@ struct DirectDeletion {
 };
 
 // "Delete" for the selected rows in view, in expert mode only: into the trash, without a log and without questions.
-// What changed since the scan is left alone.
+// What changed since the scan is left alone. The watcher hears of progress alone.
 [[nodiscard]] DirectDeletion directDelete(const CleanupContext& context, bool expert, const CancelFlag& cancel);
 
 }  // namespace kelvane

@@ -36,8 +36,8 @@ bool isGone(const std::filesystem::path& path, FileSystem& files)
 
 class Sink final : public RemovalSink {
 public:
-    Sink(std::vector<Leaving>& items, JournalWriter& journal, FileSystem& files)
-        : items_(items), journal_(journal), files_(files)
+    Sink(std::vector<Leaving>& items, JournalWriter& journal, FileSystem& files, PassObserver* watcher)
+        : items_(items), journal_(journal), files_(files), watcher_(watcher)
     {
     }
     bool before(std::size_t item) override
@@ -50,18 +50,9 @@ public:
     }
     void after(std::size_t item, const RemovalOutcome& outcome) override
     {
-        Leaving& leaving = items_[item];
-        const bool failed = isFailedRemoval(outcome.code) || isIgnoredRemoval(outcome.code);
-        leaving.gone = !failed || isGone(leaving.removal.path, files_);
-        // Gone although the system reports a failure: settling looks for it.
-        leaving.open = failed && leaving.gone;
-        if (leaving.open)
-            return;
-        const EntryState state = leaving.gone ? EntryState::done : EntryState::notDone;
-        journalWorks_ =
-            journal_.finish(leaving.entry, state, LinkKind::none, outcome.trashed.value_or(std::filesystem::path{}))
-                .ok();
-        leaving.decided = journalWorks_;
+        note(items_[item], outcome);
+        if (watcher_ != nullptr)
+            watcher_->progress(++ended_, 0);
     }
     // What had no turn was left alone. Whether the run may come to its end: nothing is open.
     [[nodiscard]] bool settle()
@@ -76,9 +67,26 @@ public:
     }
 
 private:
+    void note(Leaving& leaving, const RemovalOutcome& outcome)
+    {
+        const bool failed = isFailedRemoval(outcome.code) || isIgnoredRemoval(outcome.code);
+        leaving.gone = !failed || isGone(leaving.removal.path, files_);
+        // Gone although the system reports a failure: settling looks for it.
+        leaving.open = failed && leaving.gone;
+        if (leaving.open)
+            return;
+        const EntryState state = leaving.gone ? EntryState::done : EntryState::notDone;
+        journalWorks_ =
+            journal_.finish(leaving.entry, state, LinkKind::none, outcome.trashed.value_or(std::filesystem::path{}))
+                .ok();
+        leaving.decided = journalWorks_;
+    }
+
     std::vector<Leaving>& items_;
     JournalWriter& journal_;
     FileSystem& files_;
+    PassObserver* watcher_;
+    std::uint64_t ended_ = 0;
     bool journalWorks_ = true;
 };
 
@@ -122,7 +130,7 @@ void takeAway(std::vector<Leaving>& items, const CleanupContext& context, Journa
     std::vector<RemovalItem> removals;
     for (const Leaving& leaving : items)
         removals.push_back(leaving.removal);
-    Sink sink(items, journal, context.ports.files);
+    Sink sink(items, journal, context.ports.files, context.watcher);
     (void)context.ports.operations.remove(removals, sink, cancel);
     TouchedVolumes touched;
     for (const Leaving& leaving : items) {

@@ -12,6 +12,7 @@ class PassReport {
 public:
     PassReport(const CleanupPlan& plan, PassObserver& observer) : plan_(plan), observer_(observer) {}
 
+    void begin(std::size_t command) { observer_.itemBegins(command); }
     // Each command of the pass ends once, in the order of the plan.
     void end(const ItemOutcome& outcome);
     // The command was not reached.

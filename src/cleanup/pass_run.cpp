@@ -46,6 +46,7 @@ PassBatch PassRun::gather(std::span<const std::size_t> commands, const Prepare& 
     while (batch.size() < most) {
         if (mustStop())
             return {};
+        report.begin(commands[batch.size()]);
         BatchItem item = prepare(commands[batch.size()]);
         if (isBecauseOf(item, ErrorKind::cancelled) && cancel_.cancelled())
             continue;  // asks, and holds the item anew when the run goes on

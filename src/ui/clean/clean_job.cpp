@@ -53,19 +53,23 @@ void note(Workbench& bench, const CScanNode& definition, const CleanupReport& re
         bench.tell(text(desktop_text::cleanupNotNoted));
 }
 
-void tellTroubles(Workbench& bench, const CleanupReport& report)
+void warn(Workbench& bench, const QString& text)
 {
-    const auto warn = [&](const QString& text) {
-        bench.toMain([text](WindowLink& link) {
-            openBox(link, {"cleanupTrouble", QMessageBox::Warning, shown(TextId::cleanupTitle), text});
-        });
-    };
+    bench.toMain([text](WindowLink& link) {
+        openBox(link, {"cleanupTrouble", QMessageBox::Warning, shown(TextId::cleanupTitle), text});
+    });
+}
+
+// The status line alone is easily missed after a page that was confirmed.
+void tellTroubles(Workbench& bench, const CleanupReport& report, bool confirmed)
+{
+    if (report.refused && confirmed)
+        warn(bench, shown(desktop_text::cleanupNotBegun, {report.refused->detail}));
     if (const auto& error = report.pass.journalError)
-        warn(shown(desktop_text::cleanupNoJournal, {textOf({CleanupFault::journal, *error})}));
+        warn(bench, shown(desktop_text::cleanupNoJournal, {textOf({CleanupFault::journal, *error})}));
     if (const auto& error = report.logFailure)
-        warn(shown(desktop_text::logNotWritten,
-                   {pathShown(report.log).toStdString(), errorShown(*error).toStdString()}));
-    // The status line alone is easily missed after a page that was confirmed.
+        warn(bench, shown(desktop_text::logNotWritten,
+                          {pathShown(report.log).toStdString(), errorShown(*error).toStdString()}));
     if (report.refused && !report.ran && !report.plan.skipped.empty())
         tellLeft(bench, leftItems(report, bench.results()));
 }
@@ -91,8 +95,9 @@ CleanupReport carryOut(Workbench& bench, const CScanNode& definition, CleanupMem
     Desktop& desktop = bench.desktop();
     const SharedElevation elevation(desktop, memory);
     CleanupTools tools(desktop.platform(), &desktop.application().linkHelper());
-    const CleanupContext context =
+    CleanupContext context =
         tools.context(bench.results(), definition, bench.session()->options, memory, dialogs, &dialogs);
+    dialogs.watchLooks(context.facts);
     return cleanUp(context, cleanupOptionsFrom(desktop.settings()), bench.cancel());
 }
 
@@ -113,7 +118,7 @@ void cleanUpMarked(Workbench& bench, CleanupMemory& memory)
         note(bench, definition, report);
         tellLeft(bench, leftItems(report, bench.results()));
     }
-    tellTroubles(bench, report);
+    tellTroubles(bench, report, dialogs.isConfirmed());
     running.reset();
     if (dialogs.wantsSave())
         saveLater(bench);
@@ -134,7 +139,9 @@ void deleteSelected(Workbench& bench, CleanupMemory& memory)
     const CleanupContext context =
         tools.context(bench.results(), definition, session->options, memory, dialogs, &dialogs);
     const bool expert = cleanupOptionsFrom(bench.desktop().settings()).expert;
+    dialogs.expect(bench.results().inView(Mark::selected).items);
     const DirectDeletion deleted = directDelete(context, expert, bench.cancel());
+    dialogs.endProgress();
     if (deleted.refused)
         return;
     if (deleted.removed > 0)

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <algorithm>
+#include <tuple>
 
 #include "base/desktop_texts/clean.h"
 #include "base/desktop_texts/frame.h"
@@ -80,6 +81,9 @@ CleanupChoice CleanupDialogs::choose(bool linksOffered)
 
 Trashless CleanupDialogs::withoutTrash(std::span<const TrashlessVolume> volumes)
 {
+    progress_.end();
+    if (bench_.cancel().cancelled())
+        return Trashless::stop;
     return bench_.ask<Trashless>(Trashless::stop, [lines = linesOf(volumes)](WindowLink& link, auto hold) {
         (new TrashlessDialog(topOf(link), lines, [hold](Trashless answer) { hold->give(answer); }))->open();
     });
@@ -87,12 +91,14 @@ Trashless CleanupDialogs::withoutTrash(std::span<const TrashlessVolume> volumes)
 
 bool CleanupDialogs::confirm(const CleanupSummary& summary)
 {
-    if (!askSummary(summary.html) || bench_.cancel().cancelled())
+    progress_.end();
+    if (bench_.cancel().cancelled() || !askSummary(summary.html) || bench_.cancel().cancelled())
         return false;
     if (!marksStand(summary.plan)) {
         showStatus(text(desktop_text::marksChanged));
         return false;
     }
+    confirmed_ = true;
     beginProgress(summary.plan);
     return true;
 }
@@ -110,9 +116,11 @@ bool CleanupDialogs::askSummary(const std::string& html)
 bool CleanupDialogs::marksStand(const CleanupPlan& plan)
 {
     const ResultsModel& results = bench_.results();
+    const auto isAsPlanned = [&](ItemId id, std::uint32_t group, bool marked) {
+        return results.rowOf(id) && results.isMarked(id) == marked && results.item(id).groupNumber() == group;
+    };
     return std::all_of(plan.commands.begin(), plan.commands.end(), [&](const CleanupCommand& command) {
-        return results.rowOf(command.item) && results.isMarked(command.item) && results.rowOf(command.kept) &&
-               !results.isMarked(command.kept);
+        return isAsPlanned(command.item, command.group, true) && isAsPlanned(command.kept, command.group, false);
     });
 }
 
@@ -123,10 +131,36 @@ void CleanupDialogs::beginProgress(const CleanupPlan& plan)
     std::uint64_t bytes = 0;
     planned_.clear();
     for (const CleanupCommand& command : plan.commands) {
-        planned_.push_back(command.item);
-        bytes += bytesCount_ ? command.bytes : 0;
+        planned_.push_back({command.item, bytesCount_ ? command.bytes : 0});
+        bytes += planned_.back().bytes;
     }
     progress_.begin(shown(workOf(plan.action)), planned_.size(), bytes);
+}
+
+void CleanupDialogs::expect(std::uint64_t items)
+{
+    progress_.expect(shown(TextId::movingToTrash), items);
+}
+
+template <class Answer, class... Items>
+std::function<Answer(Items...)> CleanupDialogs::watched(std::function<Answer(Items...)> ask)
+{
+    return [this, ask = std::move(ask)](Items... items) {
+        if (bench_.cancel().cancelled())
+            return Answer{};
+        progress_.look([&] { return pathShown(std::get<0>(std::tie(items...)).path()); });
+        return ask(items...);
+    };
+}
+
+void CleanupDialogs::watchLooks(CleanupFacts& facts)
+{
+    progress_.expect(shown(desktop_text::planProgress), 0);
+    facts.onNetwork = watched(std::move(facts.onNetwork));
+    facts.linkCount = watched(std::move(facts.linkCount));
+    facts.canClone = watched(std::move(facts.canClone));
+    facts.sharedBytes = watched(std::move(facts.sharedBytes));
+    facts.metadataLoss = watched(std::move(facts.metadataLoss));
 }
 
 ExternalLink CleanupDialogs::linkToExternal(std::u16string_view question)
@@ -161,7 +195,7 @@ bool CleanupDialogs::confirmStop(std::u16string_view question)
         "cleanupStop",    QMessageBox::Question, cleanupTitle(), toQt(question), QMessageBox::Yes | QMessageBox::No,
         QMessageBox::Yes, QMessageBox::Yes};
     bench_.cancel().reset();  // ahead, so that a wish to stop that follows the answer at once is not lost
-    const bool stops = askBox(bench_, spec, QMessageBox::Yes) == QMessageBox::Yes;
+    const bool stops = bench_.stopIsAgreed() || askBox(bench_, spec, QMessageBox::Yes) == QMessageBox::Yes;
     if (stops)
         bench_.cancel().cancel();
     return stops;
@@ -178,15 +212,29 @@ bool CleanupDialogs::notify(std::u16string_view text)
     return askNotice(bench_, {"cleanupDone", QMessageBox::Information, cleanupTitle(), toQt(text).trimmed()}).never;
 }
 
+QString CleanupDialogs::nameOf(std::size_t command) const
+{
+    return command < planned_.size() ? pathShown(bench_.results().item(planned_[command].item).file.item().path())
+                                     : QString();
+}
+
+void CleanupDialogs::itemBegins(std::size_t command)
+{
+    current_ = command;
+    for (; begun_ < command; ++begun_)
+        bytesBegun_ += planned_.at(begun_).bytes;
+    progress_.item(ended_, bytesBegun_, [this] { return nameOf(current_); });
+}
+
 void CleanupDialogs::itemEnded(const ItemOutcome& outcome)
 {
-    ended_ = outcome.command;
+    current_ = outcome.command;
 }
 
 void CleanupDialogs::progress(std::uint64_t items, std::uint64_t bytes)
 {
-    progress_.item(items, bytesCount_ ? bytes : 0,
-                   [&] { return pathShown(bench_.results().item(planned_.at(ended_)).file.item().path()); });
+    ended_ = items;
+    progress_.item(items, bytesCount_ ? std::max(bytes, bytesBegun_) : 0, [this] { return nameOf(current_); });
 }
 
 }  // namespace kelvane

@@ -1,6 +1,7 @@
 // What a clean-up asks and tells, as dialogs over its window.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "cleanup/cleanup_questions.h"
@@ -33,10 +34,19 @@ public:
     [[nodiscard]] bool notify(std::u16string_view text) override;
 
     void groupBegins(ItemId /*original*/) override {}
+    void itemBegins(std::size_t command) override;
     void itemEnded(const ItemOutcome& outcome) override;
     void progress(std::uint64_t items, std::uint64_t bytes) override;
 
+    // Tells of the looks at marked files that planning takes. Once the person cancels nothing is looked at any more,
+    // and confirm() says no.
+    void watchLooks(CleanupFacts& facts);
+    // Progress for so many items without a plan.
+    void expect(std::uint64_t items);
+
     [[nodiscard]] bool wantsSave() const { return wantsSave_; }
+    // Whether a pass was to begin.
+    [[nodiscard]] bool isConfirmed() const { return confirmed_; }
     // The work is over, or never began.
     void endProgress() { progress_.end(); }
 
@@ -48,10 +58,22 @@ private:
     Workbench& bench_;
     ProgressTeller progress_;
     CleanupWay way_;
+    template <class Answer, class... Items>
+    std::function<Answer(Items...)> watched(std::function<Answer(Items...)> ask);
+    [[nodiscard]] QString nameOf(std::size_t command) const;
+
     bool wantsSave_ = false;
-    bool bytesCount_ = false;      // for how long it takes
-    std::vector<ItemId> planned_;  // by the number of the command
-    std::size_t ended_ = 0;        // the command that ended last
+    bool confirmed_ = false;
+    bool bytesCount_ = false;  // for how long it takes
+    struct Planned {
+        ItemId item{};
+        std::uint64_t bytes = 0;
+    };
+    std::vector<Planned> planned_;  // by the number of the command
+    std::size_t current_ = 0;       // the command that is worked on
+    std::size_t begun_ = 0;         // commands before this one were begun
+    std::uint64_t bytesBegun_ = 0;  // of these
+    std::uint64_t ended_ = 0;       // items
 };
 
 }  // namespace kelvane

@@ -8,6 +8,7 @@
 #include "ui/clean/mark_wizard_dialog.h"
 #include "ui/clean/marking_pane.h"
 #include "ui/clean/runs_dialog.h"
+#include "ui/clean/settling.h"
 #include "ui/clean/taking_back.h"
 #include "ui/core/window_link.h"
 
@@ -53,7 +54,7 @@ void addCleanCommands(const FrameParts& parts, const CleanMemory& memory)
         {.name = "clean.log", .label = say::commandCleanupLog, .menu = MenuId::tools, .run = [&link, memory] {
              openLastLog(link, memory);
          }});
-    parts.commands.add(
+    QAction* const direct = parts.commands.add(
         {.name = "clean.deleteDirectly",
          .label = say::commandDeleteDirectly,
          .menu = MenuId::edit,
@@ -62,6 +63,10 @@ void addCleanCommands(const FrameParts& parts, const CleanMemory& memory)
          .when = when::idle | when::isSelected,
          .leastMode = InterfaceMode::advanced,
          .beginsSection = true});
+    // Its keys are for whoever is in the list: in a pane's list they mean what is selected there.
+    parts.window.removeAction(direct);
+    parts.window.centralWidget()->addAction(direct);
+    direct->setShortcutContext(Qt::WidgetWithChildrenShortcut);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ LeftItems leftItems(const CleanupReport& report, const ResultsModel& results)
 
 void tellLeft(Workbench& bench, LeftItems left)
 {
-    if (left.items.empty())
+    if (left.items.empty() || bench.isClosing())
         return;
     bench.results().clearSelection();
     bench.results().mark(left.items, Mark::selected, true);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 #include <cstdint>
 
 class QLabel;
@@ -12,7 +13,7 @@ namespace kelvane {
 class WindowLink;
 
 struct ProgressState {
-    std::uint64_t items = 0, totalItems = 0;
+    std::uint64_t items = 0, totalItems = 0;  // no total: nobody knows how long it takes
     std::uint64_t bytes = 0, totalBytes = 0;  // no total: bytes say nothing of the time
     QString current;
 };
@@ -39,6 +40,7 @@ private:
     QProgressBar* bar_;
     QLabel* counts_;
     QLabel* current_;
+    QPointer<QLabel> status_;  // in the status line
 };
 
 }  // namespace kelvane

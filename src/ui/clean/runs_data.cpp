@@ -84,13 +84,13 @@ QStringList runItemTitles()
     return {shown(say::staysFile), shown(say::runsState)};
 }
 
-std::vector<RunLine> earlierRuns(Workbench& bench)
+Result<std::vector<RunLine>> earlierRuns(Workbench& bench)
 {
     std::vector<RunLine> lines;
     CleanupTools tools(bench.platform());
     const auto numbers = tools.journals().list();
     if (!numbers)
-        return lines;
+        return numbers.error();
     for (auto number = numbers->rbegin(); number != numbers->rend(); ++number) {
         const auto run = tools.journals().read(*number);
         lines.push_back(run ? lineOf(figuresOf(*run)) : unreadableLine(*number, run.error()));

@@ -28,7 +28,7 @@ struct RunItemLine {
 [[nodiscard]] QStringList runItemTitles();
 
 // On the thread of the window. The latest run first.
-[[nodiscard]] std::vector<RunLine> earlierRuns(Workbench& bench);
+[[nodiscard]] Result<std::vector<RunLine>> earlierRuns(Workbench& bench);
 [[nodiscard]] std::vector<RunItemLine> itemsOfRun(Workbench& bench, RunNumber run);
 
 }  // namespace kelvane

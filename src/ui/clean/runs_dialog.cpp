@@ -7,11 +7,13 @@
 #include <QSplitter>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "base/desktop_texts/clean.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/taking_back.h"
 #include "ui/clean/text_table_model.h"
+#include "ui/clean/text_values.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -44,6 +46,8 @@ RunsDialog::RunsDialog(WindowLink& link)
     setObjectName(QStringLiteral("earlierRuns"));
     setWindowTitle(shown(say::runsTitle));
     setAttribute(Qt::WA_DeleteOnClose);
+    none_->setObjectName(QStringLiteral("runsNone"));
+    none_->setWordWrap(true);
     none_->hide();
     itemTable_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     itemTable_->header()->resizeSection(0, 520);
@@ -99,7 +103,11 @@ void RunsDialog::read()
 {
     link_.fetch(
         this, [](Workbench& bench) { return earlierRuns(bench); },
-        [this](std::vector<RunLine> runs) { takeRuns(std::move(runs)); });
+        [this](Result<std::vector<RunLine>> runs) {
+            none_->setText(runs ? shown(say::runsNone)
+                                : shown(say::runsUnreadable, {errorShown(runs.error()).toStdString()}));
+            takeRuns(runs ? *std::move(runs) : std::vector<RunLine>());
+        });
 }
 
 void RunsDialog::takeRuns(std::vector<RunLine> runs)
@@ -107,8 +115,7 @@ void RunsDialog::takeRuns(std::vector<RunLine> runs)
     const RunLine* const before = current();
     const RunNumber wanted = before != nullptr ? before->number : RunNumber{};
     runs_ = std::move(runs);
-    items_.clear();
-    itemModel_->setRows({});
+    showItems({});
     runModel_->setRows(cellsOf(runs_));
     for (int column = 0; column < runModel_->columnCount(); ++column)
         runTable_->resizeColumnToContents(column);
@@ -128,6 +135,7 @@ void RunsDialog::readItems()
     if (line == nullptr)
         return;
     const RunNumber run = line->number;
+    showItems({});  // those of another run must not be taken for this one's
     link_.fetch(
         this, [run](Workbench& bench) { return itemsOfRun(bench, run); },
         [this, run](std::vector<RunItemLine> items) { takeItems(run, std::move(items)); });
@@ -139,9 +147,14 @@ void RunsDialog::takeItems(RunNumber run, std::vector<RunItemLine> items)
     const RunLine* const line = current();
     if (line == nullptr || line->number != run)
         return;  // another run was chosen meanwhile
-    items_ = std::move(items);
-    itemModel_->setRows(cellsOf(items_));
+    showItems(std::move(items));
     enableButtons();
+}
+
+void RunsDialog::showItems(std::vector<RunItemLine> items)
+{
+    itemModel_->setRows(cellsOf(items));
+    items_ = std::move(items);
 }
 
 const RunLine* RunsDialog::current() const
@@ -156,7 +169,18 @@ void RunsDialog::enableButtons()
     const RunLine* const line = current();
     const bool can = line != nullptr && line->canUndo && link_.job() == Job::none;
     takeAll_->setEnabled(can);
-    takeItems_->setEnabled(can && itemTable_->selectionModel()->hasSelection());
+    takeItems_->setEnabled(can && canTakeBackSelected());
+}
+
+bool RunsDialog::canTakeBackSelected() const
+{
+    const QItemSelection selected = itemTable_->selectionModel()->selection();
+    return std::any_of(selected.begin(), selected.end(), [this](const QItemSelectionRange& range) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            if (items_.at(static_cast<std::size_t>(row)).canUndo)
+                return true;
+        return false;
+    });
 }
 
 void RunsDialog::takeBackChosen(bool itemsOnly)

@@ -28,7 +28,9 @@ private:
     void takeRuns(std::vector<RunLine> runs);
     void takeItems(RunNumber run, std::vector<RunItemLine> items);
     void readItems();
+    void showItems(std::vector<RunItemLine> items);
     void enableButtons();
+    [[nodiscard]] bool canTakeBackSelected() const;
     void takeBackChosen(bool itemsOnly);
     [[nodiscard]] const RunLine* current() const;
 

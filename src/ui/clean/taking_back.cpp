@@ -3,7 +3,6 @@
 #include "app/cleanup_tools.h"
 #include "base/desktop_texts/clean.h"
 #include "cleanup/run_figures.h"
-#include "cleanup/settled_text.h"
 #include "cleanup/undo.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/items_dialog.h"
@@ -121,19 +120,19 @@ private:
     std::vector<QStringList> failed_;
 };
 
-// What cannot be read cannot be taken back.
-std::optional<RunNumber> latestRun(Workbench& bench, Journals& journals)
+// What cannot be read cannot be taken back. Number 0 is nobody's: there is none.
+Result<RunNumber> latestRun(Workbench& bench, Journals& journals)
 {
     const auto numbers = journals.list();
     if (!numbers)
-        return std::nullopt;
+        return numbers.error();
     for (auto number = numbers->rbegin(); number != numbers->rend(); ++number) {
         bench.serve();
         const auto run = journals.read(*number);
         if (run && figuresOf(*run).canUndo > 0)
             return *number;
     }
-    return std::nullopt;
+    return RunNumber{};
 }
 
 }  // namespace
@@ -146,6 +145,9 @@ void takeBackLast(Workbench& bench)
     CleanupTools tools(bench.platform());
     const auto last = latestRun(bench, tools.journals());
     if (!last)
+        return tellBox(bench, QMessageBox::Warning,
+                       shown(say::runsUnreadable, {errorShown(last.error()).toStdString()}));
+    if (*last == RunNumber{})
         return tellBox(bench, QMessageBox::Information, shown(say::undoNothing));
     TakingBack(bench, tools, {}).run(*last);
 }
@@ -157,24 +159,6 @@ void takeBack(Workbench& bench, RunNumber run, const std::set<std::filesystem::p
         return bench.tell(text(say::otherWorkRuns));
     CleanupTools tools(bench.platform());
     TakingBack(bench, tools, items).run(run);
-}
-
-void settleEarlierRuns(Workbench& bench)
-{
-    CleanupTools tools(bench.platform());
-    const auto runs = settleUnfinished(tools.journals(), tools.ports());
-    QStringList lines;
-    if (!runs)
-        lines.push_back(toQt(textOf({CleanupFault::journal, runs.error()})));
-    else
-        for (const SettledRun& run : *runs)
-            for (const std::string& line : settledLines(run))
-                lines.push_back(pathShown(std::string_view(line)));
-    if (lines.empty())
-        return;
-    bench.toMain([text = lines.join(QLatin1Char('\n'))](WindowLink& link) {
-        openBox(link, {"settledRuns", QMessageBox::Information, shown(say::settledTitle), text});
-    });
 }
 
 }  // namespace kelvane

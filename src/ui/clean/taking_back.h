@@ -1,4 +1,4 @@
-// Taking clean-ups back, and what earlier runs left half done.
+// Taking clean-ups back.
 #pragma once
 
 #include <filesystem>
@@ -16,7 +16,5 @@ class Workbench;
 void takeBackLast(Workbench& bench);
 // A run as a whole, after a question; only these items where any are named.
 void takeBack(Workbench& bench, RunNumber run, const std::set<std::filesystem::path>& items);
-// Brings what a crash left half done to an end, and tells about it.
-void settleEarlierRuns(Workbench& bench);
 
 }  // namespace kelvane

@@ -49,7 +49,7 @@ void WindowLink::cancelJob()
 void WindowLink::requestClose()
 {
     Q_EMIT closeAsked();
-    run([](Workbench& bench) { bench.closeRequested(); });
+    run([](Workbench& bench) { bench.closeAgreed(); });
 }
 
 void WindowLink::setCurrentItem(std::optional<ItemId> item)

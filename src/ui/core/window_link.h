@@ -57,7 +57,7 @@ public:
     }
     // Stops the job that runs, at once: not a work of the queue.
     void cancelJob();
-    // The person wants the window to close.
+    // The person wants the window to close, and agreed to stop the job that runs.
     void requestClose();
 
 Q_SIGNALS:

@@ -102,6 +102,12 @@ void Workbench::log(std::u16string_view line)
     toMain([text = toQt(line)](WindowLink& link) { Q_EMIT link.logged(text); });
 }
 
+void Workbench::closeAgreed()
+{
+    stopAgreed_ = true;
+    closeRequested();
+}
+
 void Workbench::closeRequested()
 {
     closing_ = true;

@@ -94,6 +94,11 @@ public:
 
     // Cancels a job that runs, and closes when it has ended.
     void closeRequested() override;
+    // The same after the person agreed to stop what goes on.
+    void closeAgreed();
+    [[nodiscard]] bool isClosing() const { return closing_; }
+    // A job that asks before it stops need not ask any more.
+    [[nodiscard]] bool stopIsAgreed() const { return stopAgreed_; }
 
 private:
     struct Slot;
@@ -114,6 +119,7 @@ private:
     ListNumber list_{};
     Job job_ = Job::none;
     bool closing_ = false;
+    bool stopAgreed_ = false;
 };
 
 }  // namespace kelvane
