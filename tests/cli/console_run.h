@@ -12,6 +12,7 @@
 #include "support/memory_file_system.h"
 #include "support/memory_run_cache.h"
 #include "support/memory_settings_store.h"
+#include "support/real_platform.h"
 
 namespace kelvane::testing {
 
@@ -32,43 +33,15 @@ struct Surroundings {
 // The real platform, but for its settings and what is kept between runs, lest those of whoever runs the tests take
 // part: the registry and the cache are in memory, and the places of INI files lie where nothing is unless a test puts
 // it there.
-class QuietPlatform : public Platform {
+class QuietPlatform : public RealPlatform {
 public:
     MemorySettingsStore settings;
     MemoryRunCaches caches;
     FakePlaces ownPlaces{std::filesystem::temp_directory_path() / "kelvane-no-such-folder"};
 
-    FileSystem& files() override { return real_->files(); }
-    FileOutput& output() override { return real_->output(); }
-    HeldFiles& heldFiles() override { return real_->heldFiles(); }
-    FileOperations& fileOperations() override { return real_->fileOperations(); }
-    ShellNamespace& shell() override { return real_->shell(); }
-    PathRules& paths() override { return real_->paths(); }
-    TextFolding& folding() override { return real_->folding(); }
-    Clock& clock() override { return real_->clock(); }
-    Priority& priority() override { return real_->priority(); }
-    PropertySystem& properties() override { return real_->properties(); }
-    PropertyReaders& readers() override { return real_->readers(); }
-    Terminal& terminal() override { return real_->terminal(); }
-    Interrupts& interrupts() override { return real_->interrupts(); }
-    InstancePorts& instancePorts() override { return real_->instancePorts(); }
-    Processes& processes() override { return real_->processes(); }
-    LinkMaker& links() override { return real_->links(); }
     Places& places() override { return ownPlaces; }
-    SystemFacts& systemFacts() override { return real_->systemFacts(); }
-    CrashCapture& crashCapture() override { return real_->crashCapture(); }
     SettingsStore& registry() override { return settings; }
-    TextModules& textModules() override { return real_->textModules(); }
-    TextDecoding& decoding() override { return real_->decoding(); }
-    XmlParsing& xml() override { return real_->xml(); }
-    PackagedFiles& packages() override { return real_->packages(); }
-    FilterPrograms& filters() override { return real_->filters(); }
-    WorkerProcesses& workers() override { return real_->workers(); }
-    SharedLibraries& libraries() override { return real_->libraries(); }
     RunCaches& runCaches() override { return caches; }
-
-private:
-    std::unique_ptr<Platform> real_ = makePlatform();
 };
 
 // The same with its files in memory, where they can be told to fail.
