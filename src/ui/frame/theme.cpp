@@ -18,53 +18,45 @@ bool isDark(const QPalette& palette)
 }
 
 struct Colours {
-    QColor window, base, alternate, text, dim, button, highlight, highlighted, link, tip;
+    QRgb window, base, alternate, text, dim, button, highlight, link, tip;
 };
+
+// Text against its ground: at least 7 to 1, what is disabled at least 3 to 1.
+constexpr Colours lightColours{.window = 0xf3f4f6,
+                               .base = 0xffffff,
+                               .alternate = 0xf6f8fa,
+                               .text = 0x1b1f24,
+                               .dim = 0x757b83,
+                               .button = 0xeceef1,
+                               .highlight = 0x1a5fb4,
+                               .link = 0x1a5fb4,
+                               .tip = 0xfffff0};
+constexpr Colours darkColours{.window = 0x2a2d31,
+                              .base = 0x202020,
+                              .alternate = 0x27292c,
+                              .text = 0xe8eaed,
+                              .dim = 0x8f969e,
+                              .button = 0x35393e,
+                              .highlight = 0x2f6fc4,
+                              .link = 0x7fb4ff,
+                              .tip = 0x3a3e44};
 
 QPalette paletteOf(const Colours& colours)
 {
-    QPalette palette(colours.text, colours.button, colours.button.lighter(150), colours.button.darker(160),
-                     colours.button.darker(120), colours.text, Qt::white, colours.base, colours.window);
+    const QColor text(colours.text), button(colours.button), dim(colours.dim);
+    QPalette palette(text, button, button.lighter(150), button.darker(160), button.darker(120), text, Qt::white,
+                     QColor(colours.base), QColor(colours.window));
     palette.setColor(QPalette::AlternateBase, colours.alternate);
     palette.setColor(QPalette::Highlight, colours.highlight);
-    palette.setColor(QPalette::HighlightedText, colours.highlighted);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, colours.link);
     palette.setColor(QPalette::LinkVisited, colours.link);
     palette.setColor(QPalette::ToolTipBase, colours.tip);
-    palette.setColor(QPalette::ToolTipText, colours.text);
-    palette.setColor(QPalette::PlaceholderText, colours.dim);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, dim);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, colours.dim);
+        palette.setColor(QPalette::Disabled, role, dim);
     return palette;
-}
-
-// Text against its ground: at least 7 to 1, what is disabled at least 3 to 1.
-QPalette lightPalette()
-{
-    return paletteOf({.window = QColor(0xf3, 0xf4, 0xf6),
-                      .base = Qt::white,
-                      .alternate = QColor(0xf6, 0xf8, 0xfa),
-                      .text = QColor(0x1b, 0x1f, 0x24),
-                      .dim = QColor(0x75, 0x7b, 0x83),
-                      .button = QColor(0xec, 0xee, 0xf1),
-                      .highlight = QColor(0x1a, 0x5f, 0xb4),
-                      .highlighted = Qt::white,
-                      .link = QColor(0x1a, 0x5f, 0xb4),
-                      .tip = QColor(0xff, 0xff, 0xf0)});
-}
-
-QPalette darkPalette()
-{
-    return paletteOf({.window = QColor(0x2a, 0x2d, 0x31),
-                      .base = QColor(0x20, 0x20, 0x20),
-                      .alternate = QColor(0x27, 0x29, 0x2c),
-                      .text = QColor(0xe8, 0xea, 0xed),
-                      .dim = QColor(0x8f, 0x96, 0x9e),
-                      .button = QColor(0x35, 0x39, 0x3e),
-                      .highlight = QColor(0x2f, 0x6f, 0xc4),
-                      .highlighted = Qt::white,
-                      .link = QColor(0x7f, 0xb4, 0xff),
-                      .tip = QColor(0x3a, 0x3e, 0x44)});
 }
 
 // Settings keep a colour as 0x00BBGGRR.
@@ -117,7 +109,7 @@ void applyTheme(Theme theme, const Settings& settings)
     const bool dark = theme == Theme::dark || (theme == Theme::system && systemIsDark);
     if (qApp->style()->objectName() != QStringLiteral("fusion"))
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    const QPalette palette = dark ? darkPalette() : lightPalette();
+    const QPalette palette = paletteOf(dark ? darkColours : lightColours);
     QApplication::setPalette(palette);
     QPalette views = palette;
     const bool own = settings.viewBackground != view_color::ofSystem && settings.viewBackground != view_color::dark;
