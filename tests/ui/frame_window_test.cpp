@@ -5,6 +5,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTextBlock>
 #include <QToolBar>
 #include <QTreeWidget>
 
@@ -97,8 +98,21 @@ TEST(FrameWindow, SaysBelowTheListWhatIsMarkedAndInView)
     EXPECT_EQ(world.window().statusBar()->currentMessage(), QStringLiteral("just so"));
     world.onWindowThread([](Workbench& bench) { bench.log(u"x: skipped"); });
     EXPECT_EQ(world.window().statusBar()->currentMessage(), QStringLiteral("just so"));
-    const QString log = world.find<QPlainTextEdit>("log.lines")->toPlainText();
-    EXPECT_TRUE(log.contains(QStringLiteral("  just so\n")) && log.endsWith(QStringLiteral("  x: skipped")));
+    const auto* const log = world.find<QPlainTextEdit>("log.lines");
+    EXPECT_TRUE(waitUntil([&] { return log->toPlainText().endsWith(QStringLiteral("  x: skipped")); }));
+    EXPECT_TRUE(log->toPlainText().contains(QStringLiteral("  just so\n")));
+}
+
+// A scan that could not read thousands of files once kept the window busy with its log for seconds.
+TEST(FrameWindow, ShowsTheLatestOfManyLinesBitByBit)
+{
+    DesktopWorld world;
+    const auto* const log = world.find<QPlainTextEdit>("log.lines");
+    for (int line = 1; line <= 9'000; ++line)
+        Q_EMIT world.link().logged(QStringLiteral("skipped %1").arg(line));
+    EXPECT_LT(log->blockCount(), 1'000);
+    EXPECT_TRUE(waitUntil([&] { return log->toPlainText().endsWith(QStringLiteral("  skipped 9000")); }));
+    EXPECT_TRUE(log->document()->firstBlock().text().endsWith(QStringLiteral("  skipped 4001")));
 }
 
 TEST(FrameWindow, SumsGroupsUpAndLeadsToThem)

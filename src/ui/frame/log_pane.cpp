@@ -17,6 +17,8 @@ namespace {
 
 // The first ones go when there are more.
 constexpr int mostLines = 5'000;
+// At a time: a scan may tell of thousands of files at once, and the window is to answer meanwhile.
+constexpr qsizetype linesInTurn = 400;
 
 QPlainTextEdit* makeLines()
 {
@@ -55,7 +57,13 @@ LogPane::LogPane(WindowLink& link) : lines_(makeLines())
     row->addLayout(buttons);
     connect(copy, &QPushButton::clicked, this,
             [this] { QGuiApplication::clipboard()->setText(lines_->toPlainText()); });
-    connect(clear, &QPushButton::clicked, lines_, &QPlainTextEdit::clear);
+    connect(clear, &QPushButton::clicked, this, [this] {
+        waiting_.clear();
+        lines_->clear();
+    });
+    turn_.setSingleShot(true);
+    turn_.setInterval(0);
+    connect(&turn_, &QTimer::timeout, this, &LogPane::showWaiting);
     connect(&link, &WindowLink::statusTold, this, &LogPane::add);
     connect(&link, &WindowLink::logged, this, &LogPane::add);
 }
@@ -65,7 +73,20 @@ void LogPane::add(const QString& line)
     if (line.isEmpty())
         return;
     const QString time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss"));
-    lines_->appendPlainText(time + QStringLiteral("  ") + line);
+    waiting_.append(time + QStringLiteral("  ") + line);
+    if (waiting_.size() > mostLines)
+        waiting_.removeFirst();
+    if (!turn_.isActive())
+        turn_.start();
+}
+
+void LogPane::showWaiting()
+{
+    const QStringList now = waiting_.mid(0, linesInTurn);
+    waiting_ = waiting_.mid(now.size());
+    lines_->appendPlainText(now.join(QLatin1Char('\n')));
+    if (!waiting_.isEmpty())
+        turn_.start();
 }
 
 }  // namespace kelvane

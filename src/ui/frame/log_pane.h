@@ -1,6 +1,8 @@
 // What happened in this window since it was opened: every status text, and whatever was skipped, with its time.
 #pragma once
 
+#include <QStringList>
+#include <QTimer>
 #include <QWidget>
 
 class QPlainTextEdit;
@@ -17,8 +19,11 @@ public:
 
 private:
     void add(const QString& line);
+    void showWaiting();
 
     QPlainTextEdit* lines_;
+    QStringList waiting_;
+    QTimer turn_;  // in which some of them are shown
 };
 
 }  // namespace kelvane
