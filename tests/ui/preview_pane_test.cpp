@@ -1,3 +1,4 @@
+#include <QSignalSpy>
 #include <QTest>
 #include <QTreeWidget>
 #include <filesystem>
@@ -57,16 +58,31 @@ TEST(PreviewPane, ShowsOnlyTheLastOfManyFilesPassedQuickly)
     EXPECT_EQ(seen, QStringList{QStringLiteral("text 39")});
 }
 
-TEST(PreviewPane, ShowsBytesOfWhatIsNoText)
+// The view once asked for what it shows in its painting alone, and stayed blank where that came too early.
+TEST(PreviewPane, ShowsBytesOfWhatIsNoTextToTheirEnd)
 {
     PreviewWorld preview;
-    std::string bytes(1'000'000, '\0');
-    bytes.replace(999'990, 10, "the end ->");
-    preview.load({{"a.bin", bytes}});
+    std::string bytes(100'000, '\0');
+    bytes.replace(bytes.size() - 10, 10, "the end ->");
+    preview.load({{"a.bin", bytes}, {"large.bin", bytes}});
     preview.select(0);
     auto* const view = preview.world.find<HexView>("preview.bytes");
     ASSERT_TRUE(waitUntil([&] { return view->isVisible(); }));
     EXPECT_EQ(view->visibleLines().front().left(21), QStringLiteral("00000000  00 00 00 00"));
+    const QSignalSpy chunks(view, &HexView::chunkWanted);
+    QTest::keyClick(view, Qt::Key_End);
+    EXPECT_TRUE(waitUntil([&] { return view->visibleLines().back().endsWith(QStringLiteral("e end ->")); }))
+        << view->visibleLines().back().toStdString();
+    EXPECT_LE(chunks.count(), 2) << "what was passed on the way is not read";
+
+    // More lines than a scroll bar has steps.
+    std::filesystem::resize_file(preview.world.tree.path("files/large.bin"), 0x5'0000'000F);
+    preview.select(1);
+    const auto last = [&] { return view->visibleLines().back().left(17); };
+    EXPECT_TRUE(waitUntil([&] {
+        QTest::keyClick(view, Qt::Key_End);
+        return last() == QStringLiteral("000500000000  00 ");
+    })) << last().toStdString();
 }
 
 TEST(PreviewPane, ListsWhatLiesInAnArchiveAndFactsOfTheFile)

@@ -39,20 +39,23 @@ void HexView::show(std::uint64_t bytes, std::vector<std::byte> head)
     linesPerStep_ = hexLineCount(bytes) / mostSteps + 1;
     chunks_.clear();
     kept_.clear();
-    asked_.clear();
+    asked_.reset();
     keep(0, std::move(head));
     updateBars();
     verticalScrollBar()->setValue(0);
     horizontalScrollBar()->setValue(0);
     viewport()->update();
+    wantVisible();
 }
 
 void HexView::takeChunk(std::uint64_t position, std::vector<std::byte> bytes)
 {
-    if (asked_.erase(position) == 0)
+    if (asked_ != position)
         return;
+    asked_.reset();
     keep(position, std::move(bytes));
     viewport()->update();
+    wantVisible();
 }
 
 void HexView::keep(std::uint64_t position, std::vector<std::byte> bytes)
@@ -65,8 +68,12 @@ void HexView::keep(std::uint64_t position, std::vector<std::byte> bytes)
     }
 }
 
+// The last step is shorter than the others.
 std::uint64_t HexView::firstLine() const
 {
+    const std::uint64_t lines = hexLineCount(bytes_), inView = static_cast<std::uint64_t>(linesInView());
+    if (lines > inView && verticalScrollBar()->value() == verticalScrollBar()->maximum())
+        return lines - inView;
     return static_cast<std::uint64_t>(verticalScrollBar()->value()) * linesPerStep_;
 }
 
@@ -96,7 +103,6 @@ QStringList HexView::visibleLines() const
 
 void HexView::paintEvent(QPaintEvent*)
 {
-    wantVisible();
     QPainter painter(viewport());
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::Text));
@@ -110,13 +116,15 @@ void HexView::paintEvent(QPaintEvent*)
 void HexView::wantVisible()
 {
     const std::uint64_t count = hexLineCount(bytes_);
-    if (count == 0)
+    if (count == 0 || asked_)
         return;
     const std::uint64_t last = std::min(count - 1, firstLine() + static_cast<std::uint64_t>(linesInView()));
-    for (std::uint64_t at = chunkOf(firstLine()); at <= chunkOf(last); at += preview_limit::chunk) {
-        if (!chunks_.contains(at) && asked_.insert(at).second)
-            Q_EMIT chunkWanted(at);
+    for (std::uint64_t at = chunkOf(firstLine()); at <= chunkOf(last) && !asked_; at += preview_limit::chunk) {
+        if (!chunks_.contains(at))
+            asked_ = at;
     }
+    if (asked_)
+        Q_EMIT chunkWanted(*asked_);
 }
 
 void HexView::updateBars()
@@ -134,6 +142,7 @@ void HexView::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
     updateBars();
+    wantVisible();
 }
 
 void HexView::keyPressEvent(QKeyEvent* event)
@@ -149,6 +158,7 @@ void HexView::keyPressEvent(QKeyEvent* event)
 void HexView::scrollContentsBy(int, int)
 {
     viewport()->update();
+    wantVisible();
 }
 
 }  // namespace kelvane

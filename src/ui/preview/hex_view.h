@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <set>
+#include <optional>
 #include <vector>
 
 namespace kelvane {
@@ -18,7 +18,8 @@ public:
 
     // Another file, of so many bytes; its first ones are known already.
     void show(std::uint64_t bytes, std::vector<std::byte> head);
-    // The answer to chunkWanted(); empty where nothing can be read.
+    // The answer to chunkWanted(); empty where nothing can be read. The next one is asked for only then, so that
+    // whoever pulls the scroll bar through a large file reads little of what was passed.
     void takeChunk(std::uint64_t position, std::vector<std::byte> bytes);
     // As it stands on the screen, for tests and for screen readers.
     [[nodiscard]] QStringList visibleLines() const;
@@ -44,7 +45,7 @@ private:
     std::uint64_t linesPerStep_ = 1;                          // of the scroll bar, whose range is that of an int
     std::map<std::uint64_t, std::vector<std::byte>> chunks_;  // by position
     std::deque<std::uint64_t> kept_;                          // their positions, the oldest first
-    std::set<std::uint64_t> asked_;
+    std::optional<std::uint64_t> asked_;
 };
 
 }  // namespace kelvane
