@@ -135,9 +135,13 @@ void CRegistryAccess::loadForReading()
     settings_ = loadSettings(root(), context());
 }
 
-SettingsCode CRegistryAccess::save(std::span<const SettingRow* const> byHand)
+SettingsCode CRegistryAccess::save()
 {
-    return saveSettings(root(), settings_, context(), byHand);
+    const std::vector<const SettingRow*> rows(byHand_.begin(), byHand_.end());
+    const SettingsCode code = saveSettings(root(), settings_, context(), rows);
+    if (code == SettingsCode::done && settings_.persistence != PersistenceMode::bookkeepingOnly)
+        byHand_.clear();
+    return code;
 }
 
 Status CRegistryAccess::switchTo(PersistenceMode mode)

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <span>
+#include <set>
 #include <string>
 
 #include "app/questions.h"
@@ -64,8 +64,11 @@ public:
     // The same without a count or a question, for a look: nothing is written, not even a new place.
     void loadForReading();
 
-    // Everything that the persistence mode allows, all of it or nothing; and the rows that a person changed by hand.
-    [[nodiscard]] SettingsCode save(std::span<const SettingRow* const> byHand = {});
+    // A person changed a row that no save writes of its own accord: the next one that succeeds does.
+    void changedByHand(const SettingRow& row) { byHand_.insert(&row); }
+
+    // Everything that the persistence mode allows, all of it or nothing; and the rows that were changed by hand.
+    [[nodiscard]] SettingsCode save();
 
     // Moves to the other kind of location, with every value and section there is; the file that is left is renamed to
     // ".bak". Everything is saved in the new place first, and the settings stay where they were when a step fails.
@@ -102,6 +105,7 @@ private:
     TranslationState translation_ = TranslationState::none;
     std::uint32_t interfaceBits_ = 0;  // what the first run was answered; 0 on every later one
     Settings settings_;
+    std::set<const SettingRow*> byHand_;  // changed, and not written yet
 };
 
 }  // namespace kelvane

@@ -74,6 +74,7 @@ int runProgram(std::vector<std::string> words)
     const int code = QApplication::exec();
     door.reset();  // nobody may come in any more
     application.shutDown();
+    desktop.awaitFinished();
     return code;
 }
 

@@ -215,6 +215,20 @@ TEST_F(OptionsTest, AChangeIsSavedSoonAndAlsoWhatNothingElseSaves)
     EXPECT_EQ(stored(u"nIconSize"), 48u);
 }
 
+TEST(OptionsKept, AreAlsoThoseOfTheLastMoment)
+{
+    const auto kept = std::make_shared<MemorySettingsStore>();
+    {
+        DesktopWorld first({.kept = kept});
+        ASSERT_TRUE(first.trigger("tools.options"));
+        auto* const dialog = first.await<OptionsDialog>("optionsDialog");
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<OptionEditor*>(QStringLiteral("nIconSize"))->findChild<QSpinBox*>()->setValue(48);
+    }
+    DesktopWorld next({.kept = kept});
+    EXPECT_EQ(next.desktop().settings().iconSize, 48u) << "a setting that no save writes of its own accord";
+}
+
 TEST_F(OptionsTest, AMoveThatFailsIsToldAndLosesNothing)
 {
     control<QSpinBox>("nHugeFileMB")->setValue(21);

@@ -5,12 +5,13 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QSlider>
 #include <QTest>
 
 #include "support/ui/scan_person.h"
+#include "ui/core/local_path.h"
 #include "ui/core/text.h"
-#include "ui/scan/local_path.h"
 #include "ui/scan/scan_modes.h"
 
 namespace kelvane::testing {
@@ -129,6 +130,40 @@ TEST(ScanForm, KeepsStandardModeOutOfSystemFoldersAndArchives)
     EXPECT_TRUE(scanPane(standard).order().archives);
 }
 
+TEST(ScanForm, RemembersFoldersWithoutATickFromRunToRun)
+{
+    const auto kept = std::make_shared<MemorySettingsStore>();
+    const auto other = [](const DesktopWorld& world) { return world.tree.path("files/other \xFF"); };
+    std::string unticked;
+    {
+        DesktopWorld first({.kept = kept});
+        dropFolder(first, "scan.folderList", first.tree.path("files"));
+        unticked = other(first).string();
+        dropFolder(first, "scan.folderList", unticked);
+        auto* const list = first.find<QListWidget>("scan.folders");
+        list->item(1)->setCheckState(Qt::Unchecked);
+        first.find<QComboBox>("scan.category")->setCurrentIndex(static_cast<int>(Category::images));
+        EXPECT_EQ(scanPane(first).order().definition.roots, first.tree.path("files").string());
+        first.desktop().memory.forgetLayout();
+    }
+    DesktopWorld next({.kept = kept});
+    auto* const list = next.find<QListWidget>("scan.folders");
+    ASSERT_EQ(list->count(), 1) << "nothing was searched yet, so nothing has a tick";
+    EXPECT_EQ(list->item(0)->checkState(), Qt::Unchecked);
+    list->item(0)->setCheckState(Qt::Checked);
+    EXPECT_EQ(scanPane(next).order().definition.roots, unticked);
+}
+
+TEST(ScanForm, TakesAFolderWhoseNameIsNoTextAlsoWhenItFallsOnTheWindow)
+{
+    if (std::filesystem::path::preferred_separator != '/')
+        GTEST_SKIP() << "names are texts";
+    DesktopWorld world({.files = [](const TempTree& tree) { tree.folder("files/\xFF\xFE"); }});
+    const std::filesystem::path folder = world.tree.path("files/\xFF\xFE");
+    dropFolder(world, "mainWindow", folder);
+    EXPECT_TRUE(waitUntil([&] { return scanPane(world).order().definition.roots == folder.string(); }));
+}
+
 TEST(ScanForm, OffersBeginnersLargeChoices)
 {
     DesktopWorld world({.mode = InterfaceMode::beginner, .files = [](const TempTree& tree) {
@@ -152,7 +187,7 @@ TEST(LocalPath, KeepsTheBytesOfANameThatIsNoText)
     EXPECT_EQ(bytesOfUrl(QUrl(QStringLiteral("file:///a%20b/"))), "/a b");
     EXPECT_EQ(bytesOfUrl(QUrl(QStringLiteral("https://host/a"))), "");
     if (std::filesystem::path::preferred_separator == '/') {
-        EXPECT_EQ(bytesOfUrl(QUrl(QStringLiteral("file:///a/%FF%FE"))), "/a/\xFF\xFE");
+        EXPECT_EQ(bytesOfUrl(QUrl(QStringLiteral("file:///a/%FF%FE/"))), "/a/\xFF\xFE");
     }
 }
 

@@ -61,6 +61,23 @@ TEST(ScanRun, StartsTheLastOneAgainWhateverTheFormSaysByNow)
     EXPECT_EQ(world.desktop().settings().scanHistory.size(), 1u) << "the same definition is one entry";
 }
 
+TEST(ScanRun, ComparesByWhatListedPluginsSayOfFiles)
+{
+    DesktopWorld world({.files = [](const TempTree& tree) {
+        tree.write("files/a.txt", "one text");
+        tree.write("files/b.txt", "another text");
+        tree.write("files/c.bin", "a file that the plug-in is not asked about");
+    }});
+    world.desktop().change([](Settings& settings) { settings.contentPlugins = {{KELVANE_SAMPLE_PLUGIN, {}}}; });
+    ScanOrder order = scanPane(world).order();
+    order.definition.set(scan_flag::contents, false);
+    order.definition.properties = "Plugin.sample_plugin.Number";
+    order.definition.roots = world.tree.path("files").string();
+    scanPane(world).showOrder(order);
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    EXPECT_EQ(listedGroups(world), (NamedGroups{{"a.txt", "b.txt"}}));
+}
+
 // Starts a scan that waits at its first report of progress.
 void startHeld(DesktopWorld& world)
 {

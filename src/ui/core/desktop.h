@@ -3,12 +3,14 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <map>
 #include <mutex>
-#include <span>
 #include <thread>
+#include <vector>
 
 #include "app/cx_application.h"
+#include "engine/engine_options.h"
 #include "platform/platform.h"
 #include "results/mark_wizard.h"
 #include "ui/core/desktop_memory.h"
@@ -32,11 +34,21 @@ public:
 
     // A copy of the settings; on any thread.
     [[nodiscard]] Settings settings() const;
-    // Changes them in memory; they are saved at the end, see saveSettings(). On any thread.
-    void change(const std::function<void(Settings&)>& work) const;
-    // Writes them at once, and with them the rows that nothing else writes; a failure's text is for the person. On any
-    // thread.
-    [[nodiscard]] std::u16string saveSettings(std::span<const SettingRow* const> byHand = {}) const;
+    // Changes them in memory; they are saved at the end, see saveSettings(). `byHand`: the row that a person changed by
+    // this and that no save writes otherwise. On any thread.
+    void change(const std::function<void(Settings&)>& work, const SettingRow* byHand = nullptr) const;
+    // Writes them at once; a failure's text is for the person. On any thread.
+    [[nodiscard]] std::u16string saveSettings() const;
+
+    // What reads values goes by: the settings, and the content plug-ins that are listed now. `complaint` takes why
+    // there are none of them, a line for the person. Not on the main thread: the list may be a file.
+    [[nodiscard]] EngineOptions engineOptions(const Settings& settings, std::string* complaint = nullptr) const;
+
+    // Takes over what a window that goes has not done with, and what nobody waits for any more: a read of a slow disk.
+    // On the main thread.
+    void letFinish(std::future<void> work);
+    // Waits for all of that; before the application goes.
+    void awaitFinished() { finishing_.clear(); }
 
     // What outlives a mark wizard. Used by one wizard at a time, on the main thread.
     MarkWizardMemory wizard;
@@ -54,6 +66,7 @@ public:
 private:
     Platform& platform_;
     CXApplication* application_ = nullptr;
+    std::vector<std::future<void>> finishing_;
     mutable std::mutex mutex_;
     std::map<std::thread::id, Workbench*> benches_;
 };

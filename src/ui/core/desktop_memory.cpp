@@ -27,7 +27,8 @@ void DesktopMemory::setValue(const QString& name, const QByteArray& value)
 void DesktopMemory::forgetLayout()
 {
     for (auto& [name, value] : values_)
-        value.clear();
+        if (!name.startsWith(beside))
+            value.clear();
 }
 
 void DesktopMemory::load(const SettingsRoot& root)

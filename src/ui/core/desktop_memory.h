@@ -26,8 +26,9 @@ public:
     [[nodiscard]] const std::vector<StoredSortKey>& sortOrder() const { return sortOrder_; }
     void setSortOrder(std::vector<StoredSortKey> keys) { sortOrder_ = std::move(keys); }
 
-    // The person wants the windows as they were at first.
+    // The person wants the windows as they were at first. What is no layout, and named so, stays.
     void forgetLayout();
+    static constexpr QLatin1String beside{"beside."};
 
     void load(const SettingsRoot& root);
     // What cannot be written is lost: the windows open as they did before.

@@ -26,6 +26,12 @@ namespace kelvane {
     return text.toStdU16String();
 }
 
+// For a tool tip, which would take the name of a file for markup where it looks like it.
+[[nodiscard]] inline QString plainTip(const QString& text)
+{
+    return QStringLiteral("<p>") + text.toHtmlEscaped() + QStringLiteral("</p>");
+}
+
 // In the language in force. With parts: %1, %2 ... filled in, see filledText().
 [[nodiscard]] inline QString shown(TextId id)
 {

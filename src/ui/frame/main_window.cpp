@@ -11,6 +11,7 @@
 
 #include "app/setting_bits.h"
 #include "base/desktop_texts/frame.h"
+#include "ui/core/local_path.h"
 #include "ui/core/message_box.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
@@ -24,15 +25,6 @@ namespace kelvane {
 namespace {
 
 constexpr std::uint32_t smallestIcon = 16, biggestIcon = 64;  // pixels of the toolbar
-
-// Dropped from a file manager: one at a time, the first one that is on this computer.
-std::filesystem::path localFileOf(const QMimeData& data)
-{
-    for (const QUrl& url : data.urls())
-        if (url.isLocalFile())
-            return std::filesystem::path(url.toLocalFile().toStdU16String());
-    return {};
-}
 
 }  // namespace
 
@@ -134,13 +126,13 @@ void MainWindow::changeEvent(QEvent* event)
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasUrls() && !localFileOf(*event->mimeData()).empty())
+    if (event->mimeData()->hasUrls() && !firstLocalFile(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event)
 {
-    openOrSearch(localFileOf(*event->mimeData()));
+    openOrSearch(firstLocalFile(*event->mimeData()));
     event->acceptProposedAction();
 }
 

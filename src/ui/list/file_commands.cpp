@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include "base/desktop_texts/list.h"
+#include "ui/core/local_path.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/list_files.h"
@@ -12,11 +13,6 @@ namespace kelvane {
 namespace {
 
 namespace say = desktop_text;
-
-std::filesystem::path pathOf(const QString& chosen)
-{
-    return std::filesystem::path(fromQt(chosen)).make_preferred();
-}
 
 QFileDialog* fileDialog(const WindowLink& link, const char* name, QFileDialog::AcceptMode mode)
 {
@@ -39,7 +35,7 @@ void askWhatToOpen(WindowLink& link)
 {
     QFileDialog* const dialog = fileDialog(link, "openResultsDialog", QFileDialog::AcceptOpen);
     QObject::connect(dialog, &QFileDialog::fileSelected, &link,
-                     [&link](const QString& file) { openFile(link, pathOf(file)); });
+                     [&link](const QString& file) { openFile(link, chosenPath(file)); });
     dialog->open();
 }
 
@@ -47,7 +43,7 @@ void askWhereToSave(WindowLink& link)
 {
     QFileDialog* const dialog = fileDialog(link, "saveResultsDialog", QFileDialog::AcceptSave);
     QObject::connect(dialog, &QFileDialog::fileSelected, &link, [&link](const QString& file) {
-        link.run([path = pathOf(file)](Workbench& bench) { saveListedResults(bench, path); });
+        link.run([path = chosenPath(file)](Workbench& bench) { saveListedResults(bench, path); });
     });
     dialog->open();
 }

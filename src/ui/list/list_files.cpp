@@ -3,7 +3,6 @@
 #include <QMessageBox>
 #include <algorithm>
 
-#include "app/engine_settings.h"
 #include "app/error_text.h"
 #include "app/listed_results.h"
 #include "base/desktop_texts/list.h"
@@ -67,7 +66,7 @@ void takeDefinition(ListSession& session, StoredResults& stored)
 
 void show(Workbench& bench, LoadedResults& loaded, const Settings& settings, const std::filesystem::path& file)
 {
-    ListSession& session = bench.beginList(settings, engineOptionsFrom(settings));
+    ListSession& session = bench.beginList(settings, bench.desktop().engineOptions(settings));
     session.file = bytesFromNative(file.native());
     session.figures = std::move(loaded.results.figures);
     takeDefinition(session, loaded.results);
@@ -133,7 +132,7 @@ void openResults(Workbench& bench, const std::filesystem::path& file)
     if (!running)
         return showProblem(bench, std::u16string(text(desktop_text::listBusy)));
     const Settings settings = bench.desktop().settings();
-    const PropertyAccess reading(bench.platform(), engineOptionsFrom(settings));
+    const PropertyAccess reading(bench.platform(), bench.desktop().engineOptions(settings));
     WorkCount count;
     ListProgress progress(bench, shown(desktop_text::listOpening, {shownName(file)}));
     auto loaded = progress.aside(count, [&] {

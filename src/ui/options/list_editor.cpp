@@ -97,7 +97,7 @@ void ListEditor::fill(int row, const QStringList& texts)
 {
     for (int column = 0; column < texts.size(); ++column) {
         auto* const item = new QTableWidgetItem(texts[column]);
-        item->setToolTip(texts[column]);
+        item->setToolTip(plainTip(texts[column]));
         if (column == spec_.colorColumn) {
             const QColor color = colorOf(texts[column].toUInt(nullptr, 16));
             item->setBackground(color);

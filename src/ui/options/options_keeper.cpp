@@ -1,13 +1,12 @@
 #include "ui/options/options_keeper.h"
 
-#include <vector>
-
 #include "app/default_settings.h"
 #include "app/settings_exchange.h"
 #include "app/settings_table.h"
 #include "app/text_lists.h"
 #include "base/desktop_texts/options.h"
 #include "base/utf.h"
+#include "ui/core/local_path.h"
 #include "ui/core/text.h"
 
 namespace kelvane {
@@ -71,9 +70,7 @@ QString OptionsKeeper::place() const
 
 void OptionsKeeper::change(const SettingRow* row, const SettingsChange& change)
 {
-    link_.desktop().change(change);
-    if (row != nullptr && row->saved == SavedWhen::never)
-        byHand_.insert(row);
+    link_.desktop().change(change, row != nullptr && row->saved == SavedWhen::never ? row : nullptr);
     soon_.start();
     Q_EMIT changed();
     Q_EMIT link_.optionsChanged();
@@ -82,59 +79,52 @@ void OptionsKeeper::change(const SettingRow* row, const SettingsChange& change)
 void OptionsKeeper::save()
 {
     soon_.stop();
-    std::vector<const SettingRow*> rows(byHand_.begin(), byHand_.end());
-    byHand_.clear();
     link_.fetch(
-        this, [rows = std::move(rows)](Workbench& bench) { return bench.desktop().saveSettings(rows); },
+        this, [](Workbench& bench) { return bench.desktop().saveSettings(); },
         [this](const std::u16string& failure) {
             if (!failure.empty())
                 Q_EMIT failed(withReason(say::optionsNotSaved, toQt(failure)));
         });
 }
 
-void OptionsKeeper::moveTo(PersistenceMode mode)
+// On the thread of the window, with the application locked; what it made of it is told here.
+template <class Work>
+void OptionsKeeper::carryOut(Work work)
 {
     saveWaiting();
     link_.fetch(
         this,
-        [mode](Workbench& bench) {
+        [work = std::move(work)](Workbench& bench) {
             CXApplication& application = bench.desktop().application();
             const std::lock_guard lock(application.sharedState());
-            const Status moved = application.switchTo(mode);
-            return moved ? Outcome{true, {}} : Outcome{false, toQt(moved.error().detail)};
+            return work(application, bench.platform());
         },
-        [this](const Outcome& outcome) {
-            take(outcome.done, outcome.done ? QString() : withReason(say::optionsNotMoved, outcome.text));
-        });
+        [this](const Outcome& outcome) { take(outcome.done, outcome.text); });
+}
+
+void OptionsKeeper::moveTo(PersistenceMode mode)
+{
+    carryOut([mode](CXApplication& application, Platform&) {
+        const Status moved = application.switchTo(mode);
+        return moved ? Outcome{true, {}} : Outcome{false, withReason(say::optionsNotMoved, toQt(moved.error().detail))};
+    });
 }
 
 void OptionsKeeper::exportTo(const QString& file)
 {
-    saveWaiting();
-    link_.fetch(
-        this,
-        [path = pathOfText(fromQt(file))](Workbench& bench) {
-            CXApplication& application = bench.desktop().application();
-            const std::lock_guard lock(application.sharedState());
-            return outcomeOf(exportSettingsTo(path, application, bench.platform()), say::optionsExported, path);
-        },
-        [this](const Outcome& outcome) { take(outcome.done, outcome.text); });
+    carryOut([path = chosenPath(file)](CXApplication& application, Platform& platform) {
+        return outcomeOf(exportSettingsTo(path, application, platform), say::optionsExported, path);
+    });
 }
 
 void OptionsKeeper::importFrom(const QString& file)
 {
-    saveWaiting();
-    link_.fetch(
-        this,
-        [path = pathOfText(fromQt(file))](Workbench& bench) {
-            CXApplication& application = bench.desktop().application();
-            const std::lock_guard lock(application.sharedState());
-            const auto report = importSettingsFrom(path, application, bench.platform());
-            if (report && report->values == 0)
-                return Outcome{false, shown(say::optionsHoldsNothing, {toUtf8(textOfPath(path))})};
-            return outcomeOf(report, say::optionsImported, path);
-        },
-        [this](const Outcome& outcome) { take(outcome.done, outcome.text); });
+    carryOut([path = chosenPath(file)](CXApplication& application, Platform& platform) {
+        const auto report = importSettingsFrom(path, application, platform);
+        if (report && report->values == 0)
+            return Outcome{false, shown(say::optionsHoldsNothing, {toUtf8(textOfPath(path))})};
+        return outcomeOf(report, say::optionsImported, path);
+    });
 }
 
 void OptionsKeeper::take(bool done, const QString& text)

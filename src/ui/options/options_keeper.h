@@ -3,7 +3,6 @@
 
 #include <QObject>
 #include <QTimer>
-#include <set>
 
 #include "ui/core/window_link.h"
 #include "ui/options/option_editor.h"
@@ -18,7 +17,7 @@ class OptionsKeeper final : public QObject {
 
 public:
     OptionsKeeper(WindowLink& link, QObject* parent);
-    // What still waits is on its way to the window's thread.
+    // What still waits is on its way to the window's thread, or is saved at the program's end.
     ~OptionsKeeper() override;
 
     [[nodiscard]] Settings settings() const { return link_.desktop().settings(); }
@@ -39,13 +38,14 @@ Q_SIGNALS:
     void told(const QString& text);
 
 private:
+    template <class Work>
+    void carryOut(Work work);
     void save();
     void saveWaiting();
     void take(bool done, const QString& text);
 
     WindowLink& link_;
     QTimer soon_;
-    std::set<const SettingRow*> byHand_;  // changed rows that no save writes of its own accord
 };
 
 }  // namespace kelvane

@@ -10,6 +10,7 @@
 
 #include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
+#include "ui/core/wrapped_label.h"
 #include "ui/preview/picture_difference.h"
 #include "ui/preview/picture_view.h"
 
@@ -65,9 +66,9 @@ void ComparePictures::show(const ComparedFiles& compared)
 void ComparePictures::addColumn(const ComparedFile& file)
 {
     auto* const box = new QWidget(this);
-    Column column{box, new QLabel(file.name, box), new PictureView(box), imageOf(file.content.picture), file.name};
-    column.title->setTextFormat(Qt::PlainText);
-    column.title->setToolTip(file.folder);
+    Column column{box, new WrappedLabel("", box), new PictureView(box), imageOf(file.content.picture), file.name};
+    column.title->setText(file.name);
+    column.title->setToolTip(plainTip(file.folder));
     column.view->setObjectName(QStringLiteral("compare.picture%1").arg(shown_.size()));
     auto* const layout = new QVBoxLayout(box);
     layout->setContentsMargins(0, 0, 0, 0);

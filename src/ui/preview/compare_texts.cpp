@@ -12,6 +12,7 @@
 
 #include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
+#include "ui/core/wrapped_label.h"
 
 namespace kelvane {
 namespace {
@@ -86,9 +87,9 @@ void CompareTexts::show(const ComparedFiles& compared)
 QPlainTextEdit* CompareTexts::makeColumn(const ComparedFile& file, const std::vector<AlignedLine>& lines)
 {
     auto* const box = new QWidget(this);
-    auto* const title = new QLabel(file.name, box);
-    title->setToolTip(file.folder);
-    title->setTextFormat(Qt::PlainText);
+    auto* const title = new WrappedLabel("", box);
+    title->setText(file.name);
+    title->setToolTip(plainTip(file.folder));
     auto* const text = new QPlainTextEdit(box);
     text->setObjectName(QStringLiteral("compare.text%1").arg(texts_.size()));
     text->setAccessibleName(file.name);

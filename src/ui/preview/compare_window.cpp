@@ -35,7 +35,7 @@ void openWindow(WindowLink& link, GroupMembers members)
 CompareWindow::CompareWindow(WindowLink& link, GroupMembers members)
     : QDialog(link.frame()),
       members_(std::move(members)),
-      worker_(link.desktop().platform(), link.desktop().settings()),
+      worker_(link.desktop()),
       list_(new QListWidget(this)),
       tabs_(new QTabWidget(this)),
       texts_(new CompareTexts(this)),

@@ -23,7 +23,7 @@ void FactsView::show(const std::vector<Fact>& facts)
     clear();
     for (const Fact& fact : facts) {
         auto* const row = new QTreeWidgetItem(this, {toQt(fact.name), toQt(fact.value)});
-        row->setToolTip(1, toQt(fact.value));
+        row->setToolTip(1, plainTip(toQt(fact.value)));
     }
 }
 

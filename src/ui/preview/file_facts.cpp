@@ -5,6 +5,7 @@
 #include "media/media_kinds.h"
 #include "results/result_columns.h"
 #include "text/file_kinds.h"
+#include "ui/preview/preview_content.h"
 
 namespace kelvane {
 namespace {
@@ -54,6 +55,8 @@ std::vector<Fact> readFacts(const Ref<const ShellItem>& file, const std::string&
         if (tools.cancel.cancelled())
             break;
         std::u16string value = cellText(context, property, tools.access.source);
+        if (value.size() > preview_limit::valueCharacters)
+            value.replace(preview_limit::valueCharacters, std::u16string::npos, u" \u2026");
         if (!value.empty())
             facts.push_back({columnTitle(property), std::move(value)});
     }

@@ -36,6 +36,7 @@ struct PreviewContent {
     std::u16string text;
     std::string charset;  // of a text that the file is itself; empty for one that was taken out of a document
     bool cut = false;     // there is more than is shown
+    bool broken = false;  // lines of the text are shown in pieces
     Ref<CachedBitmap> picture;
     std::vector<ListedEntry> entries;
     std::vector<std::byte> head;  // the first bytes, of Kind::bytes
@@ -46,6 +47,9 @@ struct PreviewContent {
 namespace preview_limit {
 inline constexpr std::size_t textBytes = 256 * 1024;
 inline constexpr std::size_t textCharacters = 131'072;
+inline constexpr std::size_t lineCharacters = 500;  // one of 100,000 keeps a view busy for many seconds
+inline constexpr std::size_t lines = 10'000;
+inline constexpr std::size_t valueCharacters = 2'000;  // of a fact
 inline constexpr std::size_t entries = 2'000;
 inline constexpr std::size_t depth = 32;               // of folders that are listed
 inline constexpr std::uint64_t packedBytes = 1 << 20;  // of an entry of an archive, in a look at its bytes

@@ -15,6 +15,7 @@
 #include "text/file_kinds.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/core/wrapped_label.h"
 #include "ui/preview/entries_view.h"
 #include "ui/preview/facts_view.h"
 #include "ui/preview/hex_view.h"
@@ -31,16 +32,6 @@ namespace {
 namespace say = desktop_text;
 constexpr int settlingMs = 40;
 
-QLabel* labelNamed(const char* name, QWidget* parent)
-{
-    auto* const label = new QLabel(parent);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setWordWrap(true);
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
-}
-
 void makeBold(QLabel* label)
 {
     QFont font = label->font();
@@ -50,10 +41,7 @@ void makeBold(QLabel* label)
 
 }  // namespace
 
-PreviewPane::PreviewPane(WindowLink& link)
-    : link_(link),
-      worker_(link.desktop().platform(), link.desktop().settings()),
-      comparing_(link.desktop().platform(), link.desktop().settings())
+PreviewPane::PreviewPane(WindowLink& link) : link_(link), worker_(link.desktop()), comparing_(link.desktop())
 {
     setObjectName(QStringLiteral("preview.content"));
     makeViews();
@@ -63,13 +51,13 @@ PreviewPane::PreviewPane(WindowLink& link)
 
 void PreviewPane::makeViews()
 {
-    name_ = labelNamed("preview.name", this);
+    name_ = new WrappedLabel("preview.name", this);
     makeBold(name_);
-    state_ = labelNamed("preview.state", this);
+    state_ = new WrappedLabel("preview.state", this);
     makeBold(state_);
-    note_ = labelNamed("preview.note", this);
+    note_ = new WrappedLabel("preview.note", this);
     views_ = new QStackedWidget(this);
-    message_ = labelNamed("preview.message", this);
+    message_ = new WrappedLabel("preview.message", this);
     message_->setAlignment(Qt::AlignCenter);
     views_->addWidget(message_);
     views_->addWidget(text_ = new TextView(this));
@@ -100,6 +88,10 @@ void PreviewPane::connectViews()
     connect(&settling_, &QTimer::timeout, this, &PreviewPane::ask);
     connect(&link_, &WindowLink::currentRowChanged, this, &PreviewPane::itemChanged);
     connect(&link_, &WindowLink::listBegan, this, &PreviewPane::itemChanged);
+    connect(&link_, &WindowLink::optionsChanged, this, [this] {
+        worker_.renewTools();
+        comparing_.renewTools();
+    });
     connect(bytes_, &HexView::chunkWanted, this, &PreviewPane::askChunk);
     connect(tabs_, &QTabWidget::currentChanged, this, &PreviewPane::askWhy);
     connect(text_, &TextView::openWanted, this, &PreviewPane::openText);

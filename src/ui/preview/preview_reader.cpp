@@ -11,6 +11,7 @@
 #include "text/file_kinds.h"
 #include "text/text_charset.h"
 #include "ui/preview/listed_entries.h"
+#include "ui/preview/short_lines.h"
 
 namespace kelvane {
 namespace {
@@ -50,14 +51,22 @@ bool isMarkup(std::span<const std::byte> head)
     return first != std::string_view::npos && (text[first] == '<' || text.substr(first).starts_with("{\\rtf"));
 }
 
+void setText(PreviewContent& content, std::u16string_view text)
+{
+    ShortLines lines = shortLines(text, preview_limit::lineCharacters, preview_limit::lines);
+    content.kind = Kind::text;
+    content.text = std::move(lines.text);
+    content.broken = lines.broken;
+    content.cut = content.cut || lines.cut;
+}
+
 PreviewContent plainText(std::span<const std::byte> bytes, bool cut, const PreviewTools& tools)
 {
     PreviewContent content;
-    content.kind = Kind::text;
     auto decoded = decodeText(bytes, tools.platform.decoding());
-    content.text = std::move(decoded.text);
     content.charset = std::move(decoded.charset);
     content.cut = cut;
+    setText(content, decoded.text);
     return content;
 }
 
@@ -71,16 +80,12 @@ PreviewContent bytesOf(std::vector<std::byte> head, std::u16string why)
     return content;
 }
 
-PreviewContent extractedText(ExtractedDocument document)
+PreviewContent extractedText(const ExtractedDocument& document)
 {
     PreviewContent content;
-    content.kind = Kind::text;
-    content.text = std::move(document.text);
-    content.cut = document.cut;
-    if (content.text.size() > preview_limit::textCharacters) {
-        content.text.resize(preview_limit::textCharacters);
-        content.cut = true;
-    }
+    const std::u16string_view text = document.text;
+    content.cut = document.cut || text.size() > preview_limit::textCharacters;
+    setText(content, text.substr(0, preview_limit::textCharacters));
     return content;
 }
 
@@ -96,9 +101,9 @@ PreviewContent textOrBytes(const ShellItem& item, PreviewTools& tools)
     const bool hopeless = neverHoldsText(extensionOf(lastName(item))) || tools.access.extraction->hopeless(item);
     if (hopeless)
         return text ? plainText(*head, cut, tools) : bytesOf(*std::move(head), {});
-    ExtractedDocument document = tools.access.extraction->extract(item, tools.cancel);
+    const ExtractedDocument document = tools.access.extraction->extract(item, tools.cancel);
     if (document.outcome == TextOutcome::extracted && !document.text.empty())
-        return extractedText(std::move(document));
+        return extractedText(document);
     if (text)
         return plainText(*head, cut, tools);
     const DocumentDescription why{nullptr, document.outcome, document.detail};

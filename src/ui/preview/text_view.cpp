@@ -3,13 +3,13 @@
 #include <QCheckBox>
 #include <QFontDatabase>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
+#include "ui/core/wrapped_label.h"
 
 namespace kelvane {
 
@@ -18,7 +18,7 @@ namespace say = desktop_text;
 TextView::TextView(QWidget* parent)
     : QWidget(parent),
       text_(new QPlainTextEdit(this)),
-      charset_(new QLabel(this)),
+      charset_(new WrappedLabel("preview.charset", this)),
       wrap_(new QCheckBox(shown(say::previewWrap), this)),
       open_(new QPushButton(shown(say::previewOpenOther), this))
 {
@@ -27,7 +27,6 @@ TextView::TextView(QWidget* parent)
     text_->setReadOnly(true);
     text_->setTabChangesFocus(true);
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    charset_->setObjectName(QStringLiteral("preview.charset"));
     wrap_->setObjectName(QStringLiteral("preview.wrap"));
     wrap_->setChecked(true);
     open_->setObjectName(QStringLiteral("preview.openText"));
@@ -52,6 +51,8 @@ void TextView::show(const PreviewContent& content)
     QString line = ownText ? shown(say::previewCharset, {content.charset}) : shown(say::previewExtracted);
     if (content.cut)
         line += QStringLiteral("   ") + shown(say::previewCut);
+    if (content.broken)
+        line += QStringLiteral("   ") + shown(say::previewLinesBroken);
     charset_->setText(line);
 }
 

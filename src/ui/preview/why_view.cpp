@@ -1,28 +1,18 @@
 #include "ui/preview/why_view.h"
 
 #include <QHeaderView>
-#include <QLabel>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "app/stage_texts.h"
 #include "base/desktop_texts/preview.h"
 #include "ui/core/text.h"
+#include "ui/core/wrapped_label.h"
 
 namespace kelvane {
 namespace {
 
 namespace say = desktop_text;
-
-QLabel* makeLabel(const char* name, QWidget* parent)
-{
-    auto* const label = new QLabel(parent);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setWordWrap(true);
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    return label;
-}
 
 QStringList titles()
 {
@@ -38,9 +28,9 @@ QStringList titles()
 
 WhyView::WhyView(QWidget* parent)
     : QWidget(parent),
-      against_(makeLabel("preview.whyAgainst", this)),
+      against_(new WrappedLabel("preview.whyAgainst", this)),
       stages_(new QTreeWidget(this)),
-      lines_(makeLabel("preview.whyLines", this))
+      lines_(new WrappedLabel("preview.whyLines", this))
 {
     stages_->setObjectName(QStringLiteral("preview.why"));
     stages_->setAccessibleName(shown(say::previewWhyName));

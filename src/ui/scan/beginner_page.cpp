@@ -5,7 +5,6 @@
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QIcon>
-#include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -16,8 +15,9 @@
 #include "base/desktop_texts/scan.h"
 #include "platform/native_text.h"
 #include "ui/core/desktop.h"
+#include "ui/core/local_path.h"
 #include "ui/core/text.h"
-#include "ui/scan/local_path.h"
+#include "ui/core/wrapped_label.h"
 
 namespace kelvane {
 namespace {
@@ -55,9 +55,8 @@ QToolButton* makeChoice(const Choice& choice)
 
 QLabel* wrappedLabel(const QString& text, const char* name)
 {
-    auto* const label = new QLabel(text);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setWordWrap(true);
+    auto* const label = new WrappedLabel(name);
+    label->setText(text);
     return label;
 }
 

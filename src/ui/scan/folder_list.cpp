@@ -12,8 +12,8 @@
 
 #include "base/desktop_texts/scan.h"
 #include "platform/native_text.h"
+#include "ui/core/local_path.h"
 #include "ui/core/text.h"
-#include "ui/scan/local_path.h"
 
 namespace kelvane {
 namespace {
@@ -93,13 +93,21 @@ void FolderList::addButton(QWidget* button)
     buttons_->addWidget(button);
 }
 
-std::vector<std::string> FolderList::included() const
+std::vector<std::string> FolderList::folders(Qt::CheckState state) const
 {
     std::vector<std::string> folders;
     for (int row = 0; row < list_->count(); ++row)
-        if (list_->item(row)->checkState() == Qt::Checked)
+        if (list_->item(row)->checkState() == state)
             folders.push_back(folderOf(*list_->item(row)));
     return folders;
+}
+
+QListWidgetItem* FolderList::itemOf(const std::string& folder) const
+{
+    for (int row = 0; row < list_->count(); ++row)
+        if (folderOf(*list_->item(row)) == folder)
+            return list_->item(row);
+    return nullptr;
 }
 
 void FolderList::show(const std::vector<std::string>& folders)
@@ -116,9 +124,8 @@ void FolderList::show(const std::vector<std::string>& folders)
 
 void FolderList::add(const std::string& folder)
 {
-    for (int row = 0; row < list_->count(); ++row)
-        if (folderOf(*list_->item(row)) == folder)
-            return list_->item(row)->setCheckState(Qt::Checked);
+    if (QListWidgetItem* const item = itemOf(folder))
+        return item->setCheckState(Qt::Checked);
     {
         const QSignalBlocker quiet(list_);
         append(folder);
@@ -127,14 +134,28 @@ void FolderList::add(const std::string& folder)
     Q_EMIT edited();
 }
 
-void FolderList::append(const std::string& folder)
+void FolderList::leaveOut(const std::vector<std::string>& folders)
+{
+    {
+        const QSignalBlocker quiet(list_);
+        for (const std::string& folder : folders) {
+            QListWidgetItem* const there = itemOf(folder);
+            (there != nullptr ? there : append(folder))->setCheckState(Qt::Unchecked);
+        }
+    }
+    list_->viewport()->update();
+    Q_EMIT edited();
+}
+
+QListWidgetItem* FolderList::append(const std::string& folder)
 {
     const QString text = toQt(displayFromNative(nativeFromBytes(folder)));
     auto* const item = new QListWidgetItem(text, list_);
     item->setData(bytesRole, QByteArray::fromStdString(folder));
-    item->setToolTip(text);
+    item->setToolTip(plainTip(text));
     item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
     item->setCheckState(Qt::Checked);
+    return item;
 }
 
 void FolderList::choose()

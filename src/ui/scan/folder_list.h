@@ -7,6 +7,7 @@
 
 class QHBoxLayout;
 class QListWidget;
+class QListWidgetItem;
 class QPushButton;
 
 namespace kelvane {
@@ -18,12 +19,15 @@ class FolderList final : public QWidget {
 public:
     explicit FolderList(QWidget* parent = nullptr);
 
-    // Those with a tick.
-    [[nodiscard]] std::vector<std::string> included() const;
+    // Those with a tick, and those without.
+    [[nodiscard]] std::vector<std::string> included() const { return folders(Qt::Checked); }
+    [[nodiscard]] std::vector<std::string> leftOut() const { return folders(Qt::Unchecked); }
     // In place of all that are there; all get ticks.
     void show(const std::vector<std::string>& folders);
     // One that is there already only gets its tick.
     void add(const std::string& folder);
+    // Takes the ticks of these away; those that are not there yet are added without.
+    void leaveOut(const std::vector<std::string>& folders);
     // A further button below the list.
     void addButton(QWidget* button);
 
@@ -39,7 +43,9 @@ private:
     [[nodiscard]] QWidget* makeButtons();
     void choose();
     void removeSelected();
-    void append(const std::string& folder);
+    [[nodiscard]] std::vector<std::string> folders(Qt::CheckState state) const;
+    [[nodiscard]] QListWidgetItem* itemOf(const std::string& folder) const;
+    QListWidgetItem* append(const std::string& folder);
     void refresh();
 
     QListWidget* list_;

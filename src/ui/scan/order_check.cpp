@@ -80,7 +80,7 @@ OrderCheck checkOrder(Workbench& bench, const ScanOrder& order)
         check.roots.append(pathText(root));
     for (const DroppedRoot& root : list.dropped)
         check.dropped.append(droppedText(root, settings));
-    check.criteriaProblem = criteriaProblem(bench, order.definition, optionsFor(order, settings));
+    check.criteriaProblem = criteriaProblem(bench, order.definition, optionsFor(order, settings, bench.desktop()));
     return check;
 }
 

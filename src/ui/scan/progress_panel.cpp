@@ -1,7 +1,6 @@
 #include "ui/scan/progress_panel.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -9,6 +8,7 @@
 #include "app/progress_text.h"
 #include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
+#include "ui/core/wrapped_label.h"
 
 namespace kelvane {
 namespace {
@@ -36,17 +36,16 @@ QString figuresLine(const ScanTick& tick)
 }  // namespace
 
 ProgressPanel::ProgressPanel(QWidget* parent)
-    : QWidget(parent), caption_(new QLabel(this)), bar_(new QProgressBar(this)), figures_(new QLabel(this))
+    : QWidget(parent),
+      caption_(new WrappedLabel("scan.caption", this)),
+      bar_(new QProgressBar(this)),
+      figures_(new WrappedLabel("scan.figures", this))
 {
     setObjectName(QStringLiteral("scan.progress"));
     setAccessibleName(shown(desktop_text::progressPaneName));
-    caption_->setObjectName(QStringLiteral("scan.caption"));
-    caption_->setWordWrap(true);
     bar_->setObjectName(QStringLiteral("scan.bar"));
     bar_->setAccessibleName(shown(desktop_text::progressPaneName));
     bar_->setTextVisible(false);
-    figures_->setObjectName(QStringLiteral("scan.figures"));
-    figures_->setWordWrap(true);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(caption_);
     layout->addWidget(bar_);

@@ -3,7 +3,6 @@
 #include <QStringList>
 #include <algorithm>
 
-#include "app/engine_settings.h"
 #include "ui/core/text.h"
 
 namespace kelvane {
@@ -42,7 +41,8 @@ std::vector<PropertyRow> propertyRows(Workbench& bench)
 {
     if (const ListSession* const session = bench.session())
         return rowsOf(session->access.catalogue);
-    const PropertyAccess access(bench.platform(), engineOptionsFrom(bench.desktop().settings()));
+    const Desktop& desktop = bench.desktop();
+    const PropertyAccess access(bench.platform(), desktop.engineOptions(desktop.settings()));
     return rowsOf(access.catalogue);
 }
 

@@ -1,13 +1,13 @@
 #include "ui/scan/scan_form.h"
 
 #include <QGroupBox>
-#include <QLabel>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/core/wrapped_label.h"
 #include "ui/scan/category_box.h"
 #include "ui/scan/compare_box.h"
 #include "ui/scan/folder_list.h"
@@ -24,7 +24,7 @@ ScanForm::ScanForm(WindowLink& link, QWidget* parent)
       category_(new CategoryBox),
       compare_(new CompareBox(link.desktop())),
       options_(new OptionsBox),
-      check_(new QLabel)
+      check_(new WrappedLabel("scan.check"))
 {
     setObjectName(QStringLiteral("scan.form"));
     setWidgetResizable(true);
@@ -32,7 +32,11 @@ ScanForm::ScanForm(WindowLink& link, QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     makeLayout();
     setMode(mode_);
-    connect(folders_, &FolderList::edited, this, &ScanForm::edited);
+    connect(folders_, &FolderList::edited, this, [this] {
+        const std::string leftOut = link_.desktop().platform().paths().joinRoots(folders_->leftOut());
+        link_.desktop().memory.setValue(leftOutMemory, QByteArray::fromStdString(leftOut));
+        Q_EMIT edited();
+    });
     connect(category_, &CategoryBox::edited, this, &ScanForm::edited);
     connect(compare_, &CompareBox::edited, this, &ScanForm::edited);
     connect(options_, &OptionsBox::edited, this, &ScanForm::edited);
@@ -61,9 +65,6 @@ QWidget* ScanForm::makeFolders()
     connect(sets, &NamedSetsButton::chosen, this, [this](const std::u16string& roots) {
         folders_->show(link_.desktop().platform().paths().splitRoots(toQt(roots).toStdString()));
     });
-    check_->setObjectName(QStringLiteral("scan.check"));
-    check_->setWordWrap(true);
-    check_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     folders_->addButton(sets);
     auto* const inside = new QVBoxLayout(box);
     inside->addWidget(folders_);
@@ -89,6 +90,11 @@ void ScanForm::show(const ScanOrder& order)
     compare_->show(order.definition);
     options_->show(order);
     folders_->show(link_.desktop().platform().paths().splitRoots(order.definition.roots));
+}
+
+void ScanForm::recallLeftOut(const QByteArray& folders)
+{
+    folders_->leaveOut(link_.desktop().platform().paths().splitRoots(folders.toStdString()));
 }
 
 void ScanForm::showCheck(const OrderCheck& check)

@@ -4,6 +4,7 @@
 #include <QScrollArea>
 
 #include "app/questions.h"
+#include "ui/core/desktop_memory.h"
 #include "ui/scan/order_check.h"
 #include "ui/scan/property_rows.h"
 
@@ -18,6 +19,9 @@ class OptionsBox;
 class WindowLink;
 
 // Main thread. What it cannot know by itself (which folders are there) it is told by showCheck().
+// In the memory of the desktop: see recallLeftOut().
+inline const QString leftOutMemory = QString(DesktopMemory::beside) + QStringLiteral("leftOut");
+
 class ScanForm final : public QScrollArea {
     Q_OBJECT
 
@@ -26,6 +30,8 @@ public:
 
     [[nodiscard]] ScanOrder order() const;
     void show(const ScanOrder& order);
+    // Folders that stood in the latest form without a tick, in this window or an earlier one: no order holds them.
+    void recallLeftOut(const QByteArray& folders);
     void showCheck(const OrderCheck& check);
     void setProperties(std::vector<PropertyRow> rows);
     void setMode(InterfaceMode mode);

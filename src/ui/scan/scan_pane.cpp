@@ -45,7 +45,9 @@ ScanPane::ScanPane(WindowLink& link, QWidget* parent)
     listen();
     listenToScan();
     const Settings settings = link_.desktop().settings();
+    const QByteArray leftOut = link_.desktop().memory.value(leftOutMemory);  // before the form says otherwise
     showOrder(lastOrder(settings));
+    form_->recallLeftOut(leftOut);
     setMode(interfaceModeOf(settings));
     link_.fetch(this, propertyRows, [this](std::vector<PropertyRow> rows) { form_->setProperties(std::move(rows)); });
 }

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/engine_settings.h"
 #include "app/kept_scans.h"
 #include "app/scan_notes.h"
 #include "base/desktop_texts/scan.h"
@@ -109,9 +108,10 @@ ScanReport scanInto(Workbench& bench, ListSession& session, ScanWatcher& watcher
 
 }  // namespace
 
-EngineOptions optionsFor(const ScanOrder& order, const Settings& settings)
+EngineOptions optionsFor(const ScanOrder& order, const Settings& settings, const Desktop& desktop,
+                         std::string* complaint)
 {
-    EngineOptions options = engineOptionsFrom(settings);
+    EngineOptions options = desktop.engineOptions(settings, complaint);
     constexpr std::uint32_t archives = option_flag::enterVirtualFolders;
     options.flags = order.archives ? options.flags | archives : options.flags & ~archives;
     options.exhaustive = order.exhaustive;
@@ -124,7 +124,8 @@ void runOrderedScan(Workbench& bench, const ScanOrder& order, Reports reports, s
     if (!running)
         return refuse(bench, reports, shown(desktop_text::scanBusy));
     const Settings settings = bench.desktop().settings();
-    const EngineOptions options = optionsFor(order, settings);
+    std::string complaint;
+    const EngineOptions options = optionsFor(order, settings, bench.desktop(), &complaint);
     if (const QString problem = checkOrder(bench, order).problem(); !problem.isEmpty())
         return refuse(bench, reports, problem);
     remember(bench.desktop(), order.definition, bench.platform().clock().now());
@@ -133,6 +134,8 @@ void runOrderedScan(Workbench& bench, const ScanOrder& order, Reports reports, s
     if (!criteria)
         return refuse(bench, reports, toQt(criteria.error().detail));
     begin(bench, session, *std::move(criteria), reports);
+    if (!complaint.empty())
+        log(bench, {toQt(complaint)}, reports);
     ScanWatcher watcher(bench, reports, *pause);
     const ScanReport report = scanInto(bench, session, watcher);
     watcher.flush();

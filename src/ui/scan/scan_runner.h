@@ -16,7 +16,8 @@ namespace kelvane {
 void runOrderedScan(Workbench& bench, const ScanOrder& order, QPointer<ScanReports> reports,
                     std::shared_ptr<PauseSwitch> pause);
 
-// The engine's options for an order.
-[[nodiscard]] EngineOptions optionsFor(const ScanOrder& order, const Settings& settings);
+// The engine's options for an order. `complaint`: see Desktop::engineOptions().
+[[nodiscard]] EngineOptions optionsFor(const ScanOrder& order, const Settings& settings, const Desktop& desktop,
+                                       std::string* complaint = nullptr);
 
 }  // namespace kelvane

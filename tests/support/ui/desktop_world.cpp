@@ -102,6 +102,7 @@ DesktopWorld::~DesktopWorld()
     if (!ended)
         qFatal("A window did not close");  // its thread would go on in what is destroyed here
     application_->shutDown();
+    desktop_.awaitFinished();
     settleEvents();
     if (kept_)
         *kept_ = platform.settingsStore;

@@ -14,8 +14,11 @@ namespace kelvane::testing {
 void dropFolder(const DesktopWorld& world, const char* widget, const std::filesystem::path& folder)
 {
     QMimeData dropped;
-    dropped.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.string()))});
-    auto* const target = world.find<QWidget>(widget);
+    const QByteArray path = QByteArray::fromStdString(folder.generic_string());
+    dropped.setUrls({QUrl::fromEncoded("file://" + path.toPercentEncoding("/"))});
+    QWidget* target = world.find<QWidget>(widget);
+    if (target == nullptr)
+        target = &world.window();
     QDragEnterEvent over(QPoint(5, 5), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(target, &over);
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);

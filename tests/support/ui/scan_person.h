@@ -17,7 +17,7 @@ using NamedGroups = std::set<std::set<std::string>>;
     return *world.find<ScanPane>("scan.pane");
 }
 
-// Lets a folder fall on the widget of this name.
+// Lets a folder fall on the widget of this name, or on the window itself.
 void dropFolder(const DesktopWorld& world, const char* widget, const std::filesystem::path& folder);
 
 void click(const DesktopWorld& world, const char* button);
