@@ -1,6 +1,6 @@
 // How soon a window answers while it scans: window_bench [FILES]. Makes a tree of small files, a tenth of them copies,
 // searches it through the scan pane on the offscreen platform, and tells the longest time that the main thread did not
-// come to its events, and how long a cancel takes.
+// come to its events, how often the list grew meanwhile, and how long a cancel takes.
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
@@ -78,10 +78,12 @@ int measure(int count)
     QElapsedTimer since;
     since.start();
     const Heart heart;
+    int grown = 0;
+    QObject::connect(&world.link(), &WindowLink::rowsPatched, [&] { grown += world.link().job() == Job::scanning; });
     static_cast<void>(waitUntil([&] { return world.link().job() == Job::scanning; }));
     static_cast<void>(waitUntil([&] { return world.link().job() == Job::none; }, std::chrono::minutes(10)));
-    std::printf("%d files in %.1f s, %u rows: longest gap of the main thread %lld ms, %d above %lld ms\n", count,
-                static_cast<double>(since.elapsed()) / 1000, world.link().rows().count(),
+    std::printf("%d files in %.1f s, %u rows in %d steps: longest gap of the main thread %lld ms, %d above %lld ms\n",
+                count, static_cast<double>(since.elapsed()) / 1000, world.link().rows().count(), grown,
                 static_cast<long long>(heart.longest()), heart.pauses(), static_cast<long long>(pauseMs));
     std::printf("a cancel ended the scan after %lld ms\n", static_cast<long long>(cancelTime(world)));
     return 0;
