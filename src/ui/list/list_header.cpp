@@ -55,9 +55,9 @@ int ListHeader::firstWidth(const ListColumn& column) const
     const int letter = fontMetrics().averageCharWidth();
     const int title = fontMetrics().horizontalAdvance(column.title) + 5 * letter;
     if (column.name == "System.FileName")
-        return 36 * letter;
+        return 30 * letter;
     if (column.name == "System.ItemFolderPathDisplay")
-        return 46 * letter;
+        return 34 * letter;  // so that the size is in sight
     return std::max(title, (column.rightAligned ? 12 : 20) * letter);
 }
 

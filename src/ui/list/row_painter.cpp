@@ -95,8 +95,8 @@ void RowPainter::thumbnail(const QRect& rect, const QRect& tick, const QPixmap* 
     const QRect cell = rect.adjusted(2, 2, -2, -2);
     background(cell, look);
     tag(cell, look.entry.tag);
-    const int textHeight = painter_.fontMetrics().height() + 4;
-    const QRect room = cell.adjusted(10, 10, -10, -textHeight - 4);
+    const int textHeight = painter_.fontMetrics().height();
+    const QRect room = cell.adjusted(10, 10, -10, -2 * textHeight - 4);
     const QString name = look.texts != nullptr && !look.texts->isEmpty() ? look.texts->front() : QString();
     if (picture != nullptr && !picture->isNull()) {
         const QSize size = picture->size().scaled(room.size(), Qt::KeepAspectRatio).boundedTo(picture->size());
@@ -105,8 +105,16 @@ void RowPainter::thumbnail(const QRect& rect, const QRect& tick, const QPixmap* 
         const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
         painter_.drawText(room, Qt::AlignCenter, dot > 0 ? name.mid(dot + 1, 5).toUpper() : QStringLiteral("?"));
     }
-    const QRect line(cell.left() + 4, cell.bottom() - textHeight, cell.width() - 8, textHeight);
-    painter_.drawText(line, Qt::AlignCenter, painter_.fontMetrics().elidedText(name, Qt::ElideMiddle, line.width()));
+    const QRect line(cell.left() + 4, cell.bottom() - 2 * textHeight, cell.width() - 8, textHeight);
+    const auto write = [&](const QRect& place, const QString& text, Qt::TextElideMode elided) {
+        painter_.drawText(place, Qt::AlignCenter, painter_.fontMetrics().elidedText(text, elided, place.width()));
+    };
+    write(line, name, Qt::ElideMiddle);
+    // Copies are often called the same: the second column, which has the folder unless somebody moved it, tells them
+    // apart.
+    if (!look.entry.isSelected())
+        painter_.setPen(widget_.palette().color(QPalette::PlaceholderText));
+    write(line.translated(0, textHeight), look.texts != nullptr ? look.texts->value(1) : QString(), Qt::ElideLeft);
     if (look.tickBox)
         tickBox(tick, look.entry.isTicked());
     frame(cell, look);
