@@ -16,6 +16,7 @@ constexpr std::u16string_view noticesKey = u"bin1OffNotify";
 
 // clang-format off
 constexpr SettingBit bits[] = {
+    {mainKey, &Settings::flags, settings_flag::darkTheme, false, say::bitDarkTheme, OptionsPage::general},
     {mainKey, &Settings::flags, option_flag::lowPriority, false, say::bitLowPriority, OptionsPage::scanning},
     {mainKey, &Settings::flags, option_flag::enterVirtualFolders, false, say::bitEnterVirtual, OptionsPage::scanning},
     {mainKey, &Settings::flags, option_flag::skipSmallVirtual, false, say::bitSkipSmallVirtual, OptionsPage::scanning},

@@ -94,7 +94,7 @@ namespace say = desktop_text;
 // clang-format off
 constexpr SettingRow table[] = {
     {u"bUseTrans", TextId::settingUseTranslation, OptionsPage::general, SavedWhen::withTranslations,
-     NumberRule{.field = &Settings::useTranslation, .fallback = 1, .outgoing = translationInForce}},
+     NumberRule{.field = &Settings::useTranslation, .fallback = 1, .outgoing = translationInForce}, say::labelUseTranslation},
     {u"nUsecount", TextId::settingUseCount, OptionsPage::bookkeeping, SavedWhen::always,
      NumberRule{.field = &Settings::useCount}},
     {u"nDeduped", TextId::settingDeduped, OptionsPage::bookkeeping, SavedWhen::always,

@@ -1,6 +1,12 @@
-// What a screen reader finds in a window: every control and every command has a name.
+// What a screen reader and a keyboard find in a window: every control and every command has a name, and letters that
+// are underlined lead to one thing.
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QAccessibleInterface>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <deque>
 
 #include "support/ui/desktop_world.h"
@@ -91,6 +97,57 @@ TEST(FrameAccessibility, EveryCommandHasANameAndKeysAreUsedOnce)
         for (const QKeySequence& keys : action->shortcuts()) {
             const auto [owner, isNew] = owners.try_emplace(keys.toString(), name);
             EXPECT_TRUE(isNew) << name.toStdString() << " has the keys of " << owner->second.toStdString();
+        }
+    }
+}
+
+// Letters that work with Alt: of menus, and of what is shown in the window.
+QList<std::pair<QString, QString>> textsWithLetters(const MainWindow& window)
+{
+    QList<std::pair<QString, QString>> texts;
+    const auto add = [&](const QObject& owner, const QString& text) {
+        if (!QKeySequence::mnemonic(text).isEmpty())
+            texts.push_back({QKeySequence::mnemonic(text).toString(), owner.objectName() + u' ' + text});
+    };
+    for (const QAction* const action : window.menuBar()->actions())
+        add(*action, action->text());
+    for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>())
+        if (button->isVisibleTo(&window))
+            add(*button, button->text());
+    for (const QLabel* const label : window.findChildren<QLabel*>())
+        if (label->buddy() != nullptr && label->isVisibleTo(&window))
+            add(*label, label->text());
+    return texts;
+}
+
+TEST(FrameAccessibility, NoTwoControlsOfAWindowAnswerToOneLetter)
+{
+    for (const InterfaceMode mode : {InterfaceMode::beginner, InterfaceMode::standard, InterfaceMode::advanced}) {
+        DesktopWorld world({.mode = mode});
+        for (QDockWidget* const pane : world.window().findChildren<QDockWidget*>())
+            pane->show();
+        std::map<QString, QString> owners;
+        for (const auto& [letter, text] : textsWithLetters(world.window())) {
+            const auto [owner, isNew] = owners.try_emplace(letter, text);
+            EXPECT_TRUE(isNew) << text.toStdString() << " and " << owner->second.toStdString();
+        }
+        EXPECT_GT(owners.size(), 6u);  // more than the menus
+    }
+}
+
+TEST(FrameAccessibility, NoTwoCommandsOfAMenuAnswerToOneLetter)
+{
+    DesktopWorld world;
+    world.loadList({{"a", "b"}});
+    for (const QMenu* const menu : world.window().menuBar()->findChildren<QMenu*>()) {
+        std::map<QString, QString> owners;
+        for (const QAction* const action : menu->actions()) {
+            const QString letter = QKeySequence::mnemonic(action->text()).toString();
+            if (letter.isEmpty() || !action->isVisible())
+                continue;
+            const auto [owner, isNew] = owners.try_emplace(letter, action->text());
+            EXPECT_TRUE(isNew) << menu->title().toStdString() << ": " << action->text().toStdString() << " and "
+                               << owner->second.toStdString();
         }
     }
 }

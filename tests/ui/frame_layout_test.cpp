@@ -1,6 +1,10 @@
+#include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDockWidget>
+#include <QRadioButton>
 #include <QToolBar>
+#include <cmath>
 
 #include "app/settings_node.h"
 #include "support/ui/desktop_world.h"
@@ -55,6 +59,40 @@ TEST(FrameLayout, HidesThePanesBelowFromBeginners)
     EXPECT_TRUE(pane(world, "log.pane").isHidden());
 }
 
+TEST(FrameLayout, FollowsTheInterfaceAtOnce)
+{
+    DesktopWorld world;
+    world.window().addDockWidget(Qt::RightDockWidgetArea, &pane(world, "pane.scan"));
+    EXPECT_TRUE(world.trigger("view.beginner"));
+    EXPECT_TRUE(pane(world, "groups.pane").isHidden());
+    EXPECT_TRUE(pane(world, "pane.preview").isHidden());
+    EXPECT_EQ(world.window().dockWidgetArea(&pane(world, "pane.scan")), Qt::LeftDockWidgetArea);
+    EXPECT_TRUE(world.trigger("view.standard"));
+    EXPECT_FALSE(pane(world, "groups.pane").isHidden());
+    EXPECT_FALSE(pane(world, "pane.preview").isHidden());
+}
+
+TEST(FrameLayout, KeysLeadFromPaneToPane)
+{
+    DesktopWorld world;
+    pane(world, "groups.pane").hide();
+    const auto paneOfFocus = [&]() -> QString {
+        for (const QWidget* at = world.window().focusWidget(); at != nullptr; at = at->parentWidget())
+            if (at == world.window().centralWidget() || qobject_cast<const QDockWidget*>(at) != nullptr)
+                return at == world.window().centralWidget() ? QStringLiteral("middle") : at->objectName();
+        return {};
+    };
+    world.window().centralWidget()->setFocus();
+    QStringList way;
+    for (int step = 0; step < 5; ++step) {
+        EXPECT_TRUE(world.trigger("view.nextPane"));
+        way.push_back(paneOfFocus());
+    }
+    EXPECT_EQ(way.join(u' ').toStdString(), "pane.preview pane.marking log.pane pane.scan middle");
+    EXPECT_TRUE(world.trigger("view.previousPane"));
+    EXPECT_EQ(paneOfFocus().toStdString(), "pane.scan");
+}
+
 TEST(FrameLayout, DamagedMemoryOpensTheWindowAsAtFirst)
 {
     const auto kept = std::make_shared<MemorySettingsStore>();
@@ -67,6 +105,63 @@ TEST(FrameLayout, DamagedMemoryOpensTheWindowAsAtFirst)
     DesktopWorld world({.kept = kept});
     EXPECT_FALSE(pane(world, "groups.pane").isHidden());
     EXPECT_GE(world.window().width(), 600);
+}
+
+// Relative luminance and contrast as accessibility guidelines define them.
+double luminance(const QColor& colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& text, const QColor& ground)
+{
+    const double one = luminance(text) + 0.05, other = luminance(ground) + 0.05;
+    return std::max(one, other) / std::min(one, other);
+}
+
+double contrast(const QPalette& palette, QPalette::ColorRole text, QPalette::ColorRole ground)
+{
+    return contrast(palette.color(text), palette.color(ground));
+}
+
+TEST(FrameTheme, EveryTextStandsOutInBothThemes)
+{
+    DesktopWorld world;
+    for (const char* const theme : {"view.themeLight", "view.themeDark"}) {
+        SCOPED_TRACE(theme);
+        EXPECT_TRUE(world.trigger(theme));
+        const QPalette palette = QApplication::palette();
+        for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::AlternateBase}) {
+            EXPECT_GT(contrast(palette, QPalette::WindowText, ground), 7);
+            EXPECT_GT(contrast(palette, QPalette::BrightText, ground), 4.5);  // of warnings
+            EXPECT_GT(contrast(palette, QPalette::Link, ground), 4.5);
+            EXPECT_GT(contrast(palette, QPalette::PlaceholderText, ground), 3);
+        }
+        EXPECT_GT(contrast(palette, QPalette::HighlightedText, QPalette::Highlight), 4.5);
+        EXPECT_GT(contrast(palette, QPalette::ButtonText, QPalette::Button), 7);
+    }
+}
+
+TEST(FrameTheme, BoxesThatAreNotTickedAreSeen)
+{
+    DesktopWorld world;
+    for (const char* const theme : {"view.themeLight", "view.themeDark"}) {
+        SCOPED_TRACE(theme);
+        EXPECT_TRUE(world.trigger(theme));
+        for (QAbstractButton* const button : {static_cast<QAbstractButton*>(new QCheckBox(&world.window())),
+                                              static_cast<QAbstractButton*>(new QRadioButton(&world.window()))}) {
+            button->resize(button->sizeHint());
+            const QImage seen = button->grab().toImage();
+            double best = 0;
+            for (int x = 0; x < seen.width(); ++x)
+                best = std::max(best, contrast(seen.pixelColor(x, seen.height() / 2), seen.pixelColor(0, 0)));
+            EXPECT_GT(best, 3);
+            delete button;
+        }
+    }
 }
 
 TEST(FrameTheme, DarkAndLightAreKeptAndReadable)

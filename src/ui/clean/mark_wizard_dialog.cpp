@@ -19,6 +19,7 @@
 #include "ui/clean/wizard_rules.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/frame/theme.h"
 
 namespace kelvane {
 namespace {
@@ -94,6 +95,9 @@ MarkWizardDialog::MarkWizardDialog(WindowLink& link, WizardFacts facts)
     layout->addWidget(makeEffect());
     layout->addWidget(makeButtons());
     setMinimumWidth(540);
+    apply_->setDefault(true);  // not before it is in the dialog
+    if (QAbstractButton* const preselected = choices_->checkedButton())
+        preselected->setFocus();
     connect(&link, &WindowLink::figuresChanged, this, &MarkWizardDialog::changed);
     changed();
 }
@@ -200,7 +204,7 @@ QWidget* MarkWizardDialog::makeEffect()
     warning_->setObjectName(QStringLiteral("wizardWarning"));
     warning_->setWordWrap(true);
     warning_->setVisible(false);
-    warning_->setStyleSheet(QStringLiteral("color: #c62828; font-weight: bold"));
+    makeWarning(*warning_);
     layout->addWidget(effect_);
     layout->addWidget(warning_);
     return box;
@@ -211,7 +215,6 @@ QWidget* MarkWizardDialog::makeButtons()
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     apply_ = buttons->addButton(shown(say::wizardApply), QDialogButtonBox::ActionRole);
     apply_->setObjectName(QStringLiteral("wizardApply"));
-    apply_->setDefault(true);
     connect(apply_, &QPushButton::clicked, this, &MarkWizardDialog::mark);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     return buttons;

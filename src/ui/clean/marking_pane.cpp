@@ -13,6 +13,7 @@
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/frame/commands.h"
+#include "ui/frame/theme.h"
 
 namespace kelvane {
 namespace {
@@ -37,7 +38,7 @@ MarkingPane::MarkingPane(WindowLink& link, const CommandSet& commands)
     sum_->setWordWrap(true);
     lost_->setObjectName(QStringLiteral("markingLost"));
     lost_->setWordWrap(true);
-    lost_->setStyleSheet(QStringLiteral("color: #c62828; font-weight: bold"));
+    makeWarning(*lost_);
     lost_->hide();
     delay_->setSingleShot(true);
     delay_->setInterval(delayMs);

@@ -12,7 +12,14 @@
 namespace kelvane {
 namespace {
 
-constexpr int pictureSize = 32;
+constexpr int pictureSize = 24;
+
+// The picture stands beside the question, and not at the end of the line above it.
+QString laidOut(const std::string& html)
+{
+    return toQt(html).replace(QStringLiteral("<img src=\"question\">\r\n<p>"),
+                              QStringLiteral("<p><img src=\"question\" style=\"vertical-align: middle\">&nbsp; "));
+}
 
 QTextBrowser* makePage(const QDialog& dialog, const std::string& html, std::function<void()> help)
 {
@@ -23,7 +30,7 @@ QTextBrowser* makePage(const QDialog& dialog, const std::string& html, std::func
     page->document()->addResource(
         QTextDocument::ImageResource, QUrl(QStringLiteral("question")),
         dialog.style()->standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(pictureSize, pictureSize));
-    page->setHtml(toQt(html));
+    page->setHtml(laidOut(html));
     QObject::connect(page, &QTextBrowser::anchorClicked, page, [help = std::move(help)] { help(); });
     return page;
 }

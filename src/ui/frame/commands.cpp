@@ -67,6 +67,20 @@ QAction* CommandSet::add(const CommandSpec& spec)
     return action;
 }
 
+void CommandSet::arrangeToolbar(std::initializer_list<const char*> names)
+{
+    QList<QAction*> rest = toolbar_->actions();
+    toolbar_->clear();
+    for (const char* const name : names) {
+        QAction* const action = find(QString::fromLatin1(name));
+        if (*name == '\0')
+            toolbar_->addSeparator();
+        else if (rest.removeAll(action) > 0)
+            toolbar_->addAction(action);
+    }
+    toolbar_->addActions(rest);
+}
+
 QMenu* CommandSet::addSubmenu(MenuId menu, const char* name, TextId label)
 {
     QMenu* const added = menus_.at(menu)->addMenu(shown(label));

@@ -5,6 +5,7 @@
 #include <QKeySequence>
 #include <QObject>
 #include <functional>
+#include <initializer_list>
 #include <map>
 
 #include "app/questions.h"
@@ -52,6 +53,8 @@ public:
     CommandSet(WindowLink& link, QMainWindow& window);
 
     QAction* add(const CommandSpec& spec);
+    // Puts the toolbar's commands into this order, with a line for each empty name; those that are not named follow.
+    void arrangeToolbar(std::initializer_list<const char*> names);
     // A menu in a menu, for commands that name it.
     QMenu* addSubmenu(MenuId menu, const char* name, TextId label);
     // Null for an unknown name.

@@ -9,6 +9,7 @@
 #include "ui/core/window_link.h"
 #include "ui/frame/groups_pane.h"
 #include "ui/frame/log_pane.h"
+#include "ui/frame/pane_walk.h"
 #include "ui/frame/theme.h"
 
 namespace kelvane {
@@ -112,6 +113,23 @@ void addLayoutCommands(const FrameParts& parts)
          }});
 }
 
+void addPaneCommands(const FrameParts& parts)
+{
+    MainWindow& window = parts.window;
+    QMenu* const panes = window.panesMenu();
+    panes->addSeparator();
+    const auto add = [&](const char* name, TextId label, const QKeySequence& keys, int step) {
+        parts.commands.add({.name = name,
+                            .label = label,
+                            .menu = MenuId::view,
+                            .run = [&window, step] { goToNextPane(window, step); },
+                            .keys = keys,
+                            .submenu = panes});
+    };
+    add("view.nextPane", say::commandNextPane, QKeySequence(Qt::Key_F6), 1);
+    add("view.previousPane", say::commandPreviousPane, QKeySequence(Qt::SHIFT | Qt::Key_F6), -1);
+}
+
 }  // namespace
 
 void installFrameCommands(const FrameParts& parts)
@@ -137,6 +155,7 @@ void installFramePanes(const FrameParts& parts)
 {
     parts.window.addPane(new GroupsPane(parts.link), "groups.pane", say::paneGroups, Qt::BottomDockWidgetArea);
     parts.window.addPane(new LogPane(parts.link), "log.pane", say::paneLog, Qt::BottomDockWidgetArea);
+    addPaneCommands(parts);
 }
 
 }  // namespace kelvane

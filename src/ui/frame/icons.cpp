@@ -43,7 +43,7 @@ QPixmap recoloured(QImage image, QColor line, QColor accent)
 
 }  // namespace
 
-QIcon commandIcon(const QString& name)
+QIcon commandIcon(const QString& name, QPalette::ColorRole accent)
 {
     QIcon icon;
     const QPalette palette = QApplication::palette();
@@ -52,7 +52,7 @@ QIcon commandIcon(const QString& name)
         const QImage image(fileOf(name, size));
         if (image.isNull())
             return {};
-        icon.addPixmap(recoloured(image, palette.color(QPalette::WindowText), palette.color(QPalette::Link)));
+        icon.addPixmap(recoloured(image, palette.color(QPalette::WindowText), palette.color(accent)));
         icon.addPixmap(recoloured(image, dim, dim), QIcon::Disabled);
     }
     return icon;

@@ -2,11 +2,12 @@
 #pragma once
 
 #include <QIcon>
+#include <QPalette>
 
 namespace kelvane {
 
 // Nothing for a name that nobody has drawn. To be asked again when the palette changes.
-[[nodiscard]] QIcon commandIcon(const QString& name);
+[[nodiscard]] QIcon commandIcon(const QString& name, QPalette::ColorRole accent = QPalette::Link);
 // In its own colours.
 [[nodiscard]] QIcon programIcon();
 

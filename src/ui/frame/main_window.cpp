@@ -40,6 +40,7 @@ MainWindow::MainWindow(WindowLink& link)
     installRooms({link, *commands_, *this});
     followOptions();
     layout_->restore(commands_->mode());
+    connect(commands_, &CommandSet::modeChanged, layout_, &WindowLayout::arrange);
     connect(&link, &WindowLink::optionsChanged, this, &MainWindow::followOptions);
     QTimer::singleShot(0, this, &MainWindow::serveTarget);
 }
@@ -49,6 +50,7 @@ QDockWidget* MainWindow::addPane(QWidget* content, const char* name, TextId titl
     auto* const dock = new QDockWidget(shown(title), this);
     dock->setObjectName(QString::fromLatin1(name));
     dock->setWidget(content);
+    dock->setProperty(WindowLayout::orderProperty, static_cast<int>(homes_.size()));
     homes_[dock] = area;
     addDockWidget(area, dock);
     panes_->addAction(dock->toggleViewAction());

@@ -29,6 +29,7 @@ public:
     // A pane that can be docked anywhere, closed, and opened again from the view menu. `name` is for the layout that is
     // remembered, and for tests. Takes the widget.
     QDockWidget* addPane(QWidget* content, const char* name, TextId title, Qt::DockWidgetArea area);
+    [[nodiscard]] QMenu* panesMenu() const { return panes_; }
     // Where a pane belongs that nobody has moved.
     [[nodiscard]] Qt::DockWidgetArea homeOf(const QDockWidget& pane) const;
 

@@ -3,7 +3,9 @@
 #include "platform/native_text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/results_view.h"
+#include "ui/scan/beginner_page.h"
 #include "ui/scan/folder_list.h"
+#include "ui/scan/scan_pane.h"
 
 namespace kelvane {
 namespace {
@@ -20,10 +22,23 @@ void goToItems(WindowLink& link, ResultsView& view)
     });
 }
 
-void searchFolders(WindowLink& link, FolderList& folders)
+void searchFolders(WindowLink& link, FolderList& folders, BeginnerPage& express)
 {
-    QObject::connect(&link, &WindowLink::folderRequested, &folders, [&folders](const std::filesystem::path& folder) {
-        folders.show({bytesFromNative(folder.native())});
+    QObject::connect(&link, &WindowLink::folderRequested, &folders,
+                     [&folders, &express](const std::filesystem::path& folder) {
+                         const std::string bytes = bytesFromNative(folder.native());
+                         folders.show({bytes});
+                         express.setFolder(bytes);
+                     });
+}
+
+// Who started a scan by keyboard goes on in the list.
+void goToFound(const WindowLink& link, const ScanPane& scan, ResultsView& view)
+{
+    QObject::connect(&scan, &ScanPane::found, &view, [&link, &view] {
+        view.setFocus(Qt::OtherFocusReason);
+        if (!link.currentItem())
+            view.goTo(0, Qt::NoModifier);
     });
 }
 
@@ -31,10 +46,14 @@ void searchFolders(WindowLink& link, FolderList& folders)
 
 void linkRooms(const FrameParts& parts)
 {
-    if (auto* const view = parts.window.findChild<ResultsView*>())
+    auto* const view = parts.window.findChild<ResultsView*>();
+    auto* const scan = parts.window.findChild<ScanPane*>();
+    if (view != nullptr)
         goToItems(parts.link, *view);
     if (auto* const folders = parts.window.findChild<FolderList*>())
-        searchFolders(parts.link, *folders);
+        searchFolders(parts.link, *folders, *parts.window.findChild<BeginnerPage*>());
+    if (view != nullptr && scan != nullptr)
+        goToFound(parts.link, *scan, *view);
 }
 
 }  // namespace kelvane

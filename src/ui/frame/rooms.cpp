@@ -15,11 +15,13 @@ void installRooms(const FrameParts& parts)
     installFrameCommands(parts);
     installList(parts);
     installScan(parts);
+    installPreview(parts);
     installClean(parts);
     installOptions(parts);
-    installPreview(parts);
     installFramePanes(parts);
     installClosing(parts);
+    parts.commands.arrangeToolbar({"scan.start", "scan.stop", "", "list.open", "list.save", "", "mark.wizard",
+                                   "mark.keepNewest", "mark.keepOldest", "", "clean.start"});
     linkRooms(parts);
 }
 

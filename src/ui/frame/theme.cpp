@@ -1,10 +1,11 @@
 #include "ui/frame/theme.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QPalette>
-#include <QStyle>
-#include <QStyleFactory>
 #include <QVariant>
+
+#include "ui/frame/program_style.h"
 
 namespace kelvane {
 namespace {
@@ -18,7 +19,7 @@ bool isDark(const QPalette& palette)
 }
 
 struct Colours {
-    QRgb window, base, alternate, text, dim, button, highlight, link, tip;
+    QRgb window, base, alternate, text, dim, button, highlight, link, tip, warning;
 };
 
 // Text against its ground: at least 7 to 1, what is disabled at least 3 to 1.
@@ -30,7 +31,8 @@ constexpr Colours lightColours{.window = 0xf3f4f6,
                                .button = 0xeceef1,
                                .highlight = 0x1a5fb4,
                                .link = 0x1a5fb4,
-                               .tip = 0xfffff0};
+                               .tip = 0xfffff0,
+                               .warning = 0xa81b1b};
 constexpr Colours darkColours{.window = 0x2a2d31,
                               .base = 0x202020,
                               .alternate = 0x27292c,
@@ -39,13 +41,15 @@ constexpr Colours darkColours{.window = 0x2a2d31,
                               .button = 0x35393e,
                               .highlight = 0x2f6fc4,
                               .link = 0x7fb4ff,
-                              .tip = 0x3a3e44};
+                              .tip = 0x3a3e44,
+                              .warning = 0xff9e94};
 
+// The bright text is that of warnings: the style itself does not use it.
 QPalette paletteOf(const Colours& colours)
 {
     const QColor text(colours.text), button(colours.button), dim(colours.dim);
-    QPalette palette(text, button, button.lighter(150), button.darker(160), button.darker(120), text, Qt::white,
-                     QColor(colours.base), QColor(colours.window));
+    QPalette palette(text, button, button.lighter(150), button.darker(160), button.darker(120), text,
+                     QColor(colours.warning), QColor(colours.base), QColor(colours.window));
     palette.setColor(QPalette::AlternateBase, colours.alternate);
     palette.setColor(QPalette::Highlight, colours.highlight);
     palette.setColor(QPalette::HighlightedText, Qt::white);
@@ -107,8 +111,8 @@ void applyTheme(Theme theme, const Settings& settings)
 {
     const bool systemIsDark = isSystemDark();
     const bool dark = theme == Theme::dark || (theme == Theme::system && systemIsDark);
-    if (qApp->style()->objectName() != QStringLiteral("fusion"))
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (qobject_cast<ProgramStyle*>(qApp->style()) == nullptr)
+        QApplication::setStyle(new ProgramStyle);
     const QPalette palette = paletteOf(dark ? darkColours : lightColours);
     QApplication::setPalette(palette);
     QPalette views = palette;
@@ -121,6 +125,14 @@ void applyTheme(Theme theme, const Settings& settings)
 bool isDarkNow()
 {
     return isDark(QApplication::palette());
+}
+
+void makeWarning(QLabel& label)
+{
+    QFont font = label.font();
+    font.setBold(true);
+    label.setFont(font);
+    label.setForegroundRole(QPalette::BrightText);
 }
 
 }  // namespace kelvane

@@ -6,6 +6,8 @@
 #include "app/settings.h"
 #include "ui/core/desktop_memory.h"
 
+class QLabel;
+
 namespace kelvane {
 
 enum class Theme { system, light, dark };
@@ -20,5 +22,7 @@ void rememberTheme(Theme theme, DesktopMemory& memory);
 void applyTheme(Theme theme, const Settings& settings);
 // Whether the palette in force is a dark one.
 [[nodiscard]] bool isDarkNow();
+// What a person must not overlook: bold, in a colour that can be read in both themes and follows them.
+void makeWarning(QLabel& label);
 
 }  // namespace kelvane

@@ -5,6 +5,8 @@
 #include <QScreen>
 #include <QTimer>
 #include <QToolBar>
+#include <QVariant>
+#include <algorithm>
 
 #include "ui/core/desktop.h"
 #include "ui/frame/commands.h"
@@ -16,15 +18,13 @@ namespace {
 const QString stateName = QStringLiteral("windowState"), placeName = QStringLiteral("windowPlace");
 // Of the panes; what another version kept is not taken.
 constexpr int stateVersion = 1;
-constexpr QSize firstSize{1200, 780};
+constexpr QSize firstSize{1440, 900};
 constexpr int sideWidth = 300, bottomHeight = 170;
 
 QList<QDockWidget*> panesAt(const MainWindow& window, Qt::DockWidgetArea area)
 {
-    QList<QDockWidget*> found;
-    for (QDockWidget* const pane : window.findChildren<QDockWidget*>(Qt::FindDirectChildrenOnly))
-        if (window.homeOf(*pane) == area)
-            found.push_back(pane);
+    QList<QDockWidget*> found = panesInOrder(window);
+    found.removeIf([&](const QDockWidget* pane) { return window.homeOf(*pane) != area; });
     return found;
 }
 
@@ -43,6 +43,16 @@ void stack(MainWindow& window, const QList<QDockWidget*>& panes, Qt::DockWidgetA
 }
 
 }  // namespace
+
+QList<QDockWidget*> panesInOrder(const QMainWindow& window)
+{
+    QList<QDockWidget*> panes = window.findChildren<QDockWidget*>(Qt::FindDirectChildrenOnly);
+    std::sort(panes.begin(), panes.end(), [](const QDockWidget* one, const QDockWidget* other) {
+        return one->property(WindowLayout::orderProperty).toInt() <
+               other->property(WindowLayout::orderProperty).toInt();
+    });
+    return panes;
+}
 
 WindowLayout::WindowLayout(MainWindow& window, Desktop& desktop) : QObject(&window), window_(window), desktop_(desktop)
 {

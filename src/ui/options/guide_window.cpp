@@ -1,6 +1,7 @@
 #include "ui/options/guide_window.h"
 
 #include <QHBoxLayout>
+#include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -19,6 +20,25 @@
 
 namespace kelvane {
 namespace {
+
+constexpr int widestPicture = 580;  // what the window has room for beside its chapters
+
+// Pictures that fit: scaled smoothly, and with as many pixels as the screen has.
+class GuideText final : public QTextBrowser {
+public:
+    QVariant loadResource(int type, const QUrl& name) override
+    {
+        QVariant found = QTextBrowser::loadResource(type, name);
+        QImage picture;
+        if (type != QTextDocument::ImageResource || !picture.loadFromData(found.toByteArray()))
+            return found;
+        const int width = std::min(picture.width(), widestPicture);
+        const int pixels = std::min(picture.width(), qRound(width * devicePixelRatioF()));
+        picture = picture.scaledToWidth(pixels, Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(static_cast<qreal>(pixels) / width);
+        return picture;
+    }
+};
 
 namespace say = desktop_text;
 
@@ -64,7 +84,7 @@ GuideWindow::GuideWindow(WindowLink& link)
       forward_(button("guideForward", say::guideForward, QStyle::SP_ArrowForward, *this)),
       search_(new QLineEdit),
       chapters_(new QListWidget),
-      text_(new QTextBrowser)
+      text_(new GuideText)
 {
     setObjectName(QStringLiteral("guideWindow"));
     setWindowTitle(shown(say::guideTitle));
@@ -114,6 +134,7 @@ QWidget* GuideWindow::makeBar()
 
 void GuideWindow::makeChapters()
 {
+    chapters_->setSpacing(2);
     chapters_->setObjectName(QStringLiteral("guideChapters"));
     chapters_->setAccessibleName(shown(say::guideChapters));
     chapters_->setFixedWidth(230);

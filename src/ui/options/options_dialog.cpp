@@ -50,6 +50,7 @@ OptionsDialog::OptionsDialog(WindowLink& link)
     list_->setObjectName(QStringLiteral("optionsPages"));
     list_->setAccessibleName(shown(say::optionsPages));
     list_->setFixedWidth(180);
+    list_->setSpacing(2);
     nothing_->setAlignment(Qt::AlignCenter);
     auto* const middle = new QHBoxLayout;
     middle->addWidget(list_);
@@ -57,8 +58,8 @@ OptionsDialog::OptionsDialog(WindowLink& link)
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(search_);
     layout->addLayout(middle, 1);
+    makePages(link);  // before the buttons, which come after them by keyboard too
     layout->addWidget(makeButtons());
-    makePages(link);
     connect(search_, &QLineEdit::textChanged, this, &OptionsDialog::search);
     connect(keeper_, &OptionsKeeper::changed, this, &OptionsDialog::display);
     connect(keeper_, &OptionsKeeper::failed, this, [this](const QString& text) { tell(text, true); });

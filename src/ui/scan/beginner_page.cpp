@@ -18,6 +18,8 @@
 #include "ui/core/local_path.h"
 #include "ui/core/text.h"
 #include "ui/core/wrapped_label.h"
+#include "ui/frame/icons.h"
+#include "ui/frame/theme.h"
 
 namespace kelvane {
 namespace {
@@ -36,7 +38,9 @@ constexpr std::array choices = {
     Choice{"express.everything", desktop_text::expressEverything, Category::custom, QStandardPaths::HomeLocation},
 };
 constexpr int everything = 3;
-constexpr QSize leastChoice{110, 64};
+constexpr QSize leastChoice{110, 84};
+constexpr QSize iconSize{40, 40};
+constexpr int leastFind = 48;
 
 QToolButton* makeChoice(const Choice& choice)
 {
@@ -46,7 +50,8 @@ QToolButton* makeChoice(const Choice& choice)
     button->setCheckable(true);
     button->setMinimumSize(leastChoice);
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    button->setIconSize(iconSize);
     QFont font = button->font();
     font.setPointSizeF(font.pointSizeF() * 1.2);
     button->setFont(font);
@@ -71,12 +76,13 @@ BeginnerPage::BeginnerPage(const Desktop& desktop, QWidget* parent)
 {
     setObjectName(QStringLiteral("scan.express"));
     setAcceptDrops(true);
+    makeWarning(*problem_);
     auto* const own = new QPushButton(shown(desktop_text::expressFolder));
     own->setObjectName(QStringLiteral("express.folder"));
     connect(own, &QPushButton::clicked, this, &BeginnerPage::chooseFolder);
     auto* const find = new QPushButton(shown(desktop_text::scanFind));
     find->setObjectName(QStringLiteral("express.find"));
-    find->setMinimumHeight(leastChoice.height() * 3 / 4);
+    find->setMinimumHeight(leastFind);
     connect(find, &QPushButton::clicked, this, &BeginnerPage::findWanted);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(wrappedLabel(shown(desktop_text::expressHeading), "express.heading"));
@@ -88,6 +94,7 @@ BeginnerPage::BeginnerPage(const Desktop& desktop, QWidget* parent)
     layout->addWidget(wrappedLabel(shown(desktop_text::expressNote), "express.note"));
     layout->addStretch();
     choices_->button(everything)->setChecked(true);
+    renewIcons();
     refresh();
 }
 
@@ -153,6 +160,19 @@ std::string BeginnerPage::folder() const
         return ownFolder_;
     const auto place = choices[static_cast<std::size_t>(choices_->checkedId())].place;
     return bytesOfPath(QStandardPaths::writableLocation(place));
+}
+
+void BeginnerPage::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        renewIcons();
+}
+
+void BeginnerPage::renewIcons()
+{
+    for (QAbstractButton* const button : choices_->buttons())
+        button->setIcon(commandIcon(button->objectName()));
 }
 
 void BeginnerPage::dragEnterEvent(QDragEnterEvent* event)

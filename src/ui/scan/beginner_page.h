@@ -23,19 +23,22 @@ public:
     [[nodiscard]] ScanOrder order() const;
     // Why no scan can begin, or nothing.
     void showProblem(const QString& problem);
+    // Searches this folder, whatever the choice.
+    void setFolder(const std::string& folder);
 
 Q_SIGNALS:
     void findWanted();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
     [[nodiscard]] QWidget* makeChoices();
     void chooseFolder();
-    void setFolder(const std::string& folder);
     void refresh();
+    void renewIcons();
     [[nodiscard]] std::string folder() const;
 
     const Desktop& desktop_;

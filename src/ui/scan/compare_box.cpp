@@ -10,6 +10,7 @@
 
 #include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
+#include "ui/frame/theme.h"
 #include "ui/scan/property_picker.h"
 
 namespace kelvane {
@@ -65,6 +66,7 @@ void CompareBox::makeControls()
     similarity_->setRange(1, exact);
     similarity_->setPageStep(5);
     problem_->hide();
+    makeWarning(*problem_);
     for (QCheckBox* const box : {contents_, sameType_})
         connect(box, &QCheckBox::toggled, this, &CompareBox::edited);
     connect(pick_, &QPushButton::clicked, this, &CompareBox::pickProperties);

@@ -8,6 +8,7 @@
 #include "app/typed_size.h"
 #include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
+#include "ui/frame/theme.h"
 
 namespace kelvane {
 namespace {
@@ -48,6 +49,7 @@ OptionsBox::OptionsBox(QWidget* parent)
 {
     problem_->setObjectName(QStringLiteral("scan.sizeProblem"));
     problem_->setWordWrap(true);
+    makeWarning(*problem_);
     makeLayout();
     refresh();
 }

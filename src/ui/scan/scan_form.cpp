@@ -1,6 +1,7 @@
 #include "ui/scan/scan_form.h"
 
 #include <QGroupBox>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -52,7 +53,7 @@ void ScanForm::makeLayout()
     layout->addWidget(options_);
     layout->addStretch();
     setWidget(content);
-    setMinimumWidth(content->minimumSizeHint().width() + 2 * frameWidth());
+    setMinimumWidth(content->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width() + 2 * frameWidth());
 }
 
 QWidget* ScanForm::makeFolders()

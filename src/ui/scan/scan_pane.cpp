@@ -161,6 +161,8 @@ void ScanPane::scanEnded(const ScanOutcome& outcome)
     if (outcome.refused)
         return showProblem(outcome.problem);
     showProblem({});
+    if (outcome.rows > 0 && isAncestorOf(window()->focusWidget()))
+        Q_EMIT found();
     if (outcome.cancelled)
         Q_EMIT link_.statusTold(shown(desktop_text::scanCancelled, {groupsText(outcome.groups).toStdString()}));
     else if (outcome.rows == 0 && !outcome.trivial)

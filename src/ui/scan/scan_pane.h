@@ -46,6 +46,8 @@ public:
 
 Q_SIGNALS:
     void paused(bool paused);
+    // A scan that was begun from here ended with groups in the list, while the focus was still here.
+    void found();
 
 private:
     void makeLayout();
