@@ -162,6 +162,22 @@ TEST(FrameWindow, AsksBeforeItClosesOverWorkThatRuns)
     EXPECT_TRUE(waitUntil([&] { return window.isNull(); }));
 }
 
+TEST(FrameWindow, StaysWhenTheWorkEndsBeforeThatIsAnswered)
+{
+    DesktopWorld world;
+    workOn(world);
+    const QPointer<MainWindow> window(&world.window());
+    window->close();
+    ASSERT_NE(world.await<QMessageBox>("closeBox"), nullptr);
+    world.link().cancelJob();
+    ASSERT_TRUE(waitUntil([&] { return world.find<QMessageBox>("closeBox") == nullptr; })) << "nothing to ask any more";
+    EXPECT_EQ(world.link().job(), Job::none);
+    // Whatever the window's thread was told before this has been done by then.
+    world.onWindowThread([](Workbench&) {});
+    ASSERT_FALSE(window.isNull()) << "what was found is there to be seen";
+    EXPECT_TRUE(window->isVisible());
+}
+
 TEST(FrameWindow, ShowsOneQuestionAfterTheOtherAboveItsOwnWindow)
 {
     DesktopWorld world;

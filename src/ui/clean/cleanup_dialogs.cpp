@@ -30,6 +30,12 @@ TextId workOf(CleanupAction action)
     return action == CleanupAction::recycle ? TextId::movingToTrash : TextId::deletingForGood;
 }
 
+// The text goes on a line of its own elsewhere.
+QString asTitle(QString text)
+{
+    return text.isEmpty() ? text : text.replace(0, 1, text.front().toUpper());
+}
+
 std::vector<TrashlessLine> linesOf(std::span<const TrashlessVolume> volumes)
 {
     std::vector<TrashlessLine> lines;
@@ -134,7 +140,7 @@ void CleanupDialogs::beginProgress(const CleanupPlan& plan)
         planned_.push_back({command.item, bytesCount_ ? command.bytes : 0});
         bytes += planned_.back().bytes;
     }
-    progress_.begin(shown(workOf(plan.action)), planned_.size(), bytes);
+    progress_.begin(asTitle(shown(workOf(plan.action))), planned_.size(), bytes);
 }
 
 void CleanupDialogs::expect(std::uint64_t items)

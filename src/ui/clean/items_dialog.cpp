@@ -34,7 +34,7 @@ QTreeView* makeTable(TextTableModel& model, const QString& title)
 
 QDialogButtonBox* makeButtons(QDialog& dialog, const TextTableModel& model)
 {
-    auto* const buttons = new QDialogButtonBox;
+    auto* const buttons = new QDialogButtonBox(&dialog);  // a default button needs its dialog
     QPushButton* const copy = buttons->addButton(shown(desktop_text::copyAll), QDialogButtonBox::ActionRole);
     copy->setObjectName(QStringLiteral("itemsCopy"));
     QObject::connect(copy, &QPushButton::clicked, &model,

@@ -14,6 +14,7 @@
 #include "base/desktop_texts/clean.h"
 #include "ui/clean/boxes.h"
 #include "ui/clean/place_list.h"
+#include "ui/clean/rules_area.h"
 #include "ui/clean/text_values.h"
 #include "ui/clean/wizard_marks.h"
 #include "ui/clean/wizard_rules.h"
@@ -70,6 +71,7 @@ MarkWizardDialog::MarkWizardDialog(WindowLink& link, WizardFacts facts)
     : QDialog(topOf(link)),
       link_(link),
       facts_(std::move(facts)),
+      list_(link.list()),
       wizard_(facts_.definition, link.desktop().platform().paths(), facts_.drives, link.desktop().wizard),
       choices_(new QButtonGroup(this)),
       delay_(new QTimer(this))
@@ -89,9 +91,7 @@ MarkWizardDialog::MarkWizardDialog(WindowLink& link, WizardFacts facts)
     auto* const explanation = new QLabel(toQt(CMarkWizardDlg::explanation()));
     explanation->setWordWrap(true);
     layout->addWidget(explanation);
-    addRules(*layout);
-    if ((link.desktop().settings().flags & settings_flag::advanced) != 0)
-        addFurtherRules(*layout);
+    layout->addWidget(makeRules());
     layout->addWidget(makeEffect());
     layout->addWidget(makeButtons());
     setMinimumWidth(540);
@@ -100,6 +100,19 @@ MarkWizardDialog::MarkWizardDialog(WindowLink& link, WizardFacts facts)
         preselected->setFocus();
     connect(&link, &WindowLink::figuresChanged, this, &MarkWizardDialog::changed);
     changed();
+}
+
+// As high as they are, and to be scrolled where that is more than the screen has room for.
+QWidget* MarkWizardDialog::makeRules()
+{
+    auto* const rules = new QWidget;
+    auto* const layout = new QVBoxLayout(rules);
+    layout->setContentsMargins({});
+    addRules(*layout);
+    if ((link_.desktop().settings().flags & settings_flag::advanced) != 0)
+        addFurtherRules(*layout);
+    area_ = new RulesArea(*rules);
+    return area_;
 }
 
 void MarkWizardDialog::addRules(QVBoxLayout& layout)
@@ -186,7 +199,8 @@ void MarkWizardDialog::addFurtherRules(QVBoxLayout& layout)
     connect(toggle, &QToolButton::toggled, this, [this, toggle](bool on) {
         toggle->setArrowType(on ? Qt::DownArrow : Qt::RightArrow);
         further_->setVisible(on);
-        adjustSize();
+        area_->updateGeometry();
+        resize(sizeHint());
         changed();
     });
     layout.addWidget(toggle);
@@ -273,7 +287,7 @@ void MarkWizardDialog::mark()
     const bool single = further_ == nullptr || !further_->isVisible();
     if (single)
         link_.desktop().wizard.rule = wanted->chain.front().rule;
-    link_.run([plan = *wanted, facts = facts_, memory = link_.desktop().wizard](Workbench& bench) {
+    link_.runOn(list_, [plan = *wanted, facts = facts_, memory = link_.desktop().wizard](Workbench& bench) {
         markBy(bench, plan, facts, memory);
     });
     accept();

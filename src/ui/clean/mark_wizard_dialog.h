@@ -35,6 +35,7 @@ public:
     MarkWizardDialog(WindowLink& link, WizardFacts facts);
 
 private:
+    [[nodiscard]] QWidget* makeRules();
     void addRules(QVBoxLayout& layout);
     void addRule(QVBoxLayout& layout, const MarkWizardRow& row, KeepRule preselected);
     QWidget* makeFolderLine();
@@ -51,8 +52,10 @@ private:
 
     WindowLink& link_;
     const WizardFacts facts_;
+    const ListNumber list_;  // that it was opened for
     CMarkWizardDlg wizard_;
-    QButtonGroup* choices_;  // numbered by their rules
+    QButtonGroup* choices_;    // numbered by their rules
+    QWidget* area_ = nullptr;  // of the rules
     QComboBox* folder_ = nullptr;
     WizardRules* further_ = nullptr;
     QLabel* effect_ = nullptr;

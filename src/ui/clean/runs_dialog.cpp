@@ -85,7 +85,7 @@ QTreeView* RunsDialog::makeTable(const char* name, TextTableModel& model, TextId
 
 QWidget* RunsDialog::makeButtons()
 {
-    auto* const buttons = new QDialogButtonBox;
+    auto* const buttons = new QDialogButtonBox(this);  // a default button needs its dialog
     takeAll_ = buttons->addButton(shown(say::runsTakeBackAll), QDialogButtonBox::ActionRole);
     takeAll_->setObjectName(QStringLiteral("runsTakeBackAll"));
     connect(takeAll_, &QPushButton::clicked, this, [this] { takeBackChosen(false); });

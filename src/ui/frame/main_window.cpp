@@ -109,12 +109,11 @@ void MainWindow::askToLeave()
         if (answer == QMessageBox::Yes)
             leave();
     });
-    // What the question is about may end before it is answered.
-    connect(&link_, &WindowLink::jobChanged, box, [this, box](Job job) {
-        if (job == Job::none) {
+    // What the question is about may end before it is answered. The window stays then: there is something to see that
+    // was not there when closing was wished for.
+    connect(&link_, &WindowLink::jobChanged, box, [box](Job job) {
+        if (job == Job::none)
             box->done(QMessageBox::No);
-            leave();
-        }
     });
     link_.boxes().open(box);
 }
