@@ -3,46 +3,20 @@
 // come to its events, how often the list grew meanwhile, and how long a cancel takes.
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "heart.h"
 #include "support/ui/scan_person.h"
 #include "ui/scan/scan_reports.h"
 
 namespace kelvane::testing {
 namespace {
 
+using bench::Heart;
+
 constexpr int filesInFolder = 500;
-constexpr int beatMs = 10;
-constexpr qint64 pauseMs = 100;  // what a person notices
-
-// Counts how late a beat of the main thread comes.
-class Heart {
-public:
-    Heart()
-    {
-        timer_.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { beat(); });
-        since_.start();
-        timer_.start(beatMs);
-    }
-    [[nodiscard]] qint64 longest() const { return longest_; }
-    [[nodiscard]] int pauses() const { return pauses_; }
-
-private:
-    void beat()
-    {
-        const qint64 gap = since_.restart();
-        longest_ = std::max(longest_, gap);
-        pauses_ += gap > pauseMs ? 1 : 0;
-    }
-    QTimer timer_;
-    QElapsedTimer since_;
-    qint64 longest_ = 0;
-    int pauses_ = 0;
-};
 
 void makeFiles(const TempTree& tree, int count)
 {
@@ -84,7 +58,7 @@ int measure(int count)
     static_cast<void>(waitUntil([&] { return world.link().job() == Job::none; }, std::chrono::minutes(10)));
     std::printf("%d files in %.1f s, %u rows in %d steps: longest gap of the main thread %lld ms, %d above %lld ms\n",
                 count, static_cast<double>(since.elapsed()) / 1000, world.link().rows().count(), grown,
-                static_cast<long long>(heart.longest()), heart.pauses(), static_cast<long long>(pauseMs));
+                static_cast<long long>(heart.longest()), heart.pauses(), static_cast<long long>(Heart::pauseMs));
     std::printf("a cancel ended the scan after %lld ms\n", static_cast<long long>(cancelTime(world)));
     return 0;
 }
