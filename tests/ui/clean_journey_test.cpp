@@ -1,12 +1,9 @@
 #include <QComboBox>
 #include <QCommandLinkButton>
-#include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QTextBrowser>
-#include <QTimer>
 #include <QTreeView>
-#include <iostream>
 
 #include "cleanup/cleanup_plan.h"
 #include "ui/clean_world.h"
@@ -203,38 +200,6 @@ TEST(CleanJourney, GoesOnAfterNoAndStopsInTheMiddleAfterYes)
     for (const std::string& name : there)
         EXPECT_TRUE(clean.exists(name)) << name;
     EXPECT_EQ(clean.names([](const ResultItem& item) { return item.isSelected(); }).size(), rows);
-}
-
-// How long the main thread and the window's thread leave the other ones waiting; by hand, since computers differ.
-TEST(CleanJourney, DISABLED_AnswersWhileTwentyThousandFilesGo)
-{
-    CleanWorld clean;
-    loadMany(clean, 20'001);
-    ASSERT_TRUE(clean.world.trigger("clean.start"));
-    ASSERT_TRUE(clean.click("cleanupChoice", "choiceLinks"));
-    ASSERT_TRUE(clean.world.await<QDialog>("cleanupSummary"));
-    QElapsedTimer sinceTick;
-    qint64 mainGap = 0, windowGap = 0;
-    QTimer probe;
-    QObject::connect(&probe, &QTimer::timeout, [&] { mainGap = std::max(mainGap, sinceTick.restart()); });
-    QTimer asking;
-    QObject::connect(&asking, &QTimer::timeout, [&] {
-        QElapsedTimer asked;
-        asked.start();
-        clean.world.link().fetch(
-            &asking, [](Workbench&) { return 0; },
-            [&windowGap, asked](int) { windowGap = std::max(windowGap, asked.elapsed()); });
-    });
-    QElapsedTimer whole;
-    whole.start();
-    ASSERT_TRUE(clean.click("cleanupSummary", "cleanupGo"));
-    sinceTick.start();
-    probe.start(0);
-    asking.start(20);
-    ASSERT_TRUE(clean.answer("cleanupDone", QMessageBox::Ok));
-    std::cout << "20000 links in " << whole.elapsed() << " ms; longest wait of the main thread " << mainGap
-              << " ms, of the window's " << windowGap << " ms\n";
-    EXPECT_TRUE(clean.isOver());
 }
 
 }  // namespace
