@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <cstdint>
 #include <optional>
 
 #include "results/mark_wizard.h"
@@ -16,6 +17,7 @@ class QVBoxLayout;
 namespace kelvane {
 
 class WindowLink;
+enum class ListNumber : std::uint32_t;
 class WizardRules;
 
 // What the dialog needs of the window's thread.
