@@ -1,7 +1,9 @@
 #include "ui/clean/cleanup_dialogs.h"
 
 #include <QCheckBox>
+#include <QTimer>
 #include <algorithm>
+#include <chrono>
 #include <tuple>
 
 #include "base/desktop_texts/clean.h"
@@ -17,6 +19,9 @@ namespace kelvane {
 namespace {
 
 using Button = QMessageBox::StandardButton;
+
+// A window manager that still puts away the dialog before would give the keys to that one.
+constexpr std::chrono::milliseconds afterOthers{100};
 
 QString cleanupTitle()
 {
@@ -114,7 +119,7 @@ bool CleanupDialogs::askSummary(const std::string& html)
     return bench_.ask<bool>(false, [html](WindowLink& link, auto hold) {
         auto* const dialog = new SummaryDialog(
             topOf(link), html, [&link] { openCleanupHelp(link); }, [hold](bool yes) { hold->give(yes); });
-        dialog->open();
+        QTimer::singleShot(afterOthers, dialog, &QDialog::open);
     });
 }
 

@@ -44,7 +44,7 @@ SummaryDialog::SummaryDialog(QWidget* parent, const std::string& html, std::func
     setObjectName(QStringLiteral("cleanupSummary"));
     setWindowTitle(shown(TextId::cleanupSummaryTitle));
     setAttribute(Qt::WA_DeleteOnClose);
-    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     QPushButton* const go = buttons->addButton(shown(desktop_text::cleanupGo), QDialogButtonBox::AcceptRole);
     go->setObjectName(QStringLiteral("cleanupGo"));
     buttons->button(QDialogButtonBox::Cancel)->setDefault(true);
