@@ -150,7 +150,7 @@ void CleanupDialogs::beginProgress(const CleanupPlan& plan)
 
 void CleanupDialogs::expect(std::uint64_t items)
 {
-    progress_.expect(shown(TextId::movingToTrash), items);
+    progress_.expect(asTitle(shown(TextId::movingToTrash)), items);
 }
 
 template <class Answer, class... Items>
