@@ -10,7 +10,7 @@ namespace {
 
 using Scans = std::vector<KeptScan>;
 
-std::u16string trimmed(std::u16string_view name)
+std::u16string trimmedName(std::u16string_view name)
 {
     const std::size_t first = name.find_first_not_of(u" \t\r\n");
     if (first == std::u16string_view::npos)
@@ -20,9 +20,10 @@ std::u16string trimmed(std::u16string_view name)
 
 Scans::const_iterator find(const Scans& scans, std::u16string_view name, const TextFolding& folding)
 {
-    const std::u16string wanted = folding.lower(trimmed(name));
-    return std::find_if(scans.begin(), scans.end(),
-                        [&](const KeptScan& scan) { return folding.lower(trimmed(scan.definition.name())) == wanted; });
+    const std::u16string wanted = folding.lower(trimmedName(name));
+    return std::find_if(scans.begin(), scans.end(), [&](const KeptScan& scan) {
+        return folding.lower(trimmedName(scan.definition.name())) == wanted;
+    });
 }
 
 // Everything that a definition says but its name.
@@ -49,7 +50,7 @@ const KeptScan* findSavedScan(const Settings& settings, std::u16string_view name
 
 KeptScanResult addSavedScan(Settings& settings, CScanNode definition, const TextFolding& folding)
 {
-    definition.setName(trimmed(definition.name()));
+    definition.setName(trimmedName(definition.name()));
     if (definition.name().empty())
         return KeptScanResult::noName;
     if (blockOfScan(definition).empty())
@@ -69,12 +70,12 @@ KeptScanResult renameSavedScan(Settings& settings, std::u16string_view from, std
     const auto renamed = find(scans, from, folding);
     if (renamed == scans.end())
         return KeptScanResult::notFound;
-    if (trimmed(to).empty())
+    if (trimmedName(to).empty())
         return KeptScanResult::noName;
     if (const auto other = find(scans, to, folding); other != scans.end() && other != renamed)
         return KeptScanResult::nameTaken;
     CScanNode definition = renamed->definition;
-    definition.setName(trimmed(to));
+    definition.setName(trimmedName(to));
     if (blockOfScan(definition).empty())
         return KeptScanResult::tooLong;
     scans[static_cast<std::size_t>(renamed - scans.cbegin())].definition = std::move(definition);

@@ -7,7 +7,7 @@
 namespace kelvane {
 namespace {
 
-std::u16string_view trimmed(std::u16string_view text)
+std::u16string_view withoutBlanksAround(std::u16string_view text)
 {
     const auto first = text.find_first_not_of(u" \t");
     if (first == std::u16string_view::npos)
@@ -22,7 +22,7 @@ std::vector<std::u16string> splitTexts(std::u16string_view text)
     std::vector<std::u16string> texts;
     while (!text.empty()) {
         const std::size_t length = std::min(text.find(u','), text.size());
-        if (const auto entry = trimmed(text.substr(0, length)); !entry.empty())
+        if (const auto entry = withoutBlanksAround(text.substr(0, length)); !entry.empty())
             texts.emplace_back(entry);
         text.remove_prefix(std::min(length + 1, text.size()));
     }

@@ -24,4 +24,9 @@ std::string countedText(std::uint64_t count, TextId one, TextId many)
     return count == 1 ? filledText(one) : filledText(many, {std::to_string(count)});
 }
 
+std::string countedFiles(std::uint64_t count)
+{
+    return countedText(count, TextId::oneFile, TextId::manyFiles);
+}
+
 }  // namespace kelvane

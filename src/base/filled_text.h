@@ -15,5 +15,7 @@ namespace kelvane {
 
 // "1 file" or "37 files": `many` has the number as its %1.
 [[nodiscard]] std::string countedText(std::uint64_t count, TextId one, TextId many);
+// "1 file", "5 files"
+[[nodiscard]] std::string countedFiles(std::uint64_t count);
 
 }  // namespace kelvane

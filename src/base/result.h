@@ -30,6 +30,12 @@ struct Error {
     std::string detail;
 };
 
+// For what cannot be meant, or cannot be read as what it should be; the detail says why.
+[[nodiscard]] inline Error invalid(std::string detail)
+{
+    return {ErrorKind::invalid, 0, std::move(detail)};
+}
+
 // Either a T or an Error. Asking for the wrong one is a programming mistake and asserts.
 template <class T>
 class [[nodiscard]] Result {

@@ -6,6 +6,9 @@
 
 namespace kelvane {
 
+// What many programs of Windows put in front of a text in UTF-8.
+inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
 // True when the bytes are well-formed UTF-8 (no overlong forms, no surrogates, nothing above U+10FFFF).
 [[nodiscard]] bool isValidUtf8(std::string_view bytes) noexcept;
 

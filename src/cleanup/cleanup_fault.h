@@ -33,6 +33,12 @@ struct CleanupFailure {
     Error error;  // for `system` and `journal`; with what is known otherwise
 };
 
+// Where nothing more is known than the reason.
+[[nodiscard]] inline CleanupFailure because(CleanupFault fault)
+{
+    return {fault, {}};
+}
+
 // Fixed names for programs: "system", "changed", "keptChanged" ...
 [[nodiscard]] std::string_view nameOf(CleanupFault fault);
 // For people, in UTF-8: the reason, with the system's own text where there is one.

@@ -11,8 +11,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr unsigned mostAttempts = 100;
+constexpr unsigned mostLogs = 100;
 
 // A name may hold line ends; on a line of its own it could pass for another entry.
 std::string oneLine(std::u16string text)
@@ -66,7 +65,7 @@ WrittenLog writeNew(std::string_view contents, FileOutput& output, const Places&
             const Status written = writeTo(**file, contents);
             return {path, written ? std::nullopt : std::optional(written.error())};
         }
-        if (file.error().kind != ErrorKind::exists || attempt == mostAttempts)
+        if (file.error().kind != ErrorKind::exists || attempt == mostLogs)
             return {path, file.error()};
     }
 }
@@ -137,7 +136,7 @@ void CleanupLog::end(const PassOutcome& outcome, const CleanupPlan& plan, const 
 WrittenLog writeCleanupLog(std::string_view text, const std::filesystem::path& wanted, FileOutput& output,
                            const Places& places, const Clock& clock)
 {
-    const std::string contents = std::string(byteOrderMark) + std::string(text);
+    const std::string contents = std::string(utf8Mark) + std::string(text);
     if (wanted.empty())
         return writeNew(contents, output, places, clock);
     const Status written = replaceContents(output, wanted, std::as_bytes(std::span(contents)));

@@ -14,11 +14,6 @@ namespace {
 
 using Failure = std::optional<CleanupFailure>;
 
-CleanupFailure because(CleanupFault fault)
-{
-    return {fault, {}};
-}
-
 bool isLinking(const CleanupCommand& command)
 {
     return command.action == CleanupAction::link;

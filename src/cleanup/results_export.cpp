@@ -10,8 +10,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr unsigned mostAttempts = 100;
+constexpr unsigned mostExports = 100;
 
 struct NewFile {
     std::filesystem::path path;
@@ -41,7 +40,7 @@ Result<NewFile> createFile(const ExportPorts& ports)
         auto file = ports.output.create(path);
         if (file)
             return NewFile{std::move(path), std::move(*file)};
-        if (file.error().kind != ErrorKind::exists || attempt == mostAttempts)
+        if (file.error().kind != ErrorKind::exists || attempt == mostExports)
             return file.error();
     }
 }
@@ -53,7 +52,7 @@ std::string opening(std::u16string_view windowTitle, const Clock& clock)
         title.begin(), title.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
     const FileTime now = clock.now();
     const FileTime second{now.ticks - now.ticks % ticksPerSecond};
-    return std::string(byteOrderMark) + title + "\r\n" + toIso8601(second) + "\r\n";
+    return std::string(utf8Mark) + title + "\r\n" + toIso8601(second) + "\r\n";
 }
 
 Status writeAll(OutputFile& file, std::initializer_list<std::string_view> texts)

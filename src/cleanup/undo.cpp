@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t batchSize = 128;    // entries whose intents are flushed together
 constexpr std::size_t longestStart = 96;  // of a temporary name; some file systems take 143 bytes in all
-constexpr unsigned mostAttempts = 16;     // for a free name
+constexpr unsigned mostFreeNames = 16;    // for a free name
 
 template <class Char>
 bool continuesCharacter(Char unit)
@@ -45,7 +45,7 @@ Result<NativeString> freeName(const std::filesystem::path& item, const PassPorts
     if (!folder)
         return folder.error();
     const std::uint64_t ticks = ports.clock.ticks();
-    for (unsigned attempt = 0; attempt < mostAttempts; ++attempt) {
+    for (unsigned attempt = 0; attempt < mostFreeNames; ++attempt) {
         NativeString name = temporaryName(item.filename().native(), ticks + attempt);
         const auto there = folder.value()->look(name);
         if (!there && there.error().kind == ErrorKind::notFound)

@@ -9,11 +9,6 @@ namespace {
 
 using Failure = std::optional<CleanupFailure>;
 
-CleanupFailure because(CleanupFault fault)
-{
-    return {fault, {}};
-}
-
 // Of a name that has to be there.
 CleanupFailure missing(const Error& error)
 {

@@ -34,7 +34,7 @@ template <class T>
             return choice.value;
         known.emplace_back(choice.word);
     }
-    return Error{ErrorKind::invalid, 0, unknownWord(pattern, typed, known)};
+    return invalid(unknownWord(pattern, typed, known));
 }
 
 }  // namespace kelvane

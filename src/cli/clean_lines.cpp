@@ -33,11 +33,6 @@ std::string pathOf(const ResultsModel& results, ItemId id)
     return bytesFromNative(results.item(id).file.item().fullName());
 }
 
-std::string countedFiles(std::uint64_t count)
-{
-    return countedText(count, TextId::oneFile, TextId::manyFiles);
-}
-
 std::string commandLine(const ResultsModel& results, const CleanupCommand& command)
 {
     return printable(filledText(

@@ -13,9 +13,6 @@ namespace kelvane {
 // The path of a row, also of one that left the list.
 [[nodiscard]] std::string pathOf(const ResultsModel& results, ItemId id);
 
-// "1 file", "5 files"
-[[nodiscard]] std::string countedFiles(std::uint64_t count);
-
 // "hard link: a (kept: b; frees 4 bytes)"; fit for a terminal.
 [[nodiscard]] std::string commandLine(const ResultsModel& results, const CleanupCommand& command);
 // "left alone: a: why"; likewise.

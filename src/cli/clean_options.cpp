@@ -25,15 +25,6 @@ constexpr std::array linkKinds = {
     Choice<LinkKind>{"clone", LinkKind::clone},
     Choice<LinkKind>{"auto", LinkKind::automatic},
 };
-constexpr std::array formats = {
-    Choice<OutputFormat>{"text", OutputFormat::text},
-    Choice<OutputFormat>{"json", OutputFormat::json},
-};
-
-Error invalid(std::string message)
-{
-    return {ErrorKind::invalid, 0, std::move(message)};
-}
 
 class Declarer {
 public:
@@ -186,18 +177,6 @@ Status readRunning(const RawClean& raw, CleanRequest& request)
     return {};
 }
 
-Status readFormat(const RawClean& raw, OutputFormat& format)
-{
-    const std::string typed = raw.format.empty() ? (raw.json ? "json" : "text") : raw.format;
-    const auto chosen = choose<OutputFormat>(TextId::unknownFormat, typed, formats);
-    if (!chosen)
-        return chosen.error();
-    if (raw.json && *chosen != OutputFormat::json)
-        return invalid(filledText(TextId::optionsExclude, {"--json", "--format " + typed}));
-    format = *chosen;
-    return {};
-}
-
 }  // namespace
 
 void addCleanOptions(CLI::App& app, RawClean& raw)
@@ -231,10 +210,13 @@ Result<CleanRequest> makeCleanRequest(const CLI::App& app, const RawClean& raw, 
                                       Platform& platform)
 {
     CleanRequest request;
+    const auto format = chooseReportFormat(raw.format, raw.json);
+    if (!format)
+        return format.error();
+    request.format = *format;
     const FolderNames names(scan, platform);
-    for (const Status& read :
-         {readFormat(raw, request.format), readAction(raw, request.action), readMarks(app, raw, names, request.marks),
-          readRunning(raw, request), readLog(raw, platform.files(), request.log)}) {
+    for (const Status& read : {readAction(raw, request.action), readMarks(app, raw, names, request.marks),
+                               readRunning(raw, request), readLog(raw, platform.files(), request.log)}) {
         if (!read)
             return read.error();
     }

@@ -18,7 +18,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples =
+constexpr std::string_view cleanExamples =
     "  kelvane-cli clean copies.ikvs --keep oldest --dry-run\n"
     "  kelvane-cli clean copies.ikvs --keep oldest\n"
     "  kelvane-cli clean copies.ikvs --prefer ~/Pictures --keep newest --keep biggest --log clean.log\n"
@@ -121,7 +121,7 @@ ExitCode clean(const CLI::App& app, const RawClean& raw, Platform& platform, con
 ExitCode cleanVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::cleanAbout), "clean");
-    app.footer(footerText({TextId::cleanNotes, examples, {}}));
+    app.footer(footerText({TextId::cleanNotes, cleanExamples, {}}));
     RawClean raw;
     addCleanOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))

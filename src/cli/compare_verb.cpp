@@ -17,7 +17,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples =
+constexpr std::string_view compareExamples =
     "  kelvane-cli compare old.txt new.txt\n"
     "  kelvane-cli compare --match System.FileName,System.DateModified a/x.jpg b/x.jpg\n"
     "  kelvane-cli compare --json a.bin b.bin\n";
@@ -91,7 +91,7 @@ ExitCode compare(const ScanRequest& request, const Settings& settings, const Arg
 ExitCode compareVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::compareAbout), "compare");
-    app.footer(footerText({TextId::compareNotes, examples, TextId::compareExitCode}));
+    app.footer(footerText({TextId::compareNotes, compareExamples, TextId::compareExitCode}));
     std::vector<std::string> files;
     app.add_option("FILE", files, filledText(TextId::compareFilesHelp))->type_name("");
     RawOptions raw;

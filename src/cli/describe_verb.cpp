@@ -22,11 +22,11 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli describe photo.jpg\n"
-                                      "  kelvane-cli describe --json photo.jpg\n"
-                                      "  kelvane-cli describe --as text --json letter.odt\n"
-                                      "  kelvane-cli describe --as audio song.flac\n"
-                                      "  kelvane-cli describe --list\n";
+constexpr std::string_view describeExamples = "  kelvane-cli describe photo.jpg\n"
+                                              "  kelvane-cli describe --json photo.jpg\n"
+                                              "  kelvane-cli describe --as text --json letter.odt\n"
+                                              "  kelvane-cli describe --as audio song.flac\n"
+                                              "  kelvane-cli describe --list\n";
 
 constexpr std::uint64_t leastRounded = 10 * 1024;  // below, a size is shown in bytes anyway
 
@@ -208,7 +208,7 @@ void addDescribeOptions(CLI::App& app, RawDescribe& raw)
 ExitCode describeVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::describeAbout), "describe");
-    app.footer(footerText({{}, examples, {}}));
+    app.footer(footerText({{}, describeExamples, {}}));
     RawDescribe raw;
     addDescribeOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))

@@ -15,11 +15,12 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli export copies.ikvs > copies.csv\n"
-                                      "  kelvane-cli export copies.ikvs --format tsv --sort folder,name | cut -f 2\n"
-                                      "  kelvane-cli export copies.ikvs --output copies.csv\n";
+constexpr std::string_view exportExamples =
+    "  kelvane-cli export copies.ikvs > copies.csv\n"
+    "  kelvane-cli export copies.ikvs --format tsv --sort folder,name | cut -f 2\n"
+    "  kelvane-cli export copies.ikvs --output copies.csv\n";
 
-constexpr std::array formats = {
+constexpr std::array tableModes = {
     Choice<TableMode>{"csv", TableMode::csv},
     Choice<TableMode>{"tsv", TableMode::tabs},
 };
@@ -107,7 +108,7 @@ bool isTaken(const RawExport& raw, Platform& platform)
 ExitCode exportVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::exportAbout), "export");
-    app.footer(footerText({TextId::exportNotes, examples, {}}));
+    app.footer(footerText({TextId::exportNotes, exportExamples, {}}));
     RawExport raw;
     addExportOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))
@@ -116,7 +117,7 @@ ExitCode exportVerb(const Arguments& arguments, Platform& platform, const Consol
         raw.output.clear();
     if (const auto message = notOneFile("export", raw.files))
         return refuse(console, *message);
-    const auto mode = choose<TableMode>(TextId::unknownFormat, raw.format, formats);
+    const auto mode = choose<TableMode>(TextId::unknownFormat, raw.format, tableModes);
     if (!mode)
         return refuse(console, mode.error().detail);
     if (isTaken(raw, platform))

@@ -17,9 +17,9 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli ignore a/cover.jpg b/cover.jpg\n"
-                                      "  kelvane-cli ignore --list\n"
-                                      "  kelvane-cli ignore --forget 3 --forget 5\n";
+constexpr std::string_view ignoreExamples = "  kelvane-cli ignore a/cover.jpg b/cover.jpg\n"
+                                            "  kelvane-cli ignore --list\n"
+                                            "  kelvane-cli ignore --forget 3 --forget 5\n";
 
 using Groups = std::vector<IgnoredGroup>;
 
@@ -202,7 +202,7 @@ ExitCode act(const RawIgnore& raw, Platform& platform, const Console& console)
 ExitCode ignoreVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::ignoreAbout), "ignore");
-    app.footer(footerText({TextId::ignoreNotes, examples, {}}));
+    app.footer(footerText({TextId::ignoreNotes, ignoreExamples, {}}));
     RawIgnore raw;
     app.add_option("FILE", raw.files, filledText(TextId::ignoreFilesHelp))->type_name("");
     app.add_flag("--list", raw.list, filledText(TextId::ignoreListHelp));

@@ -15,23 +15,19 @@ constexpr std::array categories = {
     Choice<Category>{"documents", Category::documents}, Choice<Category>{"images", Category::images},
     Choice<Category>{"ebooks", Category::ebooks},       Choice<Category>{"all", Category::custom},
 };
-constexpr std::array formats = {
+constexpr std::array outputFormats = {
     Choice<OutputFormat>{"text", OutputFormat::text},
     Choice<OutputFormat>{"json", OutputFormat::json},
     Choice<OutputFormat>{"csv", OutputFormat::csv},
     Choice<OutputFormat>{"null", OutputFormat::null},
 };
+constexpr std::span reportFormats = std::span(outputFormats).first(2);
 constexpr std::array progressModes = {
     Choice<ProgressMode>{"auto", ProgressMode::automatic},
     Choice<ProgressMode>{"always", ProgressMode::always},
     Choice<ProgressMode>{"never", ProgressMode::never},
 };
 constexpr std::uint64_t mostThreads = 256;
-
-Error invalid(std::string message)
-{
-    return {ErrorKind::invalid, 0, std::move(message)};
-}
 
 std::optional<std::uint64_t> parseNumber(std::string_view text)
 {
@@ -152,9 +148,7 @@ Status readOutput(const RawOptions& raw, ScanRequest& request)
     return {};
 }
 
-}  // namespace
-
-Result<OutputFormat> chooseFormat(std::string_view format, bool json)
+Result<OutputFormat> formatAmong(std::span<const Choice<OutputFormat>> formats, std::string_view format, bool json)
 {
     if (format.empty())
         return json ? OutputFormat::json : OutputFormat::text;
@@ -162,6 +156,18 @@ Result<OutputFormat> chooseFormat(std::string_view format, bool json)
     if (chosen && json && *chosen != OutputFormat::json)
         return invalid(filledText(TextId::optionsExclude, {"--json", "--format " + std::string(format)}));
     return chosen;
+}
+
+}  // namespace
+
+Result<OutputFormat> chooseFormat(std::string_view format, bool json)
+{
+    return formatAmong(outputFormats, format, json);
+}
+
+Result<OutputFormat> chooseReportFormat(std::string_view format, bool json)
+{
+    return formatAmong(reportFormats, format, json);
 }
 
 Result<ScanRequest> makeRequest(const RawOptions& raw, const std::vector<std::string>& roots, const PathRules& paths,

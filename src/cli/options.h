@@ -52,6 +52,8 @@ void addOptions(CLI::App& app, RawOptions& raw);
 
 // The choices of --format, for verbs that print data without scanning: `json` is the --json shorthand.
 [[nodiscard]] Result<OutputFormat> chooseFormat(std::string_view format, bool json);
+// The same for reports, which are texts or JSON.
+[[nodiscard]] Result<OutputFormat> chooseReportFormat(std::string_view format, bool json);
 
 [[nodiscard]] Result<ProgressMode> chooseProgress(std::string_view word);
 

@@ -16,11 +16,6 @@
 namespace kelvane {
 namespace {
 
-std::string countedFiles(std::uint64_t count)
-{
-    return countedText(count, TextId::oneFile, TextId::manyFiles);
-}
-
 struct SizeBounds {
     FileSize smallest{UINT64_MAX};
     FileSize largest;

@@ -21,12 +21,12 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli scan ~/Pictures ~/Backup\n"
-                                      "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
-                                      "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
-                                      "  kelvane-cli scan --save copies.ikvs ~/Music\n"
-                                      "  kelvane-cli scan --category audio --similar 90 --verbose ~/Music\n"
-                                      "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
+constexpr std::string_view scanExamples = "  kelvane-cli scan ~/Pictures ~/Backup\n"
+                                          "  kelvane-cli scan --masks 'jpg,png' --min-size 1M --json . > copies.json\n"
+                                          "  kelvane-cli scan --match System.FileName,System.Size ~/Documents\n"
+                                          "  kelvane-cli scan --save copies.ikvs ~/Music\n"
+                                          "  kelvane-cli scan --category audio --similar 90 --verbose ~/Music\n"
+                                          "  kelvane-cli scan --no-protect --format null /usr/share | tr '\\0' '\\n'\n";
 
 // Names every root that is not walked. True when one of them is a fault; a root inside another one is none.
 bool complainOfRoots(const RootList& roots, const ScanRequest& request, const Console& console)
@@ -183,7 +183,7 @@ void addSaveOptions(CLI::App& app, SaveTarget& target)
 ExitCode scanVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::scanAbout), "scan");
-    app.footer(footerText({TextId::scanNotes, examples, TextId::similarNotes}));
+    app.footer(footerText({TextId::scanNotes, scanExamples, TextId::similarNotes}));
     std::vector<std::string> roots;
     app.add_option("ROOT", roots, filledText(TextId::scanRootHelp))->type_name("");
     RawOptions raw;

@@ -18,12 +18,12 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli settings list\n"
-                                      "  kelvane-cli settings get nHugeFileMB\n"
-                                      "  kelvane-cli settings set nHugeFileMB 20\n"
-                                      "  kelvane-cli settings export my.ini\n"
-                                      "  kelvane-cli settings import my.ini\n"
-                                      "  kelvane-cli settings --clear-cache\n";
+constexpr std::string_view settingsExamples = "  kelvane-cli settings list\n"
+                                              "  kelvane-cli settings get nHugeFileMB\n"
+                                              "  kelvane-cli settings set nHugeFileMB 20\n"
+                                              "  kelvane-cli settings export my.ini\n"
+                                              "  kelvane-cli settings import my.ini\n"
+                                              "  kelvane-cli settings --clear-cache\n";
 
 enum class Action { list, get, set, exportFile, importFile };
 
@@ -223,7 +223,7 @@ ExitCode act(Action action, const RawSettings& raw, Platform& platform, const Co
 ExitCode settingsVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::settingsAbout), "settings");
-    app.footer(footerText({TextId::settingsNotes, examples, {}}));
+    app.footer(footerText({TextId::settingsNotes, settingsExamples, {}}));
     RawSettings raw;
     app.add_option("WORD", raw.words, filledText(TextId::settingsWordHelp))->type_name("");
     app.add_option("--settings", raw.settings, filledText(TextId::settingsFileHelp))->type_name("FILE")->take_last();

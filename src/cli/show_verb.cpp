@@ -12,11 +12,11 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli show copies.ikvs\n"
-                                      "  kelvane-cli show copies.ikvs --sort=-size --filter .jpg\n"
-                                      "  kelvane-cli show copies.ikvs --groups-of ~/Pictures/cat.jpg\n"
-                                      "  kelvane-cli show today.ikvs --since yesterday.ikvs --json\n"
-                                      "  kelvane-cli show copies.ikvs --columns System.DateModified\n";
+constexpr std::string_view showExamples = "  kelvane-cli show copies.ikvs\n"
+                                          "  kelvane-cli show copies.ikvs --sort=-size --filter .jpg\n"
+                                          "  kelvane-cli show copies.ikvs --groups-of ~/Pictures/cat.jpg\n"
+                                          "  kelvane-cli show today.ikvs --since yesterday.ikvs --json\n"
+                                          "  kelvane-cli show copies.ikvs --columns System.DateModified\n";
 
 struct RawShow {
     std::vector<std::string> files, groupsOf;
@@ -167,7 +167,7 @@ private:
 ExitCode showVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::showAbout), "show");
-    app.footer(footerText({TextId::showNotes, examples, {}}));
+    app.footer(footerText({TextId::showNotes, showExamples, {}}));
     RawShow raw;
     addShowOptions(app, raw);
     if (const auto over = parseArguments(app, "FILE", arguments, console))

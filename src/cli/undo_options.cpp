@@ -16,16 +16,6 @@ namespace {
 
 using Path = std::filesystem::path;
 
-constexpr std::array formats = {
-    Choice<OutputFormat>{"text", OutputFormat::text},
-    Choice<OutputFormat>{"json", OutputFormat::json},
-};
-
-Error invalid(std::string message)
-{
-    return {ErrorKind::invalid, 0, std::move(message)};
-}
-
 std::optional<RunNumber> parseRun(const std::string& typed)
 {
     std::uint32_t number = 0;
@@ -48,12 +38,9 @@ Status readRun(const RawUndo& raw, UndoRequest& request)
 
 Status readFormat(const RawUndo& raw, UndoRequest& request)
 {
-    const std::string typed = raw.format.empty() ? (raw.json ? "json" : "text") : raw.format;
-    const auto chosen = choose<OutputFormat>(TextId::unknownFormat, typed, formats);
+    const auto chosen = chooseReportFormat(raw.format, raw.json);
     if (!chosen)
         return chosen.error();
-    if (raw.json && *chosen != OutputFormat::json)
-        return invalid(filledText(TextId::optionsExclude, {"--json", "--format " + typed}));
     request.format = *chosen;
     return {};
 }

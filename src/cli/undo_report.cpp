@@ -23,11 +23,6 @@ std::string pathText(const UndoneItem& item)
     return bytesFromNative(item.item.native());
 }
 
-std::string countedFiles(std::uint64_t count)
-{
-    return countedText(count, TextId::oneFile, TextId::manyFiles);
-}
-
 std::string lineOf(const UndoneItem& item, bool dryRun)
 {
     if (item.failure)

@@ -15,10 +15,10 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view examples = "  kelvane-cli undo\n"
-                                      "  kelvane-cli undo --list\n"
-                                      "  kelvane-cli undo 3 --dry-run\n"
-                                      "  kelvane-cli undo --item ~/Pictures/cover.jpg\n";
+constexpr std::string_view undoExamples = "  kelvane-cli undo\n"
+                                          "  kelvane-cli undo --list\n"
+                                          "  kelvane-cli undo 3 --dry-run\n"
+                                          "  kelvane-cli undo --item ~/Pictures/cover.jpg\n";
 
 std::string numberText(RunNumber number)
 {
@@ -249,7 +249,7 @@ private:
 ExitCode undoVerb(const Arguments& arguments, Platform& platform, const Console& console)
 {
     CLI::App app(filledText(TextId::undoAbout), "undo");
-    app.footer(footerText({TextId::undoNotes, examples, {}}));
+    app.footer(footerText({TextId::undoNotes, undoExamples, {}}));
     RawUndo raw;
     addUndoOptions(app, raw);
     if (const auto over = parseArguments(app, "[RUN]", arguments, console))

@@ -25,11 +25,6 @@ constexpr std::array shortKeys = {
 };
 constexpr std::array leadingColumns = {"System.ItemNameDisplay", "System.ItemFolderPathDisplay"};
 
-Error invalid(std::string message)
-{
-    return {ErrorKind::invalid, 0, std::move(message)};
-}
-
 // All canonical names are too many to be listed.
 Result<std::vector<PropRef>> parseColumnNames(const std::string& typed, const PropertyCatalogue& catalogue)
 {

@@ -11,11 +11,6 @@ namespace {
 
 constexpr std::string_view itemTypeNames[] = {"System.ItemType", "System.ItemTypeText"};
 
-Error invalid(std::string message)
-{
-    return {ErrorKind::invalid, 0, std::move(message)};
-}
-
 std::string unknownNamesMessage(const std::vector<std::string>& unknown, const PropertyCatalogue& catalogue)
 {
     std::string message;

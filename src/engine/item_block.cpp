@@ -9,11 +9,6 @@ namespace {
 
 constexpr std::size_t countSize = 4;
 
-Error invalid(std::string detail)
-{
-    return {ErrorKind::invalid, 0, std::move(detail)};
-}
-
 std::string listName(std::size_t index)
 {
     return index == 0 ? "the ID list of the common folder" : "the ID list of row " + std::to_string(index);

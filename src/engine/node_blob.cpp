@@ -16,11 +16,6 @@ constexpr std::size_t checksumSize = 4;
 constexpr std::size_t nodeHeaderSize = 8;
 constexpr std::size_t longestName = 0xFFFF;
 
-Error invalid(const char* detail)
-{
-    return {ErrorKind::invalid, 0, detail};
-}
-
 bool hasOrderedTags(const StoredNode& node)
 {
     const auto& fields = node.fields;

@@ -22,11 +22,6 @@ constexpr std::uint32_t viewOptionShift = 16;
 
 using Bytes = std::vector<std::byte>;
 
-Error invalid(std::string detail)
-{
-    return {ErrorKind::invalid, 0, std::move(detail)};
-}
-
 std::uint32_t numberAt(const Bytes& bytes, std::size_t at)
 {
     return *ByteReader(std::span(bytes).subspan(at)).number<std::uint32_t>();

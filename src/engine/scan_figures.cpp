@@ -33,7 +33,7 @@ constexpr SecondsField secondsFields[] = {
     {11, &ScanFigures::sortSeconds},
     {12, &ScanFigures::compareSeconds},
 };
-constexpr std::uint16_t flagsTag = 13;
+constexpr std::uint16_t figureFlagsTag = 13;
 constexpr std::uint16_t rootsTag = 14;
 constexpr CountField comparisonsField = {15, &ScanFigures::comparisons};
 constexpr std::uint32_t archivesFlag = 1;
@@ -109,7 +109,7 @@ bool readField(const NodeField& field, ScanFigures& figures)
         if (seconds.tag == field.tag)
             return readSeconds(field, figures.*seconds.member);
     }
-    if (field.tag == flagsTag)
+    if (field.tag == figureFlagsTag)
         return readFlags(field, figures);
     return field.tag != rootsTag || readRoots(field, figures.roots);
 }
@@ -146,7 +146,7 @@ StoredNode storedNode(const ScanFigures& figures)
         node.fields.push_back(numberField(field.tag, figures.*field.member));
     for (const SecondsField& field : secondsFields)
         node.fields.push_back(numberField(field.tag, std::bit_cast<std::uint64_t>(figures.*field.member)));
-    node.fields.push_back(numberField(flagsTag, figures.archives ? archivesFlag : 0));
+    node.fields.push_back(numberField(figureFlagsTag, figures.archives ? archivesFlag : 0));
     node.fields.push_back(rootsField(figures.roots));
     node.fields.push_back(numberField(comparisonsField.tag, figures.comparisons));
     return node;

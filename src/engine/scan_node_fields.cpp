@@ -7,7 +7,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::uint16_t flagsTag = 1;
+constexpr std::uint16_t scanFlagsTag = 1;
 constexpr std::uint16_t similarityTag = 2;
 
 struct TextField {
@@ -55,7 +55,7 @@ bool readSimilarity(const NodeField& field, CScanNode& scan)
 
 bool readField(const NodeField& field, CScanNode& scan)
 {
-    if (field.tag == flagsTag)
+    if (field.tag == scanFlagsTag)
         return readNumber(field, scan.flags);
     if (field.tag == similarityTag)
         return readSimilarity(field, scan);
@@ -71,7 +71,7 @@ bool readField(const NodeField& field, CScanNode& scan)
 StoredNode storedNode(const CScanNode& scan)
 {
     StoredNode node{static_cast<std::uint16_t>(NodeKind::scan), scan.name(), {}, {}};
-    node.fields.push_back(numberField(flagsTag, scan.flags));
+    node.fields.push_back(numberField(scanFlagsTag, scan.flags));
     node.fields.push_back(numberField(similarityTag, static_cast<std::uint32_t>(scan.similarity)));
     for (const TextField& field : textFields) {
         const auto bytes = std::as_bytes(std::span(scan.*field.member));

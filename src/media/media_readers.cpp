@@ -22,19 +22,19 @@ struct CarriedFamily {
 };
 
 constexpr Carriers streams{true, true, false};
-constexpr Carriers films{false, true, false};
-constexpr Carriers pictures{false, false, true};
+constexpr Carriers onlyFilms{false, true, false};
+constexpr Carriers onlyPictures{false, false, true};
 constexpr Carriers all{true, true, true};
 
 constexpr auto families = std::to_array<CarriedFamily>({
     {"System.Audio.", streams},
     {"System.DRM.", streams},
     {"System.GPS.", {false, true, true}},
-    {"System.Image.", pictures},
+    {"System.Image.", onlyPictures},
     {"System.Media.", all},
     {"System.Music.", streams},
     {"System.Photo.", {false, true, true}},
-    {"System.Video.", films},
+    {"System.Video.", onlyFilms},
 });
 
 constexpr auto general = std::to_array<std::string_view>({

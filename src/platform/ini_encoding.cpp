@@ -9,7 +9,6 @@
 namespace kelvane {
 namespace {
 
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view littleMark = "\xFF\xFE";
 constexpr std::string_view bigMark = "\xFE\xFF";
 

@@ -8,7 +8,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::uint32_t magic = 0x950412DE;
+constexpr std::uint32_t catalogueMagic = 0x950412DE;
 constexpr std::uint32_t magicSwapped = 0xDE120495;
 constexpr std::size_t revisionAt = 4;
 constexpr std::size_t countAt = 8;
@@ -32,7 +32,7 @@ public:
         if (bytes_.size() < headerSize || bytes_.size() > largestMoFile)
             return false;
         swapped_ = number(0) == magicSwapped;
-        return number(0) == magic && number(revisionAt) >> 16 <= 1;
+        return number(0) == catalogueMagic && number(revisionAt) >> 16 <= 1;
     }
 
     [[nodiscard]] std::uint32_t number(std::size_t at) const

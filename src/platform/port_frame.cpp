@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t messageMagic = 0x4D50'564B;  // "KVPM"
 constexpr std::uint32_t answerMagic = 0x4150'564B;   // "KVPA"
-constexpr std::uint32_t version = 1;
+constexpr std::uint32_t portVersion = 1;
 
 constexpr std::size_t numberSize = 4;
 
@@ -34,7 +34,7 @@ constexpr auto opening = [] {
     std::array<std::byte, 2 * numberSize> bytes{};
     for (std::size_t i = 0; i < numberSize; ++i) {
         bytes[i] = static_cast<std::byte>(messageMagic >> (8 * i));
-        bytes[numberSize + i] = static_cast<std::byte>(version >> (8 * i));
+        bytes[numberSize + i] = static_cast<std::byte>(portVersion >> (8 * i));
     }
     return bytes;
 }();
@@ -57,14 +57,14 @@ std::array<std::byte, portAnswerSize> frameAnswer(std::uint32_t value)
 {
     std::array<std::byte, portAnswerSize> frame{};
     putNumber(&frame[0], answerMagic);
-    putNumber(&frame[numberSize], version);
+    putNumber(&frame[numberSize], portVersion);
     putNumber(&frame[2 * numberSize], value);
     return frame;
 }
 
 std::optional<std::uint32_t> parseAnswer(std::span<const std::byte, portAnswerSize> bytes)
 {
-    if (number(&bytes[0]) != answerMagic || number(&bytes[numberSize]) != version)
+    if (number(&bytes[0]) != answerMagic || number(&bytes[numberSize]) != portVersion)
         return std::nullopt;
     return number(&bytes[2 * numberSize]);
 }

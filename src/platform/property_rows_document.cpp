@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array documentList = {
     textRow("System.Title", {property_set::summary, 2}, u"Title"),
     textRow("System.Subject", {property_set::summary, 3}, u"Subject"),
     textsRow("System.Author", {property_set::summary, 4}, u"Authors"),
@@ -65,7 +65,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> documentRows() noexcept
 {
-    return rows;
+    return documentList;
 }
 
 }  // namespace kelvane

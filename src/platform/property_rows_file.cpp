@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array fileList = {
     ofRecord(amountRow("System.Size", {property_set::storage, 12}, VarType::uint64, u"Size")),
     ofRecord(dateRow("System.DateModified", {property_set::storage, 14}, u"Date modified")),
     ofRecord(dateRow("System.DateCreated", {property_set::storage, 15}, u"Date created")),
@@ -57,7 +57,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> fileRows() noexcept
 {
-    return rows;
+    return fileList;
 }
 
 }  // namespace kelvane

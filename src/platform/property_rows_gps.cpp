@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array gpsList = {
     angleRow("System.GPS.Latitude", {formatId("{8727CFFF-4868-4EC6-AD5B-81B98521D1AB}"), onlyMember}, u"Latitude"),
     textRow("System.GPS.LatitudeRef", {formatId("{029C0252-5B86-46C7-ACA0-2769FFC8E3D4}"), onlyMember},
             u"Latitude reference"),
@@ -55,7 +55,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> gpsRows() noexcept
 {
-    return rows;
+    return gpsList;
 }
 
 }  // namespace kelvane

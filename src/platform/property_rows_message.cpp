@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array messageList = {
     textsRow("System.Message.FromAddress", {property_set::message, 13}, u"From addresses"),
     textsRow("System.Message.FromName", {property_set::message, 14}, u"From"),
     textsRow("System.Message.ToAddress", {property_set::message, 16}, u"To addresses"),
@@ -24,7 +24,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> messageRows() noexcept
 {
-    return rows;
+    return messageList;
 }
 
 }  // namespace kelvane

@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array musicList = {
     textsRow("System.Music.Artist", {property_set::music, 2}, u"Contributing artists"),
     textRow("System.Music.AlbumTitle", {property_set::music, 4}, u"Album"),
     textRow("System.Music.AlbumArtist", {property_set::music, 13}, u"Album artist"),
@@ -44,7 +44,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> musicRows() noexcept
 {
-    return rows;
+    return musicList;
 }
 
 }  // namespace kelvane

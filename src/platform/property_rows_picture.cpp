@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array pictureList = {
     amountRow("System.Image.HorizontalSize", {property_set::image, 3}, VarType::uint32, u"Width"),
     amountRow("System.Image.VerticalSize", {property_set::image, 4}, VarType::uint32, u"Height"),
     textRow("System.Image.Dimensions", {property_set::image, 13}, u"Dimensions"),
@@ -76,7 +76,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> pictureRows() noexcept
 {
-    return rows;
+    return pictureList;
 }
 
 }  // namespace kelvane

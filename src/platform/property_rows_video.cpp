@@ -5,7 +5,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::array rows = {
+constexpr std::array videoList = {
     amountRow("System.Media.Duration", {property_set::audio, 3}, VarType::uint64, u"Length"),
     propertyRow("System.Media.Year", {property_set::music, 5}, VarType::uint32, u"Year"),
     textRow("System.Media.SubTitle", {property_set::music, 38}, u"Subtitle"),
@@ -58,7 +58,7 @@ constexpr std::array rows = {
 
 std::span<const PropertyInfo> videoRows() noexcept
 {
-    return rows;
+    return videoList;
 }
 
 }  // namespace kelvane

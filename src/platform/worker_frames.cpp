@@ -7,8 +7,8 @@
 namespace kelvane {
 namespace {
 
-constexpr std::uint32_t magic = 0x4B57564B;  // "KVWK"
-constexpr std::uint32_t version = 1;
+constexpr std::uint32_t workerMagic = 0x4B57564B;  // "KVWK"
+constexpr std::uint32_t workerVersion = 1;
 
 constexpr std::string_view givenFile = "given-file";
 constexpr std::string_view otherFiles = "other-files";
@@ -21,7 +21,7 @@ constexpr bool WorkerConfinement::*walls[] = {&WorkerConfinement::files, &Worker
 std::vector<std::byte> frameWorkerMessage(std::uint32_t serial, std::span<const std::byte> message)
 {
     ByteWriter out;
-    out.number(magic);
+    out.number(workerMagic);
     out.number(serial);
     out.number(static_cast<std::uint32_t>(message.size()));
     out.bytes(message);
@@ -31,7 +31,7 @@ std::vector<std::byte> frameWorkerMessage(std::uint32_t serial, std::span<const 
 std::optional<WorkerHeader> parseWorkerHeader(std::span<const std::byte, workerHeaderSize> bytes)
 {
     ByteReader in(bytes);
-    if (in.number<std::uint32_t>() != magic)
+    if (in.number<std::uint32_t>() != workerMagic)
         return std::nullopt;
     const auto serial = in.number<std::uint32_t>();
     return WorkerHeader{*serial, *in.number<std::uint32_t>()};
@@ -43,7 +43,7 @@ std::vector<std::byte> encodeGreeting(const WorkerConfinement& confinement)
     for (std::size_t i = 0; i < std::size(walls); ++i)
         bits |= std::uint32_t{confinement.*walls[i]} << i;
     ByteWriter out;
-    out.number(version);
+    out.number(workerVersion);
     out.number(bits);
     return out.take();
 }
@@ -53,7 +53,7 @@ std::optional<WorkerConfinement> decodeGreeting(std::span<const std::byte> messa
     ByteReader in(message);
     const auto spoken = in.number<std::uint32_t>();
     const auto bits = in.number<std::uint32_t>();
-    if (spoken != version || !bits || !in.atEnd())
+    if (spoken != workerVersion || !bits || !in.atEnd())
         return std::nullopt;
     WorkerConfinement confinement;
     for (std::size_t i = 0; i < std::size(walls); ++i)

@@ -6,8 +6,8 @@
 namespace kelvane {
 namespace {
 
-constexpr auto side = static_cast<std::int64_t>(PreviewSignature::side);
-constexpr std::int64_t cells = side * side;
+constexpr auto cellsAlong = static_cast<std::int64_t>(PreviewSignature::side);
+constexpr std::int64_t cells = cellsAlong * cellsAlong;
 
 double perCell(std::int64_t sum)
 {
@@ -23,8 +23,8 @@ PreviewLayout::PreviewLayout(const PreviewSignature& signature) : signature_(&si
         const std::int64_t value = signature.brightness[static_cast<std::size_t>(i)];
         sum += value;
         squares += value * value;
-        alongX += value * (2 * (i % side) - (side - 1));  // twice the place, from the middle
-        alongY += value * (2 * (i / side) - (side - 1));
+        alongX += value * (2 * (i % cellsAlong) - (cellsAlong - 1));  // twice the place, from the middle
+        alongY += value * (2 * (i / cellsAlong) - (cellsAlong - 1));
     }
     const auto colours = std::accumulate(signature.colours.begin(), signature.colours.end(), std::int64_t{0});
     light_ = static_cast<double>(colours + static_cast<std::int64_t>(signature.colours.size()));

@@ -7,44 +7,46 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t side = PreviewSignature::side;
+constexpr std::size_t pointsAlong = PreviewSignature::side;
 constexpr double roundingSlack = 1e-4;
 
 // The waves of the two-dimensional discrete cosine transform that most of a picture's structure is in.
 constexpr std::array<std::pair<int, int>, PreviewPoint::structure - 1> waves = {
     {{1, 1}, {0, 2}, {2, 0}, {1, 2}, {2, 1}, {2, 2}, {0, 1}, {1, 0}, {0, 3}, {3, 0}, {1, 3}, {3, 1}, {0, 4}}};
 
-using Wave = std::array<double, side>;
+using Wave = std::array<double, pointsAlong>;
 
-// Of length 1, as are their products of one along each side, which are at right angles to one another.
+// Of length 1, as are their products of one along each pointsAlong, which are at right angles to one another.
 std::array<Wave, 5> makeWaves()
 {
     std::array<Wave, 5> made;
     for (std::size_t k = 0; k < made.size(); ++k)
-        for (std::size_t i = 0; i < side; ++i)
-            made[k][i] = std::sqrt((k == 0 ? 1.0 : 2.0) / side) *
-                         std::cos(std::numbers::pi * static_cast<double>(k) * (static_cast<double>(i) + 0.5) / side);
+        for (std::size_t i = 0; i < pointsAlong; ++i)
+            made[k][i] =
+                std::sqrt((k == 0 ? 1.0 : 2.0) / pointsAlong) *
+                std::cos(std::numbers::pi * static_cast<double>(k) * (static_cast<double>(i) + 0.5) / pointsAlong);
     return made;
 }
 
-double along(const std::array<double, side * side>& detail, const Wave& x, const Wave& y)
+double along(const std::array<double, pointsAlong * pointsAlong>& detail, const Wave& x, const Wave& y)
 {
     double sum = 0;
-    for (std::size_t row = 0; row < side; ++row) {
+    for (std::size_t row = 0; row < pointsAlong; ++row) {
         double ofRow = 0;
-        for (std::size_t column = 0; column < side; ++column)
-            ofRow += detail[row * side + column] * x[column];
+        for (std::size_t column = 0; column < pointsAlong; ++column)
+            ofRow += detail[row * pointsAlong + column] * x[column];
         sum += ofRow * y[row];
     }
     return sum;
 }
 
-std::array<double, side * side> detailOf(const PreviewLayout& layout)
+std::array<double, pointsAlong * pointsAlong> detailOf(const PreviewLayout& layout)
 {
-    std::array<double, side * side> detail;
-    constexpr double middle = (side - 1) / 2.0;
+    std::array<double, pointsAlong * pointsAlong> detail;
+    constexpr double middle = (pointsAlong - 1) / 2.0;
     for (std::size_t i = 0; i < detail.size(); ++i) {
-        const double x = static_cast<double>(i % side) - middle, y = static_cast<double>(i / side) - middle;
+        const double x = static_cast<double>(i % pointsAlong) - middle,
+                     y = static_cast<double>(i / pointsAlong) - middle;
         detail[i] = layout.signature().brightness[i] - layout.mean() - layout.slopeX() * x - layout.slopeY() * y;
     }
     return detail;

@@ -8,6 +8,11 @@
 
 namespace kelvane {
 
+[[nodiscard]] constexpr bool isMarkupLetter(char16_t unit)
+{
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
 [[nodiscard]] constexpr bool isMarkupSpace(char16_t unit)
 {
     return unit == u' ' || unit == u'\n' || unit == u'\t' || unit == u'\r' || unit == u'\f';

@@ -20,7 +20,7 @@ constexpr std::size_t nameRoom = 260;
 constexpr std::size_t valueRoom = 4096;
 constexpr std::size_t pieceRoom = 32 * 1024;
 constexpr std::size_t largestFullText = 16u << 20;
-constexpr int mostFields = 256;  // a plug-in that knows no end of them is broken
+constexpr int mostPluginFields = 256;  // a plug-in that knows no end of them is broken
 
 constexpr bool narrowNames = sizeof(NativeString::value_type) == 1;
 
@@ -140,7 +140,7 @@ Result<PluginDescription> ContentPlugin::describe() const
             return wroteTooFar();
         description.detect = utf8(room.text());
     }
-    for (int number = 0; number < mostFields; ++number) {
+    for (int number = 0; number < mostPluginFields; ++number) {
         GuardedRoom name(nameRoom), units(nameRoom);
         const int type = functions_->supportedField(number, name.characters(), units.characters(), name.length());
         if (!name.intact() || !units.intact())

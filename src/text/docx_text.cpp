@@ -6,15 +6,9 @@
 namespace kelvane {
 namespace {
 
-template <std::size_t count>
-bool isOneOf(const std::array<std::string_view, count>& names, std::string_view name)
-{
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 // Settings of paragraphs and sections (with tab stops that are no tabs), field codes, what was deleted or moved away
 // while changes were tracked, the stand-ins for readers that lack a feature, and the readings printed above characters.
-constexpr auto leftOut = std::to_array<std::string_view>(
+constexpr auto docxLeftOut = std::to_array<std::string_view>(
     {"pPr", "sectPr", "tblPr", "instrText", "delInstrText", "del", "delText", "moveFrom", "Fallback", "rt"});
 
 // The text as a reader of the document finds it: with what others inserted, without what they deleted, without hidden
@@ -28,7 +22,7 @@ private:
     {
         const std::string_view type = attributeOf(attributes, "type");
         const bool note = name == "footnote" || name == "endnote";
-        return isOneOf(leftOut, name) || (note && type.ends_with("eparator"));
+        return isOneOf(docxLeftOut, name) || (note && type.ends_with("eparator"));
     }
 
     void begins(std::string_view name, XmlAttributes attributes) override

@@ -16,7 +16,7 @@ constexpr std::string_view containerName = "META-INF/container.xml";
 constexpr std::string_view encryptionName = "META-INF/encryption.xml";
 
 // The metadata of the package document: Dublin Core, and what EPUB 3 adds as meta elements with a "property".
-constexpr std::array rules = {
+constexpr std::array epubRules = {
     PropertyRule{"title", "System.Title"},
     PropertyRule{"creator", "System.Author", ValueShape::texts},
     PropertyRule{"contributor", "System.Document.Contributor", ValueShape::texts},
@@ -61,7 +61,7 @@ std::string partOfLink(std::string_view folder, std::string_view link)
 
 class PackageHandler final : public PropertyHandler {
 public:
-    explicit PackageHandler(std::string_view folder) : PropertyHandler(rules), folder_(folder) {}
+    explicit PackageHandler(std::string_view folder) : PropertyHandler(epubRules), folder_(folder) {}
 
     // The parts in the order of the spine. A part that stands in it twice is read once.
     [[nodiscard]] std::vector<std::string> chapters() const

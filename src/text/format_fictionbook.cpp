@@ -29,13 +29,7 @@ constexpr std::array descriptionRules = {
 constexpr auto sections = std::to_array<std::string_view>({"title-info", "publish-info", "document-info"});
 constexpr auto blocks = std::to_array<std::string_view>({"p", "v", "subtitle", "title", "text-author", "tr", "stanza",
                                                          "epigraph", "cite", "poem", "section", "empty-line", "body"});
-constexpr auto leftOut = std::to_array<std::string_view>({"binary", "stylesheet", "coverpage", "src-title-info"});
-
-template <std::size_t count>
-bool isOneOf(const std::array<std::string_view, count>& names, std::string_view name)
-{
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
+constexpr auto bookLeftOut = std::to_array<std::string_view>({"binary", "stylesheet", "coverpage", "src-title-info"});
 
 class BookHandler final : public TextHandler {
 public:
@@ -43,7 +37,7 @@ public:
     void give() const { collector_.give(sink_); }
 
 private:
-    bool leavesOut(std::string_view name, XmlAttributes) override { return isOneOf(leftOut, name); }
+    bool leavesOut(std::string_view name, XmlAttributes) override { return isOneOf(bookLeftOut, name); }
 
     void begins(std::string_view name, XmlAttributes attributes) override
     {

@@ -63,7 +63,7 @@ bool isOoxml(std::span<const std::byte> head)
     });
 }
 
-bool isWanted(std::string_view name)
+bool isOfOffice(std::string_view name)
 {
     return isDocxPart(name) || isXlsxPart(name) || isPptxPart(name) || name == "docProps/core.xml" ||
            name == "docProps/app.xml";
@@ -102,7 +102,7 @@ ReadOutcome readText(const PackageParts& parts, const DocumentServices& services
 ReadOutcome readOoxml(RandomAccessFile& file, const DocumentServices& services, DocumentSink& sink)
 {
     PackageParts parts;
-    ReadOutcome reading = readParts(file, services, sink, isWanted, parts);
+    ReadOutcome reading = readParts(file, services, sink, isOfOffice, parts);
     readProperties(parts, "docProps/core.xml", coreRules, services, sink);
     readProperties(parts, "docProps/app.xml", applicationRules, services, sink);
     ReadOutcome text = readText(parts, services, sink);

@@ -54,7 +54,7 @@ private:
 
 // What was deleted while changes were tracked, comments, descriptions of pictures, numbers of notes and pages, and the
 // readings printed above characters.
-constexpr auto leftOut = std::to_array<std::string_view>(
+constexpr auto odfLeftOut = std::to_array<std::string_view>(
     {"tracked-changes", "annotation", "desc", "note-citation", "page-number", "ruby-text", "forms"});
 
 // The text as a reader of the document finds it. Notes go to its end, as other formats of the same text have them.
@@ -72,7 +72,7 @@ private:
     bool leavesOut(std::string_view name, XmlAttributes) override
     {
         // A title within a frame is that of a picture; elsewhere it is a field that shows the document's.
-        return std::find(leftOut.begin(), leftOut.end(), name) != leftOut.end() || (name == "title" && frames_ > 0);
+        return isOneOf(odfLeftOut, name) || (name == "title" && frames_ > 0);
     }
 
     void begins(std::string_view name, XmlAttributes attributes) override
@@ -158,7 +158,7 @@ bool isOpenDocument(std::span<const std::byte> head)
            package.mimetype.starts_with("application/vnd.sun.xml.");
 }
 
-bool isWanted(std::string_view name)
+bool isOfOpenDocument(std::string_view name)
 {
     return name == contentName || name == metaName || name == manifestName || name == "encrypted-package";
 }
@@ -186,7 +186,7 @@ bool readContent(const PartContent& part, const DocumentServices& services, Docu
 ReadOutcome readOpenDocument(RandomAccessFile& file, const DocumentServices& services, DocumentSink& sink)
 {
     PackageParts parts;
-    ReadOutcome reading = readParts(file, services, sink, isWanted, parts);
+    ReadOutcome reading = readParts(file, services, sink, isOfOpenDocument, parts);
     if (reading.outcome != TextOutcome::extracted && parts.empty())
         return reading;
     if (isEncrypted(parts))

@@ -16,7 +16,7 @@ namespace {
 const std::string textProgram = "pdftotext";
 const std::string factsProgram = "pdfinfo";
 
-constexpr std::array rules = {
+constexpr std::array pdfRules = {
     PropertyRule{"Title", "System.Title"},
     PropertyRule{"Subject", "System.Subject"},
     PropertyRule{"Author", "System.Author", ValueShape::texts},
@@ -106,7 +106,7 @@ private:
 void readFacts(RandomAccessFile& file, FilterPrograms& filters, DocumentSink& sink)
 {
     constexpr std::size_t longestOutput = 256 * 1024;
-    PropertyCollector collector(rules);
+    PropertyCollector collector(pdfRules);
     OutputLines lines([&collector](std::string_view line) {
         if (const std::size_t colon = line.find(':'); colon != std::string_view::npos)
             collector.add(line.substr(0, colon), line.substr(colon + 1));

@@ -10,8 +10,6 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t npos = std::u16string_view::npos;
-
 // Takes a line off the front, without white space at its ends.
 std::u16string_view takeLine(std::u16string_view& rest)
 {
@@ -20,7 +18,7 @@ std::u16string_view takeLine(std::u16string_view& rest)
     rest.remove_prefix(std::min(end + 1, rest.size()));
     line.remove_prefix(std::min(line.find_first_not_of(u" \t\r"), line.size()));
     const std::size_t last = line.find_last_not_of(u" \t\r");
-    return line.substr(0, last == npos ? 0 : last + 1);
+    return line.substr(0, last == std::u16string_view::npos ? 0 : last + 1);
 }
 
 // Puts cues: each on a line of its own, however it was broken up for the screen.
@@ -83,7 +81,7 @@ private:
         if (const auto timed = timedLine(line)) {
             writer_.line(*timed);
             writer_.cueEnds();
-        } else if (first || line.find_first_not_of(u"0123456789") == npos) {
+        } else if (first || line.find_first_not_of(u"0123456789") == std::u16string_view::npos) {
             held_ = line;
         } else {
             writer_.line(line);
@@ -110,7 +108,7 @@ private:
 
 bool isScript(std::u16string_view document)
 {
-    return document.starts_with(u"[Script Info]") || document.find(u"\nDialogue:") != npos;
+    return document.starts_with(u"[Script Info]") || document.find(u"\nDialogue:") != std::u16string_view::npos;
 }
 
 // Which column of "Format: Layer, Start, ..., Text" holds the text.

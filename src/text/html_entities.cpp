@@ -4,6 +4,8 @@
 #include <array>
 #include <string>
 
+#include "text/collapsed_text.h"
+
 namespace kelvane {
 namespace {
 
@@ -91,16 +93,12 @@ constexpr std::u16string_view windowsCharacters =
     u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D\u008F"
     u"\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D\u017E\u0178";
 
-constexpr std::size_t longestName = 8;
+constexpr std::size_t longestEntity = 8;
 constexpr char32_t replacement = 0xFFFD;
 
 constexpr bool isDigit(char16_t unit)
 {
     return unit >= u'0' && unit <= u'9';
-}
-constexpr bool isLetter(char16_t unit)
-{
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
 }
 
 // 16 for what is no digit at all.
@@ -153,8 +151,8 @@ CharacterReference numericReference(std::u16string_view text)
 CharacterReference namedReference(std::u16string_view text)
 {
     std::string name;
-    while (name.size() < longestName && name.size() + 1 < text.size() &&
-           (isLetter(text[name.size() + 1]) || isDigit(text[name.size() + 1])))
+    while (name.size() < longestEntity && name.size() + 1 < text.size() &&
+           (isMarkupLetter(text[name.size() + 1]) || isDigit(text[name.size() + 1])))
         name += static_cast<char>(text[name.size() + 1]);
     const bool closed = name.size() + 1 < text.size() && text[name.size() + 1] == u';';
     if (const Entity* entity = entityOf(name); entity != nullptr && closed)

@@ -11,52 +11,52 @@
 namespace kelvane {
 namespace {
 
-enum class Shape { text, list, date };
+enum class MetaShape { text, list, date };
 
 struct MetaName {
     std::string_view name;
     std::string_view property;
-    Shape shape;
+    MetaShape shape;
 };
 
 // Names as people write them: of the HTML standard, of the Dublin Core, and of other systems.
 constexpr auto metaNames = std::to_array<MetaName>({
-    {"author", "System.Author", Shape::list},
-    {"dc.creator", "System.Author", Shape::list},
-    {"dcterms.creator", "System.Author", Shape::list},
-    {"article:author", "System.Author", Shape::list},
-    {"description", "System.Comment", Shape::text},
-    {"dc.description", "System.Comment", Shape::text},
-    {"dcterms.description", "System.Comment", Shape::text},
-    {"og:description", "System.Comment", Shape::text},
-    {"keywords", "System.Keywords", Shape::list},
-    {"subject", "System.Subject", Shape::text},
-    {"dc.subject", "System.Subject", Shape::text},
-    {"dcterms.subject", "System.Subject", Shape::text},
-    {"dc.title", "System.Title", Shape::text},
-    {"dcterms.title", "System.Title", Shape::text},
-    {"og:title", "System.Title", Shape::text},
-    {"generator", "System.ApplicationName", Shape::text},
-    {"copyright", "System.Copyright", Shape::text},
-    {"dc.rights", "System.Copyright", Shape::text},
-    {"dc.language", "System.Language", Shape::text},
-    {"date", "System.Document.DateCreated", Shape::date},
-    {"created", "System.Document.DateCreated", Shape::date},
-    {"dc.date", "System.Document.DateCreated", Shape::date},
-    {"dcterms.created", "System.Document.DateCreated", Shape::date},
-    {"dcterms.issued", "System.Document.DateCreated", Shape::date},
-    {"article:published_time", "System.Document.DateCreated", Shape::date},
-    {"changed", "System.Document.DateSaved", Shape::date},
-    {"last-modified", "System.Document.DateSaved", Shape::date},
-    {"dcterms.modified", "System.Document.DateSaved", Shape::date},
-    {"article:modified_time", "System.Document.DateSaved", Shape::date},
+    {"author", "System.Author", MetaShape::list},
+    {"dc.creator", "System.Author", MetaShape::list},
+    {"dcterms.creator", "System.Author", MetaShape::list},
+    {"article:author", "System.Author", MetaShape::list},
+    {"description", "System.Comment", MetaShape::text},
+    {"dc.description", "System.Comment", MetaShape::text},
+    {"dcterms.description", "System.Comment", MetaShape::text},
+    {"og:description", "System.Comment", MetaShape::text},
+    {"keywords", "System.Keywords", MetaShape::list},
+    {"subject", "System.Subject", MetaShape::text},
+    {"dc.subject", "System.Subject", MetaShape::text},
+    {"dcterms.subject", "System.Subject", MetaShape::text},
+    {"dc.title", "System.Title", MetaShape::text},
+    {"dcterms.title", "System.Title", MetaShape::text},
+    {"og:title", "System.Title", MetaShape::text},
+    {"generator", "System.ApplicationName", MetaShape::text},
+    {"copyright", "System.Copyright", MetaShape::text},
+    {"dc.rights", "System.Copyright", MetaShape::text},
+    {"dc.language", "System.Language", MetaShape::text},
+    {"date", "System.Document.DateCreated", MetaShape::date},
+    {"created", "System.Document.DateCreated", MetaShape::date},
+    {"dc.date", "System.Document.DateCreated", MetaShape::date},
+    {"dcterms.created", "System.Document.DateCreated", MetaShape::date},
+    {"dcterms.issued", "System.Document.DateCreated", MetaShape::date},
+    {"article:published_time", "System.Document.DateCreated", MetaShape::date},
+    {"changed", "System.Document.DateSaved", MetaShape::date},
+    {"last-modified", "System.Document.DateSaved", MetaShape::date},
+    {"dcterms.modified", "System.Document.DateSaved", MetaShape::date},
+    {"article:modified_time", "System.Document.DateSaved", MetaShape::date},
 });
 
 void putShaped(const MetaName& row, std::u16string_view content, DocumentSink& sink)
 {
-    if (row.shape == Shape::text) {
+    if (row.shape == MetaShape::text) {
         sink.property(row.property, RawValue::text(collapsedText(content)));
-    } else if (row.shape == Shape::list) {
+    } else if (row.shape == MetaShape::list) {
         sink.property(row.property, listOf(content, row.property == "System.Author" ? u";" : u",;"));
     } else if (const auto date = parseIsoDate(toUtf8(content))) {
         sink.property(row.property, dateValue(*date));

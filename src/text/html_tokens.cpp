@@ -8,13 +8,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t npos = std::u16string_view::npos;
-constexpr std::size_t longestName = 40;
-
-constexpr bool isLetter(char16_t unit)
-{
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || unit == u'_' || unit >= 0x80;
-}
+constexpr std::size_t longestTag = 40;
 
 constexpr bool endsName(char16_t unit)
 {
@@ -32,7 +26,7 @@ char lowered(char16_t unit)
 std::string nameOf(std::u16string_view written)
 {
     std::string name;
-    for (const char16_t unit : written.substr(0, longestName))
+    for (const char16_t unit : written.substr(0, longestTag))
         name += lowered(unit);
     return name;
 }
@@ -42,14 +36,14 @@ bool beginsMarkup(std::u16string_view text)
 {
     if (text.size() < 2 || text[0] != u'<')
         return false;
-    return isLetter(text[1]) || text[1] == u'!' || text[1] == u'?' || (text[1] == u'/' && text.size() > 2);
+    return isMarkupLetter(text[1]) || text[1] == u'!' || text[1] == u'?' || (text[1] == u'/' && text.size() > 2);
 }
 
 // The text behind the first of these words; what there is none of ends with the document.
 std::u16string_view behind(std::u16string_view text, std::u16string_view word)
 {
     const std::size_t at = text.find(word);
-    return at == npos ? std::u16string_view() : text.substr(at + word.size());
+    return at == std::u16string_view::npos ? std::u16string_view() : text.substr(at + word.size());
 }
 
 std::size_t skipSpaces(std::u16string_view text, std::size_t at)
@@ -123,7 +117,7 @@ std::optional<HtmlToken> HtmlTokens::next()
 // "</" and something that is no name counts as a comment, as in browsers.
 bool HtmlTokens::skipDeclaration()
 {
-    if (isLetter(rest_[1]) || (rest_[1] == u'/' && isLetter(rest_[2])))
+    if (isMarkupLetter(rest_[1]) || (rest_[1] == u'/' && isMarkupLetter(rest_[2])))
         return false;
     if (rest_.starts_with(u"<!-->"))
         rest_.remove_prefix(5);
@@ -190,18 +184,18 @@ std::size_t HtmlTokens::tagEnd(std::size_t from)
 std::size_t HtmlTokens::quotationEnd(std::size_t from)
 {
     bool& none = rest_[from] == u'"' ? noDoubleQuote_ : noSingleQuote_;
-    const std::size_t end = none ? npos : rest_.find(rest_[from], from + 1);
-    none = end == npos;
+    const std::size_t end = none ? std::u16string_view::npos : rest_.find(rest_[from], from + 1);
+    none = end == std::u16string_view::npos;
     return none ? from + 1 : end + 1;
 }
 
 std::u16string_view HtmlTokens::rawText(std::string_view name, Unended unended)
 {
     const bool known = std::find(neverEnded_.begin(), neverEnded_.end(), name) != neverEnded_.end();
-    std::size_t end = known ? npos : rest_.find(u"</");
-    while (end != npos && !namedAt(rest_.substr(end + 2), name))
+    std::size_t end = known ? std::u16string_view::npos : rest_.find(u"</");
+    while (end != std::u16string_view::npos && !namedAt(rest_.substr(end + 2), name))
         end = rest_.find(u"</", end + 2);
-    if (end == npos) {
+    if (end == std::u16string_view::npos) {
         if (!known)
             neverEnded_.emplace_back(name);
         end = unended == Unended::isRest ? rest_.size() : 0;

@@ -4,6 +4,7 @@
 
 #include "base/words.h"
 #include "text/mail_encodings.h"
+#include "text/property_values.h"
 
 namespace kelvane {
 namespace {
@@ -11,13 +12,6 @@ namespace {
 // No real header comes near; what is beyond is no field.
 constexpr std::size_t mostFields = 2000;
 constexpr std::size_t longestField = 100'000;
-
-std::string_view trimmed(std::string_view text)
-{
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-    const std::size_t last = text.find_last_not_of(" \t\r\n");
-    return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
-}
 
 std::string_view firstLine(std::string_view text)
 {

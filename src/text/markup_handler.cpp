@@ -9,6 +9,11 @@ std::string_view localName(std::string_view name)
     return name.substr(name.rfind(':') + 1);
 }
 
+bool isOneOf(std::span<const std::string_view> names, std::string_view name)
+{
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 std::string_view attributeOf(XmlAttributes attributes, std::string_view name)
 {
     const auto found = std::find_if(attributes.begin(), attributes.end(),

@@ -1,6 +1,7 @@
 // What the readers of XML documents have in common.
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "platform/xml_parsing.h"
@@ -10,6 +11,7 @@ namespace kelvane {
 
 // "t" of "w:t": writers choose prefixes as they like, and no format here has two meanings for one name.
 [[nodiscard]] std::string_view localName(std::string_view name);
+[[nodiscard]] bool isOneOf(std::span<const std::string_view> names, std::string_view name);
 
 using XmlAttributes = std::span<const XmlHandler::Attribute>;
 // By its local name; empty where there is none.

@@ -10,7 +10,7 @@ namespace {
 
 enum class Answered : std::uint32_t { done = 0, failed = 1 };
 
-constexpr std::uint32_t mostFields = 256;
+constexpr std::uint32_t mostTaskFields = 256;
 
 constexpr auto lastKind = static_cast<std::uint32_t>(ErrorKind::io);
 
@@ -153,7 +153,7 @@ Result<PluginDescription> decodePluginDescription(std::span<const std::byte> ans
     PluginDescription description;
     auto detect = readText(*reader);
     auto count = reader->number<std::uint32_t>();
-    if (!detect || !count || *count > mostFields)
+    if (!detect || !count || *count > mostTaskFields)
         return malformed();
     description.detect = *std::move(detect);
     for (; *count > 0; --*count) {

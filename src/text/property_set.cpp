@@ -16,43 +16,43 @@ using Bytes = std::span<const std::byte>;
 constexpr std::size_t longestText = 32 * 1024;
 constexpr std::uint32_t mostProperties = 256;
 
-enum class Shape { text, texts, keywords, count, moment, duration };
+enum class NumberedShape { text, texts, keywords, count, moment, duration };
 
 // What a number means in its set.
 struct NumberedRule {
     std::uint32_t number;
     std::string_view property;
-    Shape shape = Shape::text;
+    NumberedShape shape = NumberedShape::text;
 };
 
 constexpr std::array summaryRules = {
     NumberedRule{2, "System.Title"},
     NumberedRule{3, "System.Subject"},
-    NumberedRule{4, "System.Author", Shape::texts},
-    NumberedRule{5, "System.Keywords", Shape::keywords},
+    NumberedRule{4, "System.Author", NumberedShape::texts},
+    NumberedRule{5, "System.Keywords", NumberedShape::keywords},
     NumberedRule{6, "System.Comment"},
     NumberedRule{7, "System.Document.Template"},
     NumberedRule{8, "System.Document.LastAuthor"},
     NumberedRule{9, "System.Document.RevisionNumber"},
-    NumberedRule{10, "System.Document.TotalEditingTime", Shape::duration},
-    NumberedRule{11, "System.Document.DatePrinted", Shape::moment},
-    NumberedRule{12, "System.Document.DateCreated", Shape::moment},
-    NumberedRule{13, "System.Document.DateSaved", Shape::moment},
-    NumberedRule{14, "System.Document.PageCount", Shape::count},
-    NumberedRule{15, "System.Document.WordCount", Shape::count},
-    NumberedRule{16, "System.Document.CharacterCount", Shape::count},
+    NumberedRule{10, "System.Document.TotalEditingTime", NumberedShape::duration},
+    NumberedRule{11, "System.Document.DatePrinted", NumberedShape::moment},
+    NumberedRule{12, "System.Document.DateCreated", NumberedShape::moment},
+    NumberedRule{13, "System.Document.DateSaved", NumberedShape::moment},
+    NumberedRule{14, "System.Document.PageCount", NumberedShape::count},
+    NumberedRule{15, "System.Document.WordCount", NumberedShape::count},
+    NumberedRule{16, "System.Document.CharacterCount", NumberedShape::count},
     NumberedRule{18, "System.ApplicationName"},
 };
 
 constexpr std::array documentRules = {
-    NumberedRule{2, "System.Category", Shape::texts},
+    NumberedRule{2, "System.Category", NumberedShape::texts},
     NumberedRule{3, "System.Document.PresentationFormat"},
-    NumberedRule{5, "System.Document.LineCount", Shape::count},
-    NumberedRule{6, "System.Document.ParagraphCount", Shape::count},
-    NumberedRule{7, "System.Document.SlideCount", Shape::count},
-    NumberedRule{8, "System.Document.NoteCount", Shape::count},
-    NumberedRule{9, "System.Document.HiddenSlideCount", Shape::count},
-    NumberedRule{10, "System.Document.MultimediaClipCount", Shape::count},
+    NumberedRule{5, "System.Document.LineCount", NumberedShape::count},
+    NumberedRule{6, "System.Document.ParagraphCount", NumberedShape::count},
+    NumberedRule{7, "System.Document.SlideCount", NumberedShape::count},
+    NumberedRule{8, "System.Document.NoteCount", NumberedShape::count},
+    NumberedRule{9, "System.Document.HiddenSlideCount", NumberedShape::count},
+    NumberedRule{10, "System.Document.MultimediaClipCount", NumberedShape::count},
     NumberedRule{14, "System.Document.Manager"},
     NumberedRule{15, "System.Company"},
 };
@@ -141,22 +141,22 @@ RawValue listValue(std::u16string_view text, std::u16string_view separators)
 RawValue valueOf(const PropertySet& set, const NumberedRule& rule, const TextDecoding& decoding)
 {
     switch (rule.shape) {
-    case Shape::text:
+    case NumberedShape::text:
         return RawValue::text(set.text(rule.number, decoding));
-    case Shape::texts:
+    case NumberedShape::texts:
         return listValue(set.text(rule.number, decoding), u";");
-    case Shape::keywords:
+    case NumberedShape::keywords:
         return listValue(set.text(rule.number, decoding), u";,");
-    case Shape::count:
+    case NumberedShape::count:
         if (const auto count = set.count(rule.number))
             return RawValue::number(VarType::int32, *count);
         return {};
-    case Shape::moment:
-    case Shape::duration:
+    case NumberedShape::moment:
+    case NumberedShape::duration:
         break;
     }
     const std::uint64_t ticks = set.ticks(rule.number);
-    const VarType type = rule.shape == Shape::moment ? VarType::fileTime : VarType::uint64;
+    const VarType type = rule.shape == NumberedShape::moment ? VarType::fileTime : VarType::uint64;
     return ticks > 0 && ticks < std::uint64_t{1} << 62 ? RawValue::number(type, ticks) : RawValue{};
 }
 

@@ -7,8 +7,6 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t npos = std::u16string_view::npos;
-
 constexpr bool isDigit(char16_t unit)
 {
     return unit >= u'0' && unit <= u'9';
@@ -16,7 +14,7 @@ constexpr bool isDigit(char16_t unit)
 
 bool holdsOnly(std::u16string_view text, std::u16string_view units)
 {
-    return text.find_first_not_of(units) == npos;
+    return text.find_first_not_of(units) == std::u16string_view::npos;
 }
 
 // "{10}", "[00:12.00]" at the front: its length, 0 for none.
@@ -26,7 +24,8 @@ std::size_t timeMark(std::u16string_view text, char16_t opening, char16_t closin
     if (!text.starts_with(opening))
         return 0;
     const std::size_t end = text.substr(0, longest).find(closing);
-    const bool time = end != npos && end > 1 && isDigit(text[1]) && holdsOnly(text.substr(1, end - 1), u"0123456789:.");
+    const bool time = end != std::u16string_view::npos && end > 1 && isDigit(text[1]) &&
+                      holdsOnly(text.substr(1, end - 1), u"0123456789:.");
     return time ? end + 1 : 0;
 }
 
@@ -41,7 +40,8 @@ std::u16string_view withoutTimeMarks(std::u16string_view line, char16_t opening,
 bool isNameTag(std::u16string_view line)
 {
     const std::size_t colon = line.find(u':');
-    return line.starts_with(u'[') && line.ends_with(u']') && colon != npos && colon > 1 && colon < 8 &&
+    return line.starts_with(u'[') && line.ends_with(u']') && colon != std::u16string_view::npos && colon > 1 &&
+           colon < 8 &&
            std::all_of(line.begin() + 1, line.begin() + static_cast<std::ptrdiff_t>(colon),
                        [](char16_t unit) { return unit >= u'a' && unit <= u'z'; });
 }
@@ -56,7 +56,7 @@ std::size_t codeLength(std::u16string_view text)
     if (!tag && !code)
         return 0;
     const std::size_t end = text.find(tag ? u'>' : u'}');
-    return end != npos ? end + 1 : 0;
+    return end != std::u16string_view::npos ? end + 1 : 0;
 }
 
 bool isBreakCode(std::u16string_view text)
@@ -71,9 +71,10 @@ bool isCueTiming(std::u16string_view line)
     if (line.empty() || !isDigit(line.front()))
         return false;
     const std::size_t arrow = line.find(u"-->");
-    if (arrow != npos)
+    if (arrow != std::u16string_view::npos)
         return holdsOnly(line.substr(0, arrow), u"0123456789:., ");
-    return line.find(u':') != npos && line.find(u',') != npos && holdsOnly(line, u"0123456789:., ");
+    return line.find(u':') != std::u16string_view::npos && line.find(u',') != std::u16string_view::npos &&
+           holdsOnly(line, u"0123456789:., ");
 }
 
 std::optional<std::u16string_view> timedLine(std::u16string_view line)

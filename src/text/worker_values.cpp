@@ -11,13 +11,13 @@ constexpr std::uint32_t mostElements = 4096;  // of a list: each costs more here
 constexpr std::uint32_t mostNamedValues = 4096;
 
 // How the data of a value is written.
-enum class Shape : std::uint8_t { nothing, bits, narrow, wide, text, narrows, wides, texts };
+enum class WireShape : std::uint8_t { nothing, bits, narrow, wide, text, narrows, wides, texts };
 
-std::optional<Shape> scalarShape(VarType type)
+std::optional<WireShape> scalarShape(VarType type)
 {
     switch (type) {
     case VarType::empty:
-        return Shape::nothing;
+        return WireShape::nothing;
     case VarType::int8:
     case VarType::int16:
     case VarType::int32:
@@ -31,39 +31,39 @@ std::optional<Shape> scalarShape(VarType type)
     case VarType::boolean:
     case VarType::currency:
     case VarType::fileTime:
-        return Shape::bits;
+        return WireShape::bits;
     case VarType::float32:
-        return Shape::narrow;
+        return WireShape::narrow;
     case VarType::float64:
     case VarType::oleDate:
-        return Shape::wide;
+        return WireShape::wide;
     case VarType::wideText:
     case VarType::bstr:
-        return Shape::text;
+        return WireShape::text;
     default:
         return std::nullopt;
     }
 }
 
-std::optional<Shape> shapeOf(VarType type, bool isVector)
+std::optional<WireShape> shapeOf(VarType type, bool isVector)
 {
     const auto scalar = scalarShape(type);
     if (!isVector || !scalar)
         return scalar;
     switch (*scalar) {
-    case Shape::narrow:
-        return Shape::narrows;
-    case Shape::wide:
-        return Shape::wides;
-    case Shape::text:
-        return Shape::texts;
+    case WireShape::narrow:
+        return WireShape::narrows;
+    case WireShape::wide:
+        return WireShape::wides;
+    case WireShape::text:
+        return WireShape::texts;
     default:
         return std::nullopt;
     }
 }
 
 // The place of a shape's data among the alternatives of RawValue::Data.
-std::size_t alternativeOf(Shape shape)
+std::size_t alternativeOf(WireShape shape)
 {
     static_assert(std::is_same_v<std::variant_alternative_t<7, RawValue::Data>, std::vector<std::u16string>>);
     return static_cast<std::size_t>(shape);
@@ -122,24 +122,24 @@ std::optional<RawValue::Data> asData(std::optional<Value> value)
     return value ? std::optional(RawValue::Data(std::move(*value))) : std::nullopt;
 }
 
-std::optional<RawValue::Data> readData(ByteReader& in, Shape shape)
+std::optional<RawValue::Data> readData(ByteReader& in, WireShape shape)
 {
     switch (shape) {
-    case Shape::nothing:
+    case WireShape::nothing:
         return RawValue::Data();
-    case Shape::bits:
+    case WireShape::bits:
         return asData(in.number<std::uint64_t>());
-    case Shape::narrow:
+    case WireShape::narrow:
         return asData(readNarrow(in));
-    case Shape::wide:
+    case WireShape::wide:
         return asData(readWide(in));
-    case Shape::text:
+    case WireShape::text:
         return asData(readUnits(in));
-    case Shape::narrows:
+    case WireShape::narrows:
         return readList<float>(in, readNarrow);
-    case Shape::wides:
+    case WireShape::wides:
         return readList<double>(in, readWide);
-    case Shape::texts:
+    case WireShape::texts:
         return readList<std::u16string>(in, readUnits);
     }
     return std::nullopt;

@@ -16,18 +16,17 @@ using testing::SeenTree;
 using testing::WorldMode;
 using testing::WorldRun;
 
-constexpr auto linkAction = CleanupAction::link;
 constexpr const char* old = "one and the same";
 constexpr const char* intruder = "somebody's new work";
 
-const WorldMode modes[] = {
+const WorldMode racedModes[] = {
     {"recycle", CleanupAction::recycle},
     {"delete", CleanupAction::deletePermanently},
-    {"hard", linkAction, LinkKind::hard},
-    {"hard, no exchange", linkAction, LinkKind::hard, false},
-    {"symbolic", linkAction, LinkKind::symbolic},
-    {"symbolic, no exchange", linkAction, LinkKind::symbolic, false},
-    {"clone", linkAction, LinkKind::clone, true, true},
+    {"hard", CleanupAction::link, LinkKind::hard},
+    {"hard, no exchange", CleanupAction::link, LinkKind::hard, false},
+    {"symbolic", CleanupAction::link, LinkKind::symbolic},
+    {"symbolic, no exchange", CleanupAction::link, LinkKind::symbolic, false},
+    {"clone", CleanupAction::link, LinkKind::clone, true, true},
 };
 
 void write(const fs::path& path)
@@ -147,7 +146,7 @@ TEST_P(Races, NeitherOldNorNewIsLostWheneverSomebodyComesBetween)
 // The name beside the item is guessed, or what lies there is taken for rubbish.
 TEST_P(Races, SomebodysFileUnderATemporaryNameIsKept)
 {
-    if (GetParam().action != linkAction)
+    if (GetParam().action != CleanupAction::link)
         GTEST_SKIP() << "nothing is made beside the item";
     for (int operation = 1; operation == 1 || world_.faults.failed(); ++operation) {
         build();
@@ -169,7 +168,7 @@ TEST_P(Races, SomebodysFileUnderATemporaryNameIsKept)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, Races, ::testing::ValuesIn(modes),
+INSTANTIATE_TEST_SUITE_P(Modes, Races, ::testing::ValuesIn(racedModes),
                          [](const auto& tested) { return "mode" + std::to_string(tested.index); });
 
 }  // namespace

@@ -19,7 +19,8 @@ using testing::tune;
 using testing::wavFile;
 using std::chrono_literals::operator""ms;
 
-DecodedSound decoded(const std::string& bytes, std::string_view name, std::chrono::milliseconds longest = 19'817ms)
+DecodedSound decodedOpening(const std::string& bytes, std::string_view name,
+                            std::chrono::milliseconds longest = 19'817ms)
 {
     BytesFile file(bytes);
     return makeFfmpegSoundDecoding()->opening(file, name, longest);
@@ -36,7 +37,7 @@ double loudness(const std::vector<float>& samples)
 TEST(SoundDecoding, GivesTheSamplesOfAPlainWavUnchanged)
 {
     const auto samples = tune(1, 21, 11'025);
-    const DecodedSound sound = decoded(wavFile(samples), "a.wav");
+    const DecodedSound sound = decodedOpening(wavFile(samples), "a.wav");
     ASSERT_EQ(sound.fault.outcome, MediaOutcome::made);
     ASSERT_EQ(sound.samples.size(), 218'482u) << "only the opening";
     for (std::size_t i = 0; i < sound.samples.size(); ++i)
@@ -45,7 +46,7 @@ TEST(SoundDecoding, GivesTheSamplesOfAPlainWavUnchanged)
 
 TEST(SoundDecoding, EndsWhereAShortFileEnds)
 {
-    EXPECT_EQ(decoded(wavFile(tone(440, 2)), "a.wav").samples.size(), 22'050u);
+    EXPECT_EQ(decodedOpening(wavFile(tone(440, 2)), "a.wav").samples.size(), 22'050u);
 }
 
 TEST(SoundDecoding, MixesAllChannelsIntoOne)
@@ -53,12 +54,12 @@ TEST(SoundDecoding, MixesAllChannelsIntoOne)
     std::vector<std::int16_t> samples;
     for (int i = 0; i < 11'025; ++i)
         samples.insert(samples.end(), {8'000, static_cast<std::int16_t>(-4'000)});
-    const DecodedSound sound = decoded(wavFile(samples, {.channels = 2}), "a.wav");
+    const DecodedSound sound = decodedOpening(wavFile(samples, {.channels = 2}), "a.wav");
     ASSERT_EQ(sound.samples.size(), 11'025u);
     EXPECT_NEAR(sound.samples[5'000], 2'000 / 32'768.0, 1e-6);
     for (const std::uint16_t channels : std::initializer_list<std::uint16_t>{3, 6, 11}) {
         const std::vector<std::int16_t> many(11'025u * channels, 8'000);
-        const DecodedSound mixed = decoded(wavFile(many, {.channels = channels}), "a.wav");
+        const DecodedSound mixed = decodedOpening(wavFile(many, {.channels = channels}), "a.wav");
         ASSERT_EQ(mixed.samples.size(), 11'025u) << channels;
         EXPECT_GT(mixed.samples[5'000], 0.1f) << channels;
         EXPECT_LT(mixed.samples[5'000], 0.3f) << channels;
@@ -67,9 +68,9 @@ TEST(SoundDecoding, MixesAllChannelsIntoOne)
 
 TEST(SoundDecoding, BringsEveryHigherRateToTheSameLengthLoudnessAndPlace)
 {
-    const auto plain = decoded(wavFile(tone(440, 3)), "a.wav").samples;
+    const auto plain = decodedOpening(wavFile(tone(440, 3)), "a.wav").samples;
     for (const std::uint32_t rate : {12'000u, 22'050u, 44'100u, 48'000u, 96'000u, 192'000u}) {
-        const auto samples = decoded(wavFile(tone(440, 3, rate), {.rate = rate}), "a.wav").samples;
+        const auto samples = decodedOpening(wavFile(tone(440, 3, rate), {.rate = rate}), "a.wav").samples;
         EXPECT_NEAR(static_cast<double>(samples.size()), 33'075, 2) << rate;
         EXPECT_NEAR(loudness(samples), loudness(plain), 0.005) << rate;
         for (std::size_t i = 1'000; i < 1'100; ++i)
@@ -79,7 +80,7 @@ TEST(SoundDecoding, BringsEveryHigherRateToTheSameLengthLoudnessAndPlace)
 
 TEST(SoundDecoding, RefusesFewerSamplesASecondThanAreCompared)
 {
-    const DecodedSound sound = decoded(wavFile(tone(440, 30, 8'000), {.rate = 8'000}), "a.wav");
+    const DecodedSound sound = decodedOpening(wavFile(tone(440, 30, 8'000), {.rate = 8'000}), "a.wav");
     EXPECT_EQ(sound.fault.outcome, MediaOutcome::lowRate);
     EXPECT_TRUE(sound.samples.empty());
 }
@@ -88,10 +89,10 @@ TEST(SoundDecoding, ReadsTheUsualFormatsWithTheirStartAtTheSamePlace)
 {
     const auto samples = tune(2, 6);
     const std::string wav = wavFile(doubled(samples), {.rate = 44'100, .channels = 2});
-    const auto plain = decoded(wav, "a.wav").samples;
+    const auto plain = decodedOpening(wav, "a.wav").samples;
     ASSERT_FALSE(plain.empty());
     for (const char* name : {"a.flac", "a.mp3", "a.ogg", "a.opus", "a.m4a", "a.aiff", "a.mka"}) {
-        const auto sound = decoded(madeBy("ffmpeg -nostdin -loglevel error -i IN OUT", name, wav), name);
+        const auto sound = decodedOpening(madeBy("ffmpeg -nostdin -loglevel error -i IN OUT", name, wav), name);
         ASSERT_EQ(sound.fault.outcome, MediaOutcome::made) << name << ": " << sound.fault.detail;
         ASSERT_GT(sound.samples.size(), 60'000u) << name;
         double product = 0;

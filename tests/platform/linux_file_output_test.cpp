@@ -11,7 +11,7 @@
 namespace kelvane::testing {
 namespace {
 
-std::span<const std::byte> bytesOf(std::string_view text)
+std::span<const std::byte> asBytes(std::string_view text)
 {
     return std::as_bytes(std::span(text));
 }
@@ -31,7 +31,7 @@ protected:
 
 TEST_F(LinuxFileOutputTest, NewFilesAndFoldersAreTheirOwnersAlone)
 {
-    ASSERT_TRUE(replaceContents(*output_, tree_.path("new"), bytesOf("x")));
+    ASSERT_TRUE(replaceContents(*output_, tree_.path("new"), asBytes("x")));
     EXPECT_EQ(modeOf(tree_.path("new")), 0600u);
     ASSERT_TRUE(output_->append(tree_.path("log")));
     EXPECT_EQ(modeOf(tree_.path("log")), 0600u);
@@ -45,7 +45,7 @@ TEST_F(LinuxFileOutputTest, ReplacingKeepsModeAndLinks)
     ASSERT_EQ(::chmod(real.c_str(), 0640), 0);
     tree_.symlink("middle", "real/kelvane.ini");
     tree_.symlink("kelvane.ini", tree_.path("middle"));
-    ASSERT_TRUE(replaceContents(*output_, tree_.path("kelvane.ini"), bytesOf("new")));
+    ASSERT_TRUE(replaceContents(*output_, tree_.path("kelvane.ini"), asBytes("new")));
     EXPECT_TRUE(std::filesystem::is_symlink(tree_.path("kelvane.ini")));
     EXPECT_TRUE(std::filesystem::is_symlink(tree_.path("middle")));
     EXPECT_EQ(tree_.read("real/kelvane.ini"), "new");
@@ -53,12 +53,12 @@ TEST_F(LinuxFileOutputTest, ReplacingKeepsModeAndLinks)
 
     // A link may stand before the file that it is for.
     tree_.symlink("early", "real/later");
-    ASSERT_TRUE(replaceContents(*output_, tree_.path("early"), bytesOf("first")));
+    ASSERT_TRUE(replaceContents(*output_, tree_.path("early"), asBytes("first")));
     EXPECT_TRUE(std::filesystem::is_symlink(tree_.path("early")));
     EXPECT_EQ(tree_.read("real/later"), "first");
 
     tree_.symlink("circle", "circle");
-    EXPECT_FALSE(replaceContents(*output_, tree_.path("circle"), bytesOf("new")));
+    EXPECT_FALSE(replaceContents(*output_, tree_.path("circle"), asBytes("new")));
 }
 
 TEST_F(LinuxFileOutputTest, NeverWaitsAtAPipe)
@@ -73,7 +73,7 @@ TEST_F(LinuxFileOutputTest, NeverReplacesWhatIsNoFile)
     ASSERT_EQ(::mkfifo(tree_.path("pipe").c_str(), 0600), 0);
     tree_.symlink("link to pipe", "pipe");
     for (const char* name : {"pipe", "link to pipe"})
-        EXPECT_EQ(replaceContents(*output_, tree_.path(name), bytesOf("new")).error().kind, ErrorKind::wrongType);
+        EXPECT_EQ(replaceContents(*output_, tree_.path(name), asBytes("new")).error().kind, ErrorKind::wrongType);
     EXPECT_TRUE(std::filesystem::is_fifo(tree_.path("pipe")));
     EXPECT_FALSE(std::filesystem::exists(tree_.path("pipe.kvnew")));
 }

@@ -24,7 +24,7 @@ using std::chrono::seconds;
 using std::chrono::steady_clock;
 namespace fs = std::filesystem;
 
-const std::string name = "kelvane_CommPort";
+const std::string portName = "kelvane_CommPort";
 constexpr uid_t somebodyElse = 65534;
 
 std::unique_ptr<InstancePorts> portsIn(const testing::TempTree& tree)
@@ -32,7 +32,7 @@ std::unique_ptr<InstancePorts> portsIn(const testing::TempTree& tree)
     return makeSocketPorts(tree.path("run"), tree.path("tmp"));
 }
 
-std::uint32_t tagOf(const PortMessage& message, const PortPeer&)
+std::uint32_t tagIn(const PortMessage& message, const PortPeer&)
 {
     return message.tag;
 }
@@ -99,7 +99,7 @@ public:
     std::optional<testing::Elsewhere> claimElsewhere(const std::string& which) override
     {
         return elsewhere([&]() -> testing::Elsewhere {
-            const auto port = ports_->claim(which, tagOf);
+            const auto port = ports_->claim(which, tagIn);
             return port ? testing::Elsewhere(0) : port.error();
         });
     }
@@ -140,9 +140,9 @@ protected:
         return folder;
     }
 
-    std::unique_ptr<InstancePort> claim() { return ports_->claim(name, tagOf).value(); }
-    Result<std::uint32_t> send(std::uint32_t tag = 4) { return ports_->send(name, {tag, {}}, seconds(20)); }
-    ErrorKind claimFault() { return ports_->claim(name, tagOf).error().kind; }
+    std::unique_ptr<InstancePort> claim() { return ports_->claim(portName, tagIn).value(); }
+    Result<std::uint32_t> send(std::uint32_t tag = 4) { return ports_->send(portName, {tag, {}}, seconds(20)); }
+    ErrorKind claimFault() { return ports_->claim(portName, tagIn).error().kind; }
 
     [[nodiscard]] int rawConnection() const
     {
@@ -195,7 +195,7 @@ TEST_F(LinuxInstancePortTest, AKilledHolderIsSucceeded)
         holder.kill();
 
         EXPECT_TRUE(fs::exists(tree_.path("run/" + name))) << "else this test shows nothing";
-        EXPECT_FALSE(ports_->isHeld(name));
+        EXPECT_FALSE(ports_->isHeld(portName));
         EXPECT_EQ(send().error().kind, ErrorKind::notFound);
     }
     const auto successor = claim();
@@ -210,7 +210,7 @@ TEST_F(LinuxInstancePortTest, ManyProcessesThatStartAtOnceEndAsOne)
     for (int i = 0; i < count; ++i)
         children.push_back(std::make_unique<Child>([&] {
             start.await();
-            const auto port = ports_->claim(name, tagOf);
+            const auto port = ports_->claim(portName, tagIn);
             outcome.give(port ? 'w' : send().ok() ? 'h' : 'f');
             ::pause();
             return 0;
@@ -307,7 +307,7 @@ TEST_F(LinuxInstancePortTest, FoldersThatOthersCouldReachAreRefused)
     for (const auto& makeFaulty : faults) {
         tree_.remove("run");
         makeFaulty("run");
-        EXPECT_TRUE(ports_->claim(name, tagOf).ok());
+        EXPECT_TRUE(ports_->claim(portName, tagIn).ok());
         EXPECT_FALSE(fs::exists(tree_.path("run/" + name + ".lock")));
         EXPECT_TRUE(fs::exists(tree_.path(own + "/" + name + ".lock")));
 
@@ -315,7 +315,7 @@ TEST_F(LinuxInstancePortTest, FoldersThatOthersCouldReachAreRefused)
         makeFaulty(own);
         EXPECT_EQ(claimFault(), ErrorKind::accessDenied);
         EXPECT_EQ(send().error().kind, ErrorKind::accessDenied);
-        EXPECT_FALSE(ports_->isHeld(name));
+        EXPECT_FALSE(ports_->isHeld(portName));
         tree_.remove(own);
     }
 }
@@ -324,7 +324,7 @@ TEST_F(LinuxInstancePortTest, NamesAreNoWayOutOfTheFolder)
 {
     for (const std::string& bad : {std::string(), std::string("../x"), std::string("a/b"), std::string("."),
                                    std::string("a\0b", 3), std::string(200, 'n')}) {
-        EXPECT_EQ(ports_->claim(bad, tagOf).error().kind, ErrorKind::invalid);
+        EXPECT_EQ(ports_->claim(bad, tagIn).error().kind, ErrorKind::invalid);
         EXPECT_EQ(ports_->send(bad, {}, seconds(1)).error().kind, ErrorKind::invalid);
         EXPECT_FALSE(ports_->isHeld(bad));
     }

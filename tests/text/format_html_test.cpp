@@ -10,7 +10,7 @@ namespace {
 using testing::DocumentWorld;
 using testing::valueText;
 
-std::string textOf(std::string page)
+std::string htmlText(std::string page)
 {
     return toUtf8(DocumentWorld().extract("page.html", std::move(page)).text);
 }
@@ -41,7 +41,7 @@ TEST(Html, GivesTheTextAsItIsRead)
         {"cut <b", "cut"},
     };
     for (const Case& each : cases)
-        EXPECT_EQ(textOf(each.page), each.text) << each.page;
+        EXPECT_EQ(htmlText(each.page), each.text) << each.page;
 }
 
 TEST(Html, IsDecodedAsItDeclares)
@@ -60,7 +60,7 @@ TEST(Html, IsDecodedAsItDeclares)
         {"\xEF\xBB\xBF<meta charset=windows-1251><p>caf\xC3\xA9", "café"},  // the mark is right
     };
     for (const Case& each : cases)
-        EXPECT_EQ(textOf(each.page), each.text) << each.page;
+        EXPECT_EQ(htmlText(each.page), each.text) << each.page;
 }
 
 TEST(Html, HeadBecomesProperties)
@@ -109,8 +109,8 @@ TEST(Html, HostilePagesTakeNoLongerThanOthers)
     };
     for (const std::string& page : pages)
         EXPECT_EQ(DocumentWorld().extract("page.html", page).outcome, TextOutcome::extracted) << page.substr(0, 20);
-    EXPECT_EQ(textOf(pages[1]), "deep");
-    EXPECT_EQ(textOf(pages[0]), std::string(65'536, '<'));
+    EXPECT_EQ(htmlText(pages[1]), "deep");
+    EXPECT_EQ(htmlText(pages[0]), std::string(65'536, '<'));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ using testing::makeZip;
 using testing::officeWorld;
 using testing::valueText;
 
-const std::string book =
+const std::string fictionBook =
     "<?xml version='1.0' encoding='windows-1251'?>\n<FictionBook><description><title-info><genre>sf</genre><author>\n"
     "<first-name>\xc0\xed\xed\xe0</first-name><last-name>B</last-name></author><author><nickname>C</nickname></author>"
     "<book-title>\xca\xed\xe8\xe3\xe0</book-title><annotation><p>About</p><p>it</p></annotation>"
@@ -23,9 +23,9 @@ const std::string book =
 TEST(LinuxFormatFictionBookTest, ReadsTextAndDescriptionInAnyCharsetAndPacked)
 {
     DocumentWorld world = officeWorld();
-    for (const auto& [name, bytes] : {std::pair<const char*, std::string>{"a.fb2", book},
-                                      {"a.doc", book},
-                                      {"a.fb2.zip", makeZip({{"a.fb2", book}})}}) {
+    for (const auto& [name, bytes] : {std::pair<const char*, std::string>{"a.fb2", fictionBook},
+                                      {"a.doc", fictionBook},
+                                      {"a.fb2.zip", makeZip({{"a.fb2", fictionBook}})}}) {
         const auto document = world.extract(name, bytes);
         EXPECT_EQ(document.outcome, TextOutcome::extracted);
         EXPECT_EQ(document.text, u"One\n\u0422\u0435\u043a\u0441\u0442 of the book\nverse\nverse") << name;
@@ -40,7 +40,7 @@ TEST(LinuxFormatFictionBookTest, ReadsTextAndDescriptionInAnyCharsetAndPacked)
 TEST(LinuxFormatFictionBookTest, KeepsWhatStandsBeforeDamage)
 {
     DocumentWorld world = officeWorld();
-    const auto document = world.extract("a.fb2", book.substr(0, book.find("<poem>")));
+    const auto document = world.extract("a.fb2", fictionBook.substr(0, fictionBook.find("<poem>")));
     EXPECT_EQ(document.outcome, TextOutcome::damaged);
     EXPECT_TRUE(document.text.starts_with(u"One\n")) << document.text.size();
 }

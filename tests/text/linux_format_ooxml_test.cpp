@@ -12,7 +12,7 @@ using testing::makeZip;
 using testing::officeWorld;
 using testing::valueText;
 
-std::u16string textOf(const std::string& bytes, std::string_view name = "a.docx")
+std::u16string ooxmlText(const std::string& bytes, std::string_view name = "a.docx")
 {
     DocumentWorld world = officeWorld();
     const ExtractedDocument document = world.extract(name, bytes);
@@ -23,31 +23,31 @@ std::u16string textOf(const std::string& bytes, std::string_view name = "a.docx"
 
 TEST(LinuxFormatOoxmlTest, ReadsParagraphsTabsBreaksAndTables)
 {
-    EXPECT_EQ(textOf(makeDocx(docxParagraphs("one two\nthree \xc3\xa4\n\nfour &amp; five"))),
+    EXPECT_EQ(ooxmlText(makeDocx(docxParagraphs("one two\nthree \xc3\xa4\n\nfour &amp; five"))),
               u"one two\nthree \u00e4\nfour & five");
-    EXPECT_EQ(textOf(makeDocx("<w:p><w:pPr><w:tabs><w:tab w:pos='9'/></w:tabs></w:pPr><w:r><w:t>a</w:t><w:tab/>"
-                              "<w:t xml:space='preserve'> b </w:t><w:t>c</w:t><w:br/><w:t>d</w:t></w:r></w:p>"
-                              "<w:tbl><w:tr><w:tc><w:p><w:r><w:t>1</w:t></w:r></w:p><w:p/></w:tc><w:tc><w:p><w:r>"
-                              "<w:t>2</w:t></w:r></w:p></w:tc></w:tr><w:tr><w:tc><w:p><w:r><w:t>3</w:t></w:r></w:p>"
-                              "</w:tc></w:tr></w:tbl>")),
+    EXPECT_EQ(ooxmlText(makeDocx("<w:p><w:pPr><w:tabs><w:tab w:pos='9'/></w:tabs></w:pPr><w:r><w:t>a</w:t><w:tab/>"
+                                 "<w:t xml:space='preserve'> b </w:t><w:t>c</w:t><w:br/><w:t>d</w:t></w:r></w:p>"
+                                 "<w:tbl><w:tr><w:tc><w:p><w:r><w:t>1</w:t></w:r></w:p><w:p/></w:tc><w:tc><w:p><w:r>"
+                                 "<w:t>2</w:t></w:r></w:p></w:tc></w:tr><w:tr><w:tc><w:p><w:r><w:t>3</w:t></w:r></w:p>"
+                                 "</w:tc></w:tr></w:tbl>")),
               u"a  b c\nd\n1 2\n3");
 }
 
 TEST(LinuxFormatOoxmlTest, LeavesOutWhatNobodyReads)
 {
-    EXPECT_EQ(textOf(makeDocx("<w:p><w:del><w:r><w:delText>gone</w:delText></w:r></w:del><w:ins><w:r><w:t>new</w:t>"
-                              "</w:r></w:ins><w:moveFrom><w:r><w:t>moved</w:t></w:r></w:moveFrom>"
-                              "<w:r><w:rPr><w:vanish/></w:rPr><w:t>hidden</w:t></w:r>"
-                              "<w:r><w:rPr><w:vanish w:val='0'/></w:rPr><w:t>er</w:t></w:r>"
-                              "<w:r><w:instrText> PAGE </w:instrText></w:r><w:r><mc:AlternateContent><mc:Choice>"
-                              "<w:t>box</w:t></mc:Choice><mc:Fallback><w:t>box</w:t></mc:Fallback>"
-                              "</mc:AlternateContent></w:r></w:p>",
-                              {{"word/header1.xml", "<w:hdr><w:p><w:r><w:t>head</w:t></w:r></w:p></w:hdr>"},
-                               {"word/comments.xml", "<w:comments><w:p><w:r><w:t>no</w:t></w:r></w:p></w:comments>"},
-                               {"word/footnotes.xml",
-                                "<w:footnotes><w:footnote w:type='separator'><w:p><w:r><w:t>--</w:t></w:r></w:p>"
-                                "</w:footnote><w:footnote><w:p><w:r><w:t>note</w:t></w:r></w:p></w:footnote>"
-                                "</w:footnotes>"}})),
+    EXPECT_EQ(ooxmlText(makeDocx("<w:p><w:del><w:r><w:delText>gone</w:delText></w:r></w:del><w:ins><w:r><w:t>new</w:t>"
+                                 "</w:r></w:ins><w:moveFrom><w:r><w:t>moved</w:t></w:r></w:moveFrom>"
+                                 "<w:r><w:rPr><w:vanish/></w:rPr><w:t>hidden</w:t></w:r>"
+                                 "<w:r><w:rPr><w:vanish w:val='0'/></w:rPr><w:t>er</w:t></w:r>"
+                                 "<w:r><w:instrText> PAGE </w:instrText></w:r><w:r><mc:AlternateContent><mc:Choice>"
+                                 "<w:t>box</w:t></mc:Choice><mc:Fallback><w:t>box</w:t></mc:Fallback>"
+                                 "</mc:AlternateContent></w:r></w:p>",
+                                 {{"word/header1.xml", "<w:hdr><w:p><w:r><w:t>head</w:t></w:r></w:p></w:hdr>"},
+                                  {"word/comments.xml", "<w:comments><w:p><w:r><w:t>no</w:t></w:r></w:p></w:comments>"},
+                                  {"word/footnotes.xml",
+                                   "<w:footnotes><w:footnote w:type='separator'><w:p><w:r><w:t>--</w:t></w:r></w:p>"
+                                   "</w:footnote><w:footnote><w:p><w:r><w:t>note</w:t></w:r></w:p></w:footnote>"
+                                   "</w:footnotes>"}})),
               u"newerbox\nnote");
 }
 
@@ -80,7 +80,7 @@ TEST(LinuxFormatOoxmlTest, ReadsProperties)
 TEST(LinuxFormatOoxmlTest, ReadsSheetsInTheOrderOfTheirTabs)
 {
     EXPECT_EQ(
-        textOf(
+        ooxmlText(
             makeZip({{"xl/workbook.xml", "<workbook><sheets><sheet r:id='r2'/><sheet r:id='r1'/></sheets></workbook>"},
                      {"xl/_rels/workbook.xml.rels",
                       "<Relationships><Relationship Id='r1' Target='worksheets/sheet1.xml'/>"
@@ -103,12 +103,12 @@ TEST(LinuxFormatOoxmlTest, ReadsSlidesByNumberThenNotes)
                "</a:t></a:r></a:p></p:txBody></p:sp><p:sp><p:nvPr><p:ph type='sldNum'/></p:nvPr><p:txBody><a:p><a:fld "
                "type='slidenum'><a:t>7</a:t></a:fld></a:p></p:txBody></p:sp></p:sld>";
     };
-    EXPECT_EQ(textOf(makeZip({{"ppt/notesSlides/notesSlide1.xml", slide("noted")},
-                              {"ppt/slides/slide10.xml", slide("ten")},
-                              {"ppt/slides/slide2.xml", slide("two")},
-                              {"ppt/slides/_rels/slide2.xml.rels", "<x/>"},
-                              {"ppt/presentation.xml", "<p:presentation/>"}}),
-                     "a.pptx"),
+    EXPECT_EQ(ooxmlText(makeZip({{"ppt/notesSlides/notesSlide1.xml", slide("noted")},
+                                 {"ppt/slides/slide10.xml", slide("ten")},
+                                 {"ppt/slides/slide2.xml", slide("two")},
+                                 {"ppt/slides/_rels/slide2.xml.rels", "<x/>"},
+                                 {"ppt/presentation.xml", "<p:presentation/>"}}),
+                        "a.pptx"),
               u"two\nten\nnoted");
 }
 
@@ -116,7 +116,7 @@ TEST(LinuxFormatOoxmlTest, GoesByTheBytesAndNotByTheName)
 {
     const std::string docx = makeDocx(docxParagraphs("text"));
     for (const char* name : {"a.zip", "a.pdf", "a.odt", "a.xlsx", "a"})
-        EXPECT_EQ(textOf(docx, name), u"text") << name;
+        EXPECT_EQ(ooxmlText(docx, name), u"text") << name;
     DocumentWorld world = officeWorld();
     EXPECT_EQ(world.extract("a.zip", makeZip({{"[Content_Types].xml", "<Types/>"}, {"a.vsdx", "x"}})).outcome,
               TextOutcome::unknownFormat);

@@ -17,7 +17,7 @@ ExtractedDocument extract(const std::string& bytes, std::string_view name = "a.o
     return world.extract(name, bytes);
 }
 
-std::u16string textOf(const std::string& bytes, std::string_view name = "a.odt")
+std::u16string odfText(const std::string& bytes, std::string_view name = "a.odt")
 {
     const ExtractedDocument document = extract(bytes, name);
     EXPECT_EQ(document.outcome, TextOutcome::extracted) << document.detail;
@@ -26,30 +26,31 @@ std::u16string textOf(const std::string& bytes, std::string_view name = "a.odt")
 
 TEST(LinuxFormatOpenDocumentTest, ReadsParagraphsWithTheirWhiteSpace)
 {
-    EXPECT_EQ(textOf(makeOdf("<office:text>\n  <text:h>One</text:h>\n  <text:p>two <text:span>three</text:span>\n   "
-                             "four<text:s text:c='3'/>five<text:tab/>six<text:line-break/>seven</text:p>"
-                             "<text:p/><text:p>  eight</text:p></office:text>")),
+    EXPECT_EQ(odfText(makeOdf("<office:text>\n  <text:h>One</text:h>\n  <text:p>two <text:span>three</text:span>\n   "
+                              "four<text:s text:c='3'/>five<text:tab/>six<text:line-break/>seven</text:p>"
+                              "<text:p/><text:p>  eight</text:p></office:text>")),
               u"One\ntwo three four   five six\nseven\neight");
 }
 
 TEST(LinuxFormatOpenDocumentTest, LeavesOutWhatNobodyReadsAndPutsNotesLast)
 {
-    EXPECT_EQ(textOf(makeOdf("<text:tracked-changes><text:p>gone</text:p></text:tracked-changes><text:p>text<text:note>"
-                             "<text:note-citation>1</text:note-citation><text:note-body><text:p>note</text:p>"
-                             "</text:note-body></text:note> goes on<office:annotation><text:p>remark</text:p>"
-                             "</office:annotation><draw:frame><svg:title>a picture</svg:title></draw:frame></text:p>"
-                             "<text:p>end</text:p>")),
-              u"text goes on\nend\nnote");
+    EXPECT_EQ(
+        odfText(makeOdf("<text:tracked-changes><text:p>gone</text:p></text:tracked-changes><text:p>text<text:note>"
+                        "<text:note-citation>1</text:note-citation><text:note-body><text:p>note</text:p>"
+                        "</text:note-body></text:note> goes on<office:annotation><text:p>remark</text:p>"
+                        "</office:annotation><draw:frame><svg:title>a picture</svg:title></draw:frame></text:p>"
+                        "<text:p>end</text:p>")),
+        u"text goes on\nend\nnote");
 }
 
 TEST(LinuxFormatOpenDocumentTest, ReadsTablesAndSheetsRowByRow)
 {
-    EXPECT_EQ(textOf(makeOdf("<table:table><table:table-row><table:table-cell><text:p>1</text:p></table:table-cell>"
-                             "<table:table-cell table:number-columns-repeated='99999999'/><table:table-cell>"
-                             "<text:p>2</text:p></table:table-cell></table:table-row><table:table-row>"
-                             "<table:table-cell><text:p>3</text:p></table:table-cell></table:table-row></table:table>",
-                             "spreadsheet"),
-                     "a.ods"),
+    EXPECT_EQ(odfText(makeOdf("<table:table><table:table-row><table:table-cell><text:p>1</text:p></table:table-cell>"
+                              "<table:table-cell table:number-columns-repeated='99999999'/><table:table-cell>"
+                              "<text:p>2</text:p></table:table-cell></table:table-row><table:table-row>"
+                              "<table:table-cell><text:p>3</text:p></table:table-cell></table:table-row></table:table>",
+                              "spreadsheet"),
+                      "a.ods"),
               u"1 2\n3");
 }
 
@@ -76,7 +77,7 @@ TEST(LinuxFormatOpenDocumentTest, ReadsProperties)
 TEST(LinuxFormatOpenDocumentTest, GoesByTheBytesAndSurvivesDamage)
 {
     const std::string whole = makeOdf("<text:p>some text</text:p>");
-    EXPECT_EQ(textOf(whole, "a.docx"), u"some text");
+    EXPECT_EQ(odfText(whole, "a.docx"), u"some text");
     for (std::size_t i = 0; i < 20; ++i)
         EXPECT_NE(extract(whole.substr(0, whole.size() * i / 20)).outcome, TextOutcome::extracted) << i;
     EXPECT_EQ(extract(makeZip({{"mimetype", "application/vnd.oasis.opendocument.text"}}, true)).outcome,

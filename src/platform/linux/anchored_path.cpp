@@ -10,7 +10,7 @@
 namespace kelvane::linux_os {
 namespace {
 
-constexpr std::size_t longest = PATH_MAX - 1;
+constexpr std::size_t longestPath = PATH_MAX - 1;
 
 FileHandle openFolderAt(int folder, const std::string& path)
 {
@@ -27,8 +27,8 @@ Result<AnchoredPath> AnchoredPath::make(const std::filesystem::path& path)
         return osError(EINVAL);
     FileHandle folder;
     std::size_t at = 0;
-    while (full.size() - at > longest) {
-        const std::size_t slash = full.rfind('/', at + longest);
+    while (full.size() - at > longestPath) {
+        const std::size_t slash = full.rfind('/', at + longestPath);
         if (slash == std::string::npos || slash <= at)
             return osError(ENAMETOOLONG);
         FileHandle next = openFolderAt(folder.valid() ? folder.get() : AT_FDCWD, full.substr(at, slash - at));

@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t routeIsUp = 0x0001;
 constexpr std::uint32_t routeRejects = 0x0200;
 
-std::vector<std::string_view> fieldsOf(std::string_view line)
+std::vector<std::string_view> routeFields(std::string_view line)
 {
     constexpr std::string_view blanks = " \t";
     std::vector<std::string_view> fields;
@@ -31,7 +31,7 @@ bool anyLine(std::string_view text, Test test)
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
-        if (test(fieldsOf(line)))
+        if (test(routeFields(line)))
             return true;
     }
     return false;

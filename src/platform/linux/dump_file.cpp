@@ -9,23 +9,9 @@
 
 #include "platform/linux/file_handle.h"
 #include "platform/linux/os_error.h"
+#include "platform/linux/whole_writes.h"
 
 namespace kelvane::linux_os {
-namespace {
-
-bool writeAll(int file, std::span<const std::byte> bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t count = uninterrupted([&] { return ::write(file, bytes.data(), bytes.size()); });
-        if (count < 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
-}  // namespace
-
 Status writeDumpFile(const std::string& path, std::span<const std::byte> bytes)
 {
     // The temporary folder is everybody's: a name that cannot be foreseen, of a file that was not there before.
@@ -33,11 +19,12 @@ Status writeDumpFile(const std::string& path, std::span<const std::byte> bytes)
     const FileHandle file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!file.valid())
         return osError(errno);
-    if (writeAll(file.get(), bytes) && std::rename(temporary.c_str(), path.c_str()) == 0)
-        return {};
-    const int code = errno;
-    ::unlink(temporary.c_str());
-    return osError(code);
+    Status done = writeAll(file.get(), bytes);
+    if (done && std::rename(temporary.c_str(), path.c_str()) != 0)
+        done = osError(errno);
+    if (!done)
+        ::unlink(temporary.c_str());
+    return done;
 }
 
 }  // namespace kelvane::linux_os

@@ -11,8 +11,6 @@
 namespace kelvane::linux_os {
 namespace {
 
-constexpr const char* accessList = "system.posix_acl_access";
-
 Result<struct stat> statusOf(const AnchoredPath& at)
 {
     struct stat status = {};
@@ -25,9 +23,9 @@ Result<struct stat> statusOf(const AnchoredPath& at)
 void copyAccessList(const AnchoredPath& from, int to)
 {
     std::array<char, 65536> list;
-    const ssize_t size = ::lgetxattr(from.standIn().c_str(), accessList, list.data(), list.size());
+    const ssize_t size = ::lgetxattr(from.standIn().c_str(), accessListAttribute, list.data(), list.size());
     if (size > 0)
-        static_cast<void>(::fsetxattr(to, accessList, list.data(), static_cast<std::size_t>(size), 0));
+        static_cast<void>(::fsetxattr(to, accessListAttribute, list.data(), static_cast<std::size_t>(size), 0));
 }
 
 }  // namespace

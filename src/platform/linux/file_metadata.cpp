@@ -7,6 +7,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "platform/linux/file_access.h"
 #include "platform/linux/growing_reads.h"
 
 namespace kelvane::linux_os {
@@ -16,7 +17,6 @@ using Attribute = std::pair<std::string, std::vector<std::byte>>;
 
 constexpr std::int64_t perSecond = 1'000'000'000;
 constexpr std::uint32_t modeBits = 07777;
-constexpr std::string_view accessList = "system.posix_acl_access";
 // How XFS shows the access lists to an administrator once more.
 constexpr std::string_view listsInOtherForm = "trusted.SGI_ACL_";
 
@@ -178,7 +178,7 @@ Status giveMetadata(int file, const FileMetadata& metadata)
     const Ownership given = giveOwner(file, metadata, giving);
     std::vector<Attribute> wanted = metadata.attributes;
     if (!given.owner || !given.group)
-        std::erase_if(wanted, [](const Attribute& one) { return one.first == accessList; });
+        std::erase_if(wanted, [](const Attribute& one) { return one.first == accessListAttribute; });
     removeForeignAttributes(file, wanted, giving);
     for (const Attribute& attribute : wanted)
         giving.note(giveAttribute(file, attribute));

@@ -12,8 +12,8 @@ namespace kelvane {
 namespace {
 
 constexpr unsigned usualColumns = 80;
-constexpr int lookMs = 100;            // between two looks at the cancel flag: signals are taken by another thread
-constexpr std::size_t longest = 4096;  // bytes of a line that are kept
+constexpr int lookMs = 100;                // between two looks at the cancel flag: signals are taken by another thread
+constexpr std::size_t longestLine = 4096;  // bytes of a line that are kept
 
 // False when nothing more is to come, or nothing more is wanted.
 bool waitForInput(const CancelFlag& cancel)
@@ -58,7 +58,7 @@ public:
                 return std::nullopt;
             if (c == '\n')
                 return line;
-            if (line.size() < longest)
+            if (line.size() < longestLine)
                 line += c;
         }
         return std::nullopt;

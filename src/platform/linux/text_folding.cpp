@@ -10,7 +10,7 @@ namespace kelvane {
 namespace {
 
 // The library counts in 32 bits and may need several times the room.
-constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max() / 32;
+constexpr std::size_t longestText = std::numeric_limits<std::int32_t>::max() / 32;
 
 bool isAscii(std::u16string_view text)
 {
@@ -69,7 +69,7 @@ public:
 
     std::u16string withoutAccents(std::u16string_view text) const override
     {
-        if (isAscii(text) || text.size() > longest)
+        if (isAscii(text) || text.size() > longestText)
             return std::u16string(text);
         std::u16string plain;
         plain.reserve(text.size());

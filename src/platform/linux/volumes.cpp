@@ -40,7 +40,7 @@ bool holds(const std::array<std::string_view, count>& list, std::string_view wor
     return std::find(list.begin(), list.end(), word) != list.end();
 }
 
-std::vector<std::string_view> fieldsOf(std::string_view line)
+std::vector<std::string_view> mountFields(std::string_view line)
 {
     std::vector<std::string_view> fields;
     while (!line.empty()) {
@@ -87,7 +87,7 @@ std::optional<std::uint64_t> deviceNumber(std::string_view text)
 
 std::optional<Mount> parseLine(std::string_view line)
 {
-    const auto fields = fieldsOf(line);
+    const auto fields = mountFields(line);
     // A varying number of optional fields ends with "-"; type, source and options follow.
     const auto dash = std::find(fields.begin(), fields.end(), std::string_view("-"));
     if (dash - fields.begin() < 6 || fields.end() - dash < 3)

@@ -9,7 +9,7 @@ namespace kelvane::windows_os {
 namespace {
 
 constexpr DWORD buffered = 64 * 1024;
-constexpr std::size_t mostAtOnce = 1024 * 1024;
+constexpr std::size_t mostPiped = 1024 * 1024;
 
 // Nobody guesses it before it is taken, and whoever did would make the pipe fail, not listen.
 std::wstring pipeName()
@@ -61,7 +61,7 @@ std::optional<WorkerEnd> WorkerPipe::send(std::span<const std::byte> bytes, cons
     while (!bytes.empty()) {
         OVERLAPPED transfer{};
         transfer.hEvent = done_.get();
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), mostAtOnce));
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), mostPiped));
         if (::WriteFile(pipe_.get(), bytes.data(), wanted, nullptr, &transfer) == FALSE &&
             ::GetLastError() != ERROR_IO_PENDING)
             return WorkerEnd::died;
@@ -78,7 +78,7 @@ std::optional<WorkerEnd> WorkerPipe::receive(std::span<std::byte> bytes, const P
     while (!bytes.empty()) {
         OVERLAPPED transfer{};
         transfer.hEvent = done_.get();
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), mostAtOnce));
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), mostPiped));
         if (::ReadFile(pipe_.get(), bytes.data(), wanted, nullptr, &transfer) == FALSE &&
             ::GetLastError() != ERROR_IO_PENDING)
             return WorkerEnd::died;

@@ -20,7 +20,7 @@ namespace {
 
 namespace say = desktop_text;
 
-constexpr int delayMs = 250;  // behind the last tick
+constexpr int tickDelayMs = 250;  // behind the last tick
 constexpr std::size_t mostFolders = 20;
 
 }  // namespace
@@ -41,7 +41,7 @@ MarkingPane::MarkingPane(WindowLink& link, const CommandSet& commands)
     makeWarning(*lost_);
     lost_->hide();
     delay_->setSingleShot(true);
-    delay_->setInterval(delayMs);
+    delay_->setInterval(tickDelayMs);
     connect(delay_, &QTimer::timeout, this, &MarkingPane::askFolders);
     connect(&link, &WindowLink::figuresChanged, delay_, qOverload<>(&QTimer::start));
     auto* const layout = new QVBoxLayout(this);

@@ -39,7 +39,7 @@ void chooseThemeOf(Desktop& desktop, Theme theme)
 }
 
 template <class Choice>
-struct Row {
+struct ChoiceRow {
     const char* name;
     TextId label;
     Choice choice;
@@ -47,12 +47,12 @@ struct Row {
 
 // A submenu of choices, of which one is in force.
 template <class Choice>
-void addChoices(const FrameParts& parts, QMenu* submenu, std::initializer_list<Row<Choice>> rows,
+void addChoices(const FrameParts& parts, QMenu* submenu, std::initializer_list<ChoiceRow<Choice>> rows,
                 void (*choose)(Desktop&, Choice), Choice (*inForce)(const Desktop&))
 {
     auto* const group = new QActionGroup(submenu);
     Desktop& desktop = parts.link.desktop();
-    for (const Row<Choice>& row : rows) {
+    for (const ChoiceRow<Choice>& row : rows) {
         QAction* const action = parts.commands.add({.name = row.name,
                                                     .label = row.label,
                                                     .menu = MenuId::view,

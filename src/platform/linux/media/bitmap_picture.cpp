@@ -16,7 +16,7 @@ namespace kelvane::linux_os {
 namespace {
 
 // The frame, its copy with transparency, and that without.
-constexpr std::uint32_t bytesPerPixel = 11;
+constexpr std::uint32_t bitmapPixelBytes = 11;
 
 using Head = std::array<std::uint8_t, 32>;
 
@@ -132,7 +132,7 @@ DecodedPicture bitmapPreview(RandomAccessFile& file, std::string_view fileName, 
     const Bitmap bitmap = *count == head.size() ? recognise(head, fileName) : Bitmap{};
     if (bitmap.codec == AV_CODEC_ID_NONE)
         return nothing({MediaOutcome::unknownFormat, {}, {}});
-    if (isTooLarge(bitmap.size, bytesPerPixel, file.size(), bounds))
+    if (isTooLarge(bitmap.size, bitmapPixelBytes, file.size(), bounds))
         return nothing({MediaOutcome::tooLarge, {}, {}});
     return decoded(bitmap, file, bounds);
 }

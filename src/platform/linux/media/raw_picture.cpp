@@ -17,7 +17,7 @@ constexpr std::string_view extensions[] = {"3fr", "arw", "cr2", "cr3", "crw", "d
                                            "nrw", "orf", "pef", "raf", "raw", "rw2", "sr2", "srf", "srw", "x3f"};
 
 // Sensor values, four colours a pixel while they are worked on, and the finished picture.
-constexpr std::uint32_t bytesPerPixel = 13;
+constexpr std::uint32_t rawPixelBytes = 13;
 
 struct FreeImage {
     void operator()(libraw_processed_image_t* image) const { LibRaw::dcraw_clear_mem(image); }
@@ -98,7 +98,7 @@ DecodedPicture rawPreview(RandomAccessFile& file, const PreviewBounds& bounds)
     if (const int error = raw->open_datastream(&stream); error != LIBRAW_SUCCESS)
         return nothing(faultOf(error));
     const auto& sizes = raw->imgdata.sizes;
-    if (isTooLarge({sizes.raw_width, sizes.raw_height}, bytesPerPixel, 0, bounds))
+    if (isTooLarge({sizes.raw_width, sizes.raw_height}, rawPixelBytes, 0, bounds))
         return nothing({MediaOutcome::tooLarge, {}, {}});
     setChoices(*raw, bounds);
     DecodedPicture picture = developed(*raw, bounds);

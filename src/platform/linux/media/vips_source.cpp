@@ -99,14 +99,14 @@ bool start()
 }
 
 // Where in the file the library reads next. Belongs to the source.
-struct Reader {
+struct FilePosition {
     RandomAccessFile& file;
     std::uint64_t position = 0;
 };
 
 gint64 readBytes(VipsSourceCustom*, void* buffer, gint64 length, gpointer data)
 {
-    auto& reader = *static_cast<Reader*>(data);
+    auto& reader = *static_cast<FilePosition*>(data);
     const std::span<std::byte> room(static_cast<std::byte*>(buffer), static_cast<std::size_t>(length));
     const Result<std::size_t> count = reader.file.readAt(reader.position, room);
     if (!count) {
@@ -119,7 +119,7 @@ gint64 readBytes(VipsSourceCustom*, void* buffer, gint64 length, gpointer data)
 
 gint64 moveTo(VipsSourceCustom*, gint64 offset, int whence, gpointer data)
 {
-    auto& reader = *static_cast<Reader*>(data);
+    auto& reader = *static_cast<FilePosition*>(data);
     const auto size = static_cast<gint64>(reader.file.size());
     const gint64 start = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? static_cast<gint64>(reader.position) : size;
     // A damaged file may point anywhere; what lies behind the end reads as empty.
@@ -133,7 +133,7 @@ gint64 moveTo(VipsSourceCustom*, gint64 offset, int whence, gpointer data)
 
 void forget(gpointer data, GClosure*)
 {
-    delete static_cast<Reader*>(data);
+    delete static_cast<FilePosition*>(data);
 }
 
 }  // namespace
@@ -147,7 +147,7 @@ bool startVips()
 VipsSourceHandle makeVipsSource(RandomAccessFile& file)
 {
     VipsSourceCustom* source = vips_source_custom_new();
-    auto reader = std::make_unique<Reader>(Reader{file});
+    auto reader = std::make_unique<FilePosition>(FilePosition{file});
     g_signal_connect(source, "seek", G_CALLBACK(moveTo), reader.get());
     g_signal_connect_data(source, "read", G_CALLBACK(readBytes), reader.release(), &forget, GConnectFlags{});
     return VipsSourceHandle(VIPS_SOURCE(source));
