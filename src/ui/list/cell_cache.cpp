@@ -142,7 +142,8 @@ void CellCache::take(const std::vector<ItemId>& items, Texts texts, unsigned gen
 
 void CellCache::dropFarOnes()
 {
-    const std::size_t columns = cells_.empty() ? 1 : std::max<qsizetype>(cells_.begin()->second.texts.size(), 1);
+    const auto columns =
+        static_cast<std::size_t>(cells_.empty() ? 1 : std::max<qsizetype>(cells_.begin()->second.texts.size(), 1));
     if (cells_.size() * columns <= mostCells)
         return;
     std::unordered_set<ItemId> near;

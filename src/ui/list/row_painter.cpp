@@ -73,7 +73,8 @@ void RowPainter::row(const QRect& rect, const QRect& tick, const std::vector<Col
         const QRect cell(span.left + cellMargin, rect.top(), span.width - 2 * cellMargin, rect.height());
         const QString text =
             painter_.fontMetrics().elidedText(look.texts->at(index), Qt::ElideMiddle, std::max(cell.width(), 0));
-        painter_.drawText(cell, Qt::AlignVCenter | (span.rightAligned ? Qt::AlignRight : Qt::AlignLeft), text);
+        painter_.drawText(
+            cell, static_cast<int>(Qt::AlignVCenter | (span.rightAligned ? Qt::AlignRight : Qt::AlignLeft)), text);
     }
     if (look.tickBox)
         tickBox(tick, look.entry.isTicked());

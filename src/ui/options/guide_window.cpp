@@ -103,7 +103,7 @@ GuideWindow::GuideWindow(WindowLink& link)
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(makeBar());
     layout->addLayout(middle, 1);
-    open({});
+    visit({});
     text_->setFocus();
 }
 
@@ -143,17 +143,17 @@ void GuideWindow::makeChapters()
         chapters_->addItem(page.title);
     connect(chapters_, &QListWidget::currentRowChanged, this, [this](int row) {
         if (row >= 0)
-            open({row, {}});
+            visit({row, {}});
     });
 }
 
 void GuideWindow::goTo(const QString& name)
 {
     const int page = name.isEmpty() ? 0 : pageOfPlace(pages_, name);
-    open(page < 0 ? Place{} : Place{page, name});
+    visit(page < 0 ? Place{} : Place{page, name});
 }
 
-void GuideWindow::open(const Place& place)
+void GuideWindow::visit(const Place& place)
 {
     if (!visited_.empty() && visited_[at_] == place)
         return display(place);
@@ -200,7 +200,7 @@ void GuideWindow::follow(const QUrl& link)
                                         [&](const GuidePage& candidate) { return candidate.file == link.path(); });
         page = static_cast<int>(named - pages_.begin());
     }
-    open({page, link.fragment()});
+    visit({page, link.fragment()});
 }
 
 void GuideWindow::search(const QString& typed)
@@ -215,7 +215,7 @@ void GuideWindow::search(const QString& typed)
     }
     const bool leaves = page_ >= 0 && chapters_->item(page_)->isHidden() && firstFound >= 0;
     if (leaves)
-        open({firstFound, {}});
+        visit({firstFound, {}});
     markFound();
 }
 

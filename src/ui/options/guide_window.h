@@ -38,7 +38,7 @@ private:
 
     [[nodiscard]] QWidget* makeBar();
     void makeChapters();
-    void open(const Place& place);  // and remembers it
+    void visit(const Place& place);  // and remembers it
     void display(const Place& place);
     void step(int by);
     void follow(const QUrl& link);
