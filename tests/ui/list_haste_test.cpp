@@ -71,6 +71,28 @@ private:
     std::optional<std::promise<void>> gate_;
 };
 
+// What the window's thread tells faster than the main thread hears is one change of the list, not a row of them.
+TEST_F(ListHaste, RowsThatComeFasterThanTheyAreShownComeTogether)
+{
+    const std::string file = world.tree.write("files/x", "other").native();
+    int patches = 0;
+    QObject::connect(&world.link(), &WindowLink::rowsPatched, &world.link(), [&] { ++patches; });
+    std::promise<void> told;
+    world.link().run([&, begin = anotherList()](Workbench& bench) {
+        begin(bench);
+        for (std::uint32_t group = 2; group <= 100; ++group) {
+            for (int copy = 0; copy < 2; ++copy)
+                bench.results().add(bench.platform().shell().parse(file).value(), group, false);
+            bench.serve();
+        }
+        told.set_value();
+    });
+    told.get_future().wait();  // the main thread is busy
+    world.onWindowThread([](Workbench&) {});
+    EXPECT_LE(patches, 3);  // the list before goes, the first rows come, and all the others
+    EXPECT_EQ(rows().count(), 200u);
+}
+
 TEST_F(ListHaste, SpaceAfterAnArrowTicksTheRowThatTheArrowWentTo)
 {
     view().goTo(0, Qt::NoModifier);

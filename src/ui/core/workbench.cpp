@@ -1,6 +1,7 @@
 #include "ui/core/workbench.h"
 
 #include <QPointer>
+#include <atomic>
 #include <utility>
 
 #include "ui/core/text.h"
@@ -8,9 +9,9 @@
 
 namespace kelvane {
 
-// Touched on the main thread alone.
 struct Workbench::Slot {
-    QPointer<WindowLink> link;
+    QPointer<WindowLink> link;               // touched on the main thread alone
+    std::atomic<bool> patchUnderWay{false};  // the main thread has not come to it yet
 };
 
 Workbench::Workbench(CXInstance& instance, Desktop& desktop)
@@ -62,9 +63,11 @@ void Workbench::endJob()
 
 void Workbench::serve()
 {
-    sendChanges();
     instance_.servePending();
-    sendChanges();
+    // Patches that come faster than the main thread takes them would keep it from everything else: they wait here and
+    // become one. The end of a job sends what is left.
+    if (!slot_->patchUnderWay)
+        sendChanges();
 }
 
 void Workbench::toMain(std::function<void(WindowLink&)> work)
@@ -81,7 +84,9 @@ void Workbench::sendChanges()
     auto patch = feed_.take();
     if (!patch)
         return;
+    slot_->patchUnderWay = true;
     postToMain([slot = slot_, patch = std::make_shared<RowPatch>(*std::move(patch))] {
+        slot->patchUnderWay = false;
         if (slot->link)
             slot->link->take(std::move(*patch));
     });
