@@ -24,6 +24,7 @@ using windows_os::hasAdministratorsRights;
 using windows_os::lastError;
 using windows_os::quoted;
 using windows_os::wideFromWtf8;
+using windows_os::wtf8FromWide;
 
 // The shell's functions may hand the work to objects that want COM on the calling thread.
 class ComOnThisThread {
@@ -41,6 +42,15 @@ private:
     HRESULT code_;
 };
 
+// The system's texts of such failures leave a place for the name.
+Error errorOver(const std::wstring& name)
+{
+    Error error = lastError();
+    if (const auto place = error.detail.find("%1"); place != std::string::npos)
+        error.detail.replace(place, 2, wtf8FromWide(name));
+    return error;
+}
+
 Status shellExecute(const wchar_t* verb, const std::wstring& what, const std::wstring& arguments)
 {
     const ComOnThisThread com;
@@ -52,7 +62,7 @@ Status shellExecute(const wchar_t* verb, const std::wstring& what, const std::ws
     info.lpParameters = arguments.empty() ? nullptr : arguments.c_str();
     info.nShow = SW_SHOWNORMAL;
     if (::ShellExecuteExW(&info) == FALSE)
-        return lastError();
+        return errorOver(what);
     return {};
 }
 
