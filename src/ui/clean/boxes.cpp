@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+#include "ui/core/message_box.h"
 #include "ui/core/window_link.h"
 
 namespace kelvane {
@@ -28,11 +29,8 @@ QWidget* topOf(const WindowLink& link)
 
 QMessageBox* openBox(const WindowLink& link, const BoxSpec& spec, std::function<void(QMessageBox::StandardButton)> done)
 {
-    auto* const box = new QMessageBox(spec.icon, spec.title, spec.text, spec.buttons, topOf(link));
-    box->setObjectName(QString::fromLatin1(spec.name));
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    QMessageBox* const box = makePlainBox(topOf(link), spec.name, spec.icon, spec.text, spec.buttons, spec.title);
     box->setDefaultButton(spec.byDefault);
-    box->setTextFormat(Qt::PlainText);  // names of files may look like markup
     if (spec.buttons.testFlag(QMessageBox::No))
         box->setEscapeButton(QMessageBox::No);
     if (spec.buttons.testFlag(QMessageBox::Cancel))

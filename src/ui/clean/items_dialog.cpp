@@ -57,6 +57,7 @@ void openItems(const WindowLink& link, ItemsSpec spec)
     auto* const model = new TextTableModel({shown(desktop_text::staysFile), shown(desktop_text::staysReason)}, dialog);
     model->setRows(std::move(spec.rows));
     auto* const text = new QLabel(spec.text);
+    text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
     auto* const layout = new QVBoxLayout(dialog);
     layout->addWidget(text);

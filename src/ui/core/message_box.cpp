@@ -1,7 +1,7 @@
 #include "ui/core/message_box.h"
 
 #include <QCheckBox>
-#include <QMessageBox>
+#include <QLabel>
 
 #include "base/desktop_texts/frame.h"
 #include "ui/core/text.h"
@@ -9,32 +9,39 @@
 namespace kelvane {
 namespace {
 
-QMessageBox* makeBox(QWidget* parent, QMessageBox::Icon icon, const QString& text)
+QMessageBox* makeBox(QWidget* parent, const char* name, QMessageBox::Icon icon, const QString& text,
+                     QMessageBox::StandardButtons buttons)
 {
     const qsizetype end = text.indexOf(u'\n');
-    auto* const box = new QMessageBox(icon, QStringLiteral("Kelvane"), text.left(end), QMessageBox::NoButton, parent);
-    box->setTextFormat(Qt::PlainText);  // names of files are in it
+    QMessageBox* const box = makePlainBox(parent, name, icon, text.left(end), buttons);
     if (end >= 0)
         box->setInformativeText(text.mid(end + 1).trimmed());
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    for (QLabel* const label : box->findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);  // the box itself sees to its first text alone
     return box;
 }
 
 }  // namespace
 
+QMessageBox* makePlainBox(QWidget* parent, const char* name, QMessageBox::Icon icon, const QString& text,
+                          QMessageBox::StandardButtons buttons, const QString& title)
+{
+    auto* const box = new QMessageBox(icon, title, text, buttons, parent);
+    box->setObjectName(QString::fromLatin1(name));
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    return box;
+}
+
 QMessageBox* makeErrorBox(QWidget* parent, const QString& text)
 {
-    QMessageBox* const box = makeBox(parent, QMessageBox::Warning, text);
-    box->setObjectName(QStringLiteral("errorBox"));
-    box->setStandardButtons(QMessageBox::Ok);
-    return box;
+    return makeBox(parent, "errorBox", QMessageBox::Warning, text, QMessageBox::Ok);
 }
 
 QMessageBox* makeQuestionBox(QWidget* parent, const QString& text)
 {
-    QMessageBox* const box = makeBox(parent, QMessageBox::Question, text);
-    box->setObjectName(QStringLiteral("questionBox"));
-    box->setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+    QMessageBox* const box =
+        makeBox(parent, "questionBox", QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No);
     box->setDefaultButton(QMessageBox::No);
     box->setEscapeButton(QMessageBox::No);
     return box;

@@ -1,11 +1,11 @@
 // "These are no duplicates of one another": remembered, so that further scans keep them apart.
-#include <QMessageBox>
 
 #include "app/error_text.h"
 #include "app/ignored_list.h"
 #include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
 #include "platform/native_text.h"
+#include "ui/core/message_box.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/item_choice.h"
@@ -95,13 +95,10 @@ void ask(WindowLink& link, const Declared& wanted)
         Q_EMIT link.statusTold(shown(say::listDeclareTwo));
         return;
     }
-    auto* const box =
-        new QMessageBox(QMessageBox::Question, QStringLiteral("Kelvane"),
-                        shown(say::listNotDuplicatesQuestion, {wanted.names.join(QLatin1Char('\n')).toStdString()}),
-                        QMessageBox::Ok | QMessageBox::Cancel, link.frame());
-    box->setObjectName(QStringLiteral("declareQuestion"));
-    box->setTextFormat(Qt::PlainText);
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    QMessageBox* const box =
+        makePlainBox(link.frame(), "declareQuestion", QMessageBox::Question,
+                     shown(say::listNotDuplicatesQuestion, {wanted.names.join(QLatin1Char('\n')).toStdString()}),
+                     QMessageBox::Ok | QMessageBox::Cancel);
     // Another list may have begun while the question stood there.
     QObject::connect(box, &QMessageBox::accepted, &link, [&link, list = link.list(), groups = wanted.groups] {
         link.runOn(list, [groups](Workbench& bench) { declare(bench, groups); });

@@ -1,6 +1,5 @@
 #include "ui/list/list_files.h"
 
-#include <QMessageBox>
 #include <algorithm>
 
 #include "app/error_text.h"
@@ -12,6 +11,7 @@
 #include "platform/native_text.h"
 #include "results/result_columns.h"
 #include "results/result_sort.h"
+#include "ui/core/message_box.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/list_columns.h"
@@ -117,12 +117,7 @@ StoredResults storedResults(Workbench& bench, const ListSession& session)
 void showProblem(Workbench& bench, const std::u16string& problem)
 {
     bench.toMain([problem = toQt(problem)](WindowLink& link) {
-        auto* const box =
-            new QMessageBox(QMessageBox::Warning, QStringLiteral("Kelvane"), problem, QMessageBox::Ok, link.frame());
-        box->setObjectName(QStringLiteral("listProblem"));
-        box->setTextFormat(Qt::PlainText);  // names of files may look like markup
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        link.boxes().open(box);
+        link.boxes().open(makePlainBox(link.frame(), "listProblem", QMessageBox::Warning, problem));
     });
 }
 

@@ -278,7 +278,7 @@ void ResultsView::showPath(const QPoint& viewportPosition, const QPoint& globalP
         this,
         [item](Workbench& bench) { return toQt(displayFromNative(bench.results().item(item).file.item().fullName())); },
         [this, globalPosition, rect](const QString& path) {
-            QToolTip::showText(globalPosition, shownInOneLine(path), viewport(), rect);
+            QToolTip::showText(globalPosition, plainTip(shownInOneLine(path)), viewport(), rect);
         });
 }
 

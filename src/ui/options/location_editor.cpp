@@ -15,6 +15,7 @@ LocationEditor::LocationEditor(OptionsKeeper& keeper) : keeper_(keeper), box_(ne
     namespace say = desktop_text;
     box_->addItems({shown(say::placeCountersOnly), shown(say::placeRegistry), shown(say::placeIniFile)});
     place_->setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
+    place_->setTextFormat(Qt::PlainText);
     place_->setWordWrap(true);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -1,9 +1,9 @@
 #include "ui/options/notice_box.h"
 
 #include <QCheckBox>
-#include <QMessageBox>
 
 #include "base/desktop_texts/frame.h"
+#include "ui/core/message_box.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -16,10 +16,7 @@ void showNotice(WindowLink& link, std::uint32_t bit, const QString& text, const 
             then();
         return;
     }
-    auto* const box =
-        new QMessageBox(QMessageBox::Information, QStringLiteral("Kelvane"), text, QMessageBox::Ok, link.frame());
-    box->setObjectName(QStringLiteral("noticeBox"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    QMessageBox* const box = makePlainBox(link.frame(), "noticeBox", QMessageBox::Information, text);
     box->setCheckBox(new QCheckBox(shown(desktop_text::doNotShowAgain)));
     QObject::connect(box, &QMessageBox::finished, box, [box, &link, bit, then] {
         if (box->checkBox()->isChecked())

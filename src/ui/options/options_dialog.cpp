@@ -5,12 +5,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
 #include "base/desktop_texts/options.h"
+#include "ui/core/message_box.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/options/option_page.h"
@@ -145,11 +145,9 @@ void OptionsDialog::askReset()
     OptionPage* const which = page();
     if (which == nullptr)
         return;
-    auto* const box = new QMessageBox(QMessageBox::Question, shown(say::optionsTitle),
-                                      shown(say::optionsResetQuestion, {which->title().toStdString()}),
-                                      QMessageBox::Yes | QMessageBox::No, this);
-    box->setObjectName(QStringLiteral("optionsResetQuestion"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    QMessageBox* const box = makePlainBox(this, "optionsResetQuestion", QMessageBox::Question,
+                                          shown(say::optionsResetQuestion, {which->title().toStdString()}),
+                                          QMessageBox::Yes | QMessageBox::No, shown(say::optionsTitle));
     connect(box, &QMessageBox::finished, which, [which](int answer) {
         if (answer == QMessageBox::Yes)
             which->reset();
@@ -178,11 +176,8 @@ void OptionsDialog::chooseImport()
 
 void OptionsDialog::tell(const QString& text, bool isFailure)
 {
-    auto* const box = new QMessageBox(isFailure ? QMessageBox::Warning : QMessageBox::Information,
-                                      shown(say::optionsTitle), text, QMessageBox::Ok, this);
-    box->setObjectName(QStringLiteral("optionsMessage"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    const QMessageBox::Icon icon = isFailure ? QMessageBox::Warning : QMessageBox::Information;
+    makePlainBox(this, "optionsMessage", icon, text, QMessageBox::Ok, shown(say::optionsTitle))->open();
 }
 
 }  // namespace kelvane

@@ -138,6 +138,7 @@ void TextEditor::chooseFile()
 FixedText::FixedText(std::function<std::u16string(const Settings&)> show) : show_(std::move(show)), label_(new QLabel)
 {
     label_->setTextInteractionFlags(Qt::TextSelectableByKeyboard | Qt::TextSelectableByMouse);
+    label_->setTextFormat(Qt::PlainText);
     label_->setWordWrap(true);
     rowOf(*this)->addWidget(label_);
 }

@@ -26,6 +26,7 @@ NameFields addFields(QDialog& dialog, QVBoxLayout& layout, const NameQuestion& q
     label->setBuddy(name);
     auto* const problem = new QLabel(&dialog);
     problem->setObjectName(QStringLiteral("scan.nameProblem"));
+    problem->setTextFormat(Qt::PlainText);
     problem->setWordWrap(true);
     problem->hide();
     layout.addWidget(label);

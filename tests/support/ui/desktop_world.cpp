@@ -1,6 +1,8 @@
 #include "support/ui/desktop_world.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
 #include <QTest>
 #include <algorithm>
 #include <stdexcept>
@@ -39,6 +41,18 @@ void fill(Workbench& bench, const std::vector<std::vector<std::filesystem::path>
 bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
     return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
+}
+
+bool PlainBoxes::eventFilter(QObject* object, QEvent* event)
+{
+    auto* const box = qobject_cast<QMessageBox*>(object);
+    if (box == nullptr || event->type() != QEvent::Show)
+        return false;
+    for (const QLabel* const label : box->findChildren<QLabel*>()) {
+        EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText)
+            << box->objectName().toStdString() << ": " << label->text().toStdString();
+    }
+    return false;
 }
 
 DesktopWorld::DesktopWorld(const WorldPlan& plan) : kept_(plan.kept)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAction>
+#include <QApplication>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -32,6 +33,15 @@ struct WorldPlan {
     std::shared_ptr<MemorySettingsStore> kept{};   // a store of an earlier world; filled again at the end
     bool firstRun = false;                         // no settings at all, the mode is asked for
     std::function<void(const TempTree&)> files{};  // what is there before the start
+};
+
+// Sees every box that is shown: a name with markup in it has to stand there as it is, whoever made the box.
+class PlainBoxes final : public QObject {
+public:
+    PlainBoxes() { qApp->installEventFilter(this); }
+
+private:
+    bool eventFilter(QObject* object, QEvent* event) override;
 };
 
 // One after the other, on the thread of the QApplication. Starts the program and waits for the first window; at its end
@@ -94,6 +104,7 @@ private:
     void start(const WorldPlan& plan);
     void saveFirst(const WorldPlan& plan);
 
+    PlainBoxes plainBoxes_;
     OwnTrash trash_{tree.path("trash")};
     std::unique_ptr<Waiting> waiting_ = makeWaiting();
     std::shared_ptr<MemorySettingsStore> kept_;
