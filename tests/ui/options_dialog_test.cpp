@@ -183,6 +183,22 @@ TEST_F(OptionsTest, SearchFindsByLabelMeaningAndKey)
     EXPECT_EQ(pagesInView().size(), 8);
 }
 
+TEST_F(OptionsTest, SearchFindsByWordsThatMeanMuchTheSame)
+{
+    namespace say = desktop_text;
+    for (const char* const typed : {"trash", "Recycle bin", "deleting"}) {
+        SCOPED_TRACE(typed);
+        search(typed);
+        EXPECT_TRUE(pagesInView().contains(shown(say::pageCleanUp)));
+        EXPECT_FALSE(pagesInView().contains(shown(say::pageScanning)));
+    }
+    search("photo");
+    EXPECT_FALSE(editor(QStringLiteral("bPictureGate"))->parentWidget()->isHidden()) << "it speaks of pictures";
+    EXPECT_TRUE(editor(QStringLiteral("msSongStart"))->parentWidget()->isHidden());
+    search("sprache");
+    EXPECT_EQ(pagesInView(), QStringList(shown(say::pageGeneral))) << "who cannot read the language in force";
+}
+
 TEST_F(OptionsTest, ResetTakesTheDefaultsOfItsPageAlone)
 {
     control<QSpinBox>("nHugeFileMB")->setValue(33);

@@ -10,6 +10,7 @@
 #include "ui/options/location_editor.h"
 #include "ui/options/make_editor.h"
 #include "ui/options/options_keeper.h"
+#include "ui/options/searched_word.h"
 
 namespace kelvane {
 namespace {
@@ -174,7 +175,7 @@ void OptionPage::add(OptionEditor* editor, const SettingRow* row, const QString&
             [this, row](const SettingsChange& change) { keeper_.change(row, change); });
     QWidget* const whole = framed(editor, name, about);
     column_->addWidget(whole);
-    options_.push_back({editor, row, whole, (name + u' ' + about + u' ' + key).toLower()});
+    options_.push_back({editor, row, whole, (title() + u' ' + name + u' ' + about).toLower(), key.toLower()});
 }
 
 void OptionPage::addButton(QPushButton* button, const SettingsChange& change)
@@ -192,10 +193,14 @@ void OptionPage::display(const Settings& settings)
 
 bool OptionPage::search(const QStringList& words)
 {
+    std::vector<SearchedWord> searched;
+    for (const QString& word : words)
+        searched.emplace_back(word);
     bool any = false;
     for (const Option& option : options_) {
-        const bool fits = std::all_of(words.begin(), words.end(),
-                                      [&](const QString& word) { return option.words.contains(word.toLower()); });
+        const bool fits = std::all_of(searched.begin(), searched.end(), [&](const SearchedWord& word) {
+            return option.key.contains(word.typed()) || word.fits(option.words);
+        });
         option.whole->setVisible(fits);
         any = any || fits;
     }

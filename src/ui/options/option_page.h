@@ -24,7 +24,8 @@ public:
     [[nodiscard]] OptionsPage page() const { return page_; }
     [[nodiscard]] QString title() const;
     void display(const Settings& settings);
-    // Shows only what has all of the words in its label, its meaning or its key; says whether anything is left.
+    // Shows only what all of the words fit: in its label, its meaning, its key or the page's title, or by a word that
+    // means much the same. Says whether anything is left.
     bool search(const QStringList& words);
     // A button above the options that makes one change. Takes it.
     void addButton(QPushButton* button, const SettingsChange& change);
@@ -36,7 +37,7 @@ private:
         OptionEditor* editor;
         const SettingRow* row;  // null for a bit
         QWidget* whole;         // with label and explanation
-        QString words;
+        QString words, key;     // in lower case
     };
 
     void addRows(const SettingsContext& context);
