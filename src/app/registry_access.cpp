@@ -212,13 +212,13 @@ SettingsCode CRegistryAccess::eraseAll()
     return writeAsBatch(store(), [&] { return deleteEverything(root()); });
 }
 
-Result<std::vector<ContentPluginEntry>> CRegistryAccess::contentPlugins()
+Result<std::vector<ContentPluginEntry>> CRegistryAccess::contentPlugins(const Settings& settings) const
 {
-    if (settings_.pluginList.empty())
-        return settings_.contentPlugins;
-    const std::filesystem::path file = pathOfText(settings_.pluginList);
+    if (settings.pluginList.empty())
+        return settings.contentPlugins;
+    const std::filesystem::path file = pathOfText(settings.pluginList);
     const auto refused = [&](const std::string& reason) {
-        return Error{ErrorKind::io, 0, filledText(TextId::pluginListNotRead, {toUtf8(settings_.pluginList), reason})};
+        return Error{ErrorKind::io, 0, filledText(TextId::pluginListNotRead, {toUtf8(settings.pluginList), reason})};
     };
     if (const auto there = ports_.files.details(file, Links::followed); !there)
         return refused(there.error().detail);

@@ -79,9 +79,9 @@ public:
     // its settings beside itself shall not turn to the registry at its next start.
     [[nodiscard]] SettingsCode eraseAll();
 
-    // Those of the file that `szPluginINI` names, or of the settings themselves where it names none. The error is one
-    // to show.
-    [[nodiscard]] Result<std::vector<ContentPluginEntry>> contentPlugins();
+    // Those of the file that `szPluginINI` of these settings names, or of the settings themselves where it names none.
+    // The error is one to show. Touches nothing but that file: on any thread, and without a lock, since it may wait.
+    [[nodiscard]] Result<std::vector<ContentPluginEntry>> contentPlugins(const Settings& settings) const;
 
     // For the person: that the place cannot be written, which one and why.
     [[nodiscard]] std::u16string failureText(SettingsCode code) const;

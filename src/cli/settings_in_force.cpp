@@ -63,7 +63,7 @@ Result<ScanSettings> scanSettings(const std::string& iniFile, Platform& platform
     ScanSettings taken;
     applyEngineNumbers((*settings)->settings(), taken.options);
     taken.settings = (*settings)->settings();
-    if (auto plugins = (*settings)->contentPlugins())
+    if (auto plugins = (*settings)->contentPlugins((*settings)->settings()))
         taken.options.extraction.plugins = *std::move(plugins);
     else
         complain(console, plugins.error().detail);

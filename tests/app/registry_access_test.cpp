@@ -126,7 +126,7 @@ TEST_F(RegistryAccess, ContentPluginsStandInTheSettingsOrInAFileOfTheirOwn)
         CRegistryAccess access(computer_.ports());
         access.useLocation(registryLocation());
         access.loadForReading();
-        return access.contentPlugins();
+        return access.contentPlugins(access.settings());
     };
     EXPECT_THAT(*entries(),
                 ElementsAre(ContentPluginEntry{full, "EXT=\"B\""}, ContentPluginEntry{program / "a.wdx", ""}));

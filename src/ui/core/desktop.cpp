@@ -32,8 +32,7 @@ std::u16string Desktop::saveSettings() const
 EngineOptions Desktop::engineOptions(const Settings& settings, std::string* complaint) const
 {
     EngineOptions options = engineOptionsFrom(settings);
-    const std::lock_guard lock(application_->sharedState());
-    if (auto plugins = application_->contentPlugins())
+    if (auto plugins = application_->contentPlugins(settings))
         options.extraction.plugins = *std::move(plugins);
     else if (complaint != nullptr)
         *complaint = plugins.error().detail;

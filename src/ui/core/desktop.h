@@ -40,8 +40,9 @@ public:
     // Writes them at once; a failure's text is for the person. On any thread.
     [[nodiscard]] std::u16string saveSettings() const;
 
-    // What reads values goes by: the settings, and the content plug-ins that are listed now. `complaint` takes why
-    // there are none of them, a line for the person. Not on the main thread: the list may be a file.
+    // What reads values goes by: the settings, and the content plug-ins that they list. `complaint` takes why there are
+    // none of them, a line for the person. Not on the main thread: the list may be a file, which is read without
+    // keeping anybody from the settings.
     [[nodiscard]] EngineOptions engineOptions(const Settings& settings, std::string* complaint = nullptr) const;
 
     // Takes over what a window that goes has not done with, and what nobody waits for any more: a read of a slow disk.
