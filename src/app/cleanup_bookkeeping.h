@@ -11,6 +11,7 @@ namespace kelvane {
 namespace more_setting {
 inline constexpr std::uint32_t noHardLinks = 0x4;
 inline constexpr std::uint32_t noSymbolicLinks = 0x8;
+inline constexpr std::uint32_t keepLone = 0x20;  // what is left of a group alone stays on the list
 }  // namespace more_setting
 
 [[nodiscard]] CleanupOptions cleanupOptionsFrom(const Settings& settings);

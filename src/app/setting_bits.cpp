@@ -25,6 +25,7 @@ constexpr SettingBit bits[] = {
     {mainKey, &Settings::flags, option_flag::directEnumeration, false, say::bitDirectEnumeration, OptionsPage::scanning},
     {mainKey, &Settings::flags, option_flag::keepSameSeries, false, say::bitKeepSameSeries, OptionsPage::comparing},
     {moreKey, &Settings::moreOptions, more_option_flag::imagesSkipPrimary, false, say::bitImagesSkipPrimary, OptionsPage::comparing},
+    {moreKey, &Settings::moreOptions, more_setting::keepLone, false, say::bitKeepLone, OptionsPage::view},
     {mainKey, &Settings::flags, settings_flag::cleanupLog, false, say::bitCleanupLog, OptionsPage::cleanUp},
     {mainKey, &Settings::flags, settings_flag::expert, false, say::bitExpert, OptionsPage::cleanUp},
     {moreKey, &Settings::moreOptions, more_setting::noHardLinks, false, say::bitNoHardLinks, OptionsPage::cleanUp},

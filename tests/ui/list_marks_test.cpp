@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QTest>
 
+#include "app/cleanup_bookkeeping.h"
 #include "support/ui/desktop_world.h"
 #include "ui/list/results_view.h"
 
@@ -115,6 +116,46 @@ TEST_F(ListMarks, DeleteTakesRowsOffAndTheNeighbourIsNext)
     EXPECT_THAT(names(), ElementsAre("b", "c", "e", "d"));
     EXPECT_EQ(view().currentRow(), 1u);
     EXPECT_EQ(world.link().currentItem(), rows().at(1).item);
+}
+
+TEST_F(ListMarks, AFileThatIsLeftAloneLeavesTheListToo)
+{
+    const auto takeOffD = [&] {
+        click(view().rectOf(4).center());
+        press(Qt::Key_Delete);
+    };
+    takeOffD();
+    EXPECT_THAT(names(), ElementsAre("b", "a", "c"));
+    EXPECT_TRUE(world.trigger("edit.undo"));
+    settle();
+    EXPECT_THAT(names(), ElementsAre("b", "a", "c", "e", "d"));
+
+    world.desktop().change([](Settings& settings) { settings.moreOptions |= more_setting::keepLone; });
+    Q_EMIT world.link().optionsChanged();
+    takeOffD();
+    EXPECT_THAT(names(), ElementsAre("b", "a", "c", "e")) << "who wants to see them";
+}
+
+TEST_F(ListMarks, TheColumnOfGroupsFollowsWhenGroupsAreMerged)
+{
+    world.onWindowThread([](Workbench& bench) {
+        bench.session()->inView = {bench.session()->access.catalogue.byName("Stock.GroupID")};
+        bench.session()->chosen = true;
+    });
+    view().cells().clear();
+    view().cells().want(0, 5);
+    const auto column = [&] {
+        QStringList texts;
+        for (Row row = 0; row < rows().count(); ++row)
+            if (const QStringList* const found = view().cells().find(rows().at(row).item))
+                texts += *found;
+        return texts.join(u' ').toStdString();
+    };
+    EXPECT_TRUE(waitUntil([&] { return column() == "1 1 1 2 2"; })) << column();
+    EXPECT_TRUE(world.trigger("edit.selectAll"));
+    settle();
+    EXPECT_TRUE(world.trigger("edit.regroup"));
+    EXPECT_TRUE(waitUntil([&] { return column() == "1 1 1 1 1"; })) << column();
 }
 
 TEST_F(ListMarks, ATitleSortsWithinGroupsOrAcrossThem)

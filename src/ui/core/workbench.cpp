@@ -4,6 +4,7 @@
 #include <atomic>
 #include <utility>
 
+#include "app/cleanup_bookkeeping.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -36,11 +37,17 @@ ListSession& Workbench::beginList(Settings settings, EngineOptions options)
 {
     filter_.reset();
     results_.clear();
+    followOptions(settings);
     session_ = std::make_unique<ListSession>(platform(), std::move(settings), std::move(options), reading_);
     filter_ = std::make_unique<QuickFilter>(results_, session_->access.source);
     list_ = ListNumber{static_cast<std::uint32_t>(list_) + 1};
     toMain([list = list_](WindowLink& link) { link.beginList(list); });
     return *session_;
+}
+
+void Workbench::followOptions(const Settings& settings)
+{
+    results_.dropLoneSurvivors((settings.moreOptions & more_setting::keepLone) == 0);
 }
 
 std::unique_ptr<Workbench::Running> Workbench::begin(Job job)

@@ -48,6 +48,8 @@ public:
     [[nodiscard]] QuickFilter* filter() { return filter_.get(); }
     // Empties the list and goes on with another session.
     ListSession& beginList(Settings settings, EngineOptions options);
+    // The list goes by these options from now on.
+    void followOptions(const Settings& settings);
     // The one that results() holds.
     [[nodiscard]] ListNumber list() const { return list_; }
 

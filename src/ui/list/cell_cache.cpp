@@ -18,20 +18,6 @@ bool turnsDirection(char16_t unit)
     return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069) || unit == 0x200E || unit == 0x200F;
 }
 
-std::vector<QStringList> textsOf(Workbench& bench, const std::vector<ItemId>& items)
-{
-    std::vector<QStringList> texts(items.size());
-    const std::vector<PropRef> columns = columnsInView(bench);
-    for (std::size_t index = 0; index < items.size(); ++index) {
-        if (static_cast<std::uint32_t>(items[index]) >= bench.results().idLimit())
-            continue;
-        for (const PropRef& column : columns)
-            texts[index].append(shownInOneLine(
-                toQt(cellText(bench.results().file(items[index]), column, bench.session()->access.source))));
-    }
-    return texts;
-}
-
 }  // namespace
 
 QString shownInOneLine(QString text)
@@ -50,6 +36,21 @@ QString shownInOneLine(QString text)
             character = QChar(QChar::ReplacementCharacter);
     }
     return text;
+}
+
+CellCache::Texts CellCache::textsOf(Workbench& bench, const std::vector<ItemId>& items)
+{
+    Texts texts(items.size());
+    const std::vector<PropRef> columns = columnsInView(bench);
+    for (std::size_t index = 0; index < items.size(); ++index) {
+        if (static_cast<std::uint32_t>(items[index]) >= bench.results().idLimit())
+            continue;
+        texts[index].group = bench.results().item(items[index]).groupNumber();
+        for (const PropRef& column : columns)
+            texts[index].texts.append(shownInOneLine(
+                toQt(cellText(bench.results().file(items[index]), column, bench.session()->access.source))));
+    }
+    return texts;
 }
 
 CellCache::CellCache(WindowLink& link, QObject* parent) : QObject(parent), link_(link) {}
@@ -85,20 +86,13 @@ void CellCache::clear()
     cells_.clear();
 }
 
-void CellCache::refresh()
-{
-    for (auto& entry : cells_)
-        entry.second.stale = true;
-    fetchMissing();
-}
-
 void CellCache::collect(std::vector<ItemId>& items, Row first, Row end) const
 {
     for (Row row = first; row < end && items.size() < rowsPerRequest; ++row) {
-        const ItemId item = link_.rows().at(row).item;
-        const auto found = cells_.find(item);
-        if (found == cells_.end() || found->second.stale)
-            items.push_back(item);
+        const RowEntry& entry = link_.rows().at(row);
+        const auto found = cells_.find(entry.item);
+        if (found == cells_.end() || found->second.group != entry.group)
+            items.push_back(entry.item);
     }
 }
 
@@ -134,7 +128,7 @@ void CellCache::take(const std::vector<ItemId>& items, Texts texts, unsigned gen
         return;
     underWay_ = false;
     for (std::size_t index = 0; index < items.size(); ++index)
-        cells_.insert_or_assign(items[index], Cells{std::move(texts[index])});
+        cells_.insert_or_assign(items[index], std::move(texts[index]));
     dropFarOnes();
     Q_EMIT arrived();
     fetchMissing();

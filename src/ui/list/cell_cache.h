@@ -11,7 +11,8 @@
 
 namespace kelvane {
 
-// Main thread. One request is under way at a time; what scrolled by meanwhile is never asked for.
+// Main thread. One request is under way at a time; what scrolled by meanwhile is never asked for. Texts of a row that
+// went to another group are shown until newer ones have come.
 class CellCache final : public QObject {
     Q_OBJECT
 
@@ -28,8 +29,6 @@ public:
     void wantAlso(ItemId item);
     // Nothing that was fetched holds any more.
     void clear();
-    // Fetches anew what is there, and shows it until then.
-    void refresh();
     [[nodiscard]] std::size_t rowsHeld() const { return cells_.size(); }
 
 Q_SIGNALS:
@@ -38,10 +37,11 @@ Q_SIGNALS:
 private:
     struct Cells {
         QStringList texts;
-        bool stale = false;
+        std::uint32_t group = 0;  // that it was in then: a column may say so
     };
-    using Texts = std::vector<QStringList>;
+    using Texts = std::vector<Cells>;
 
+    [[nodiscard]] static Texts textsOf(Workbench& bench, const std::vector<ItemId>& items);
     [[nodiscard]] std::vector<ItemId> missing() const;
     void collect(std::vector<ItemId>& items, Row first, Row end) const;
     void fetchMissing();

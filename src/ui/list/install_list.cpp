@@ -37,6 +37,9 @@ void installList(const FrameParts& parts)
                         .when = when::hasItems});
     pane->filterBar().addCommands(parts);
     pane->setFocus();
+    QObject::connect(&parts.link, &WindowLink::optionsChanged, pane, [&link = parts.link] {
+        link.run([](Workbench& bench) { bench.followOptions(bench.desktop().settings()); });
+    });
 }
 
 }  // namespace kelvane

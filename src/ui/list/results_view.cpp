@@ -54,6 +54,7 @@ ResultsView::ResultsView(WindowLink& link, QWidget* parent)
     connect(cells_, &CellCache::arrived, this, [this] { tellTexts(*this); });
     connect(pictures_, &ThumbnailCache::arrived, viewport(), qOverload<>(&QWidget::update));
     connect(&link, &WindowLink::listBegan, pictures_, &ThumbnailCache::clear);
+    connect(&link, &WindowLink::listBegan, this, [this] { hadRows_ = link_.rows().count() > 0; });
     connect(header_, &QHeaderView::sectionResized, this, &ResultsView::columnsChanged);
     connect(header_, &QHeaderView::sectionMoved, this, &ResultsView::columnsChanged);
     measure();
@@ -162,6 +163,7 @@ void ResultsView::figuresCame()
 void ResultsView::patched()
 {
     layout_.rebuild(link_.rows());
+    hadRows_ = hadRows_ || link_.rows().count() > 0;
     keepCurrent();
     updateScrollBars();
     viewport()->update();
@@ -229,7 +231,9 @@ void ResultsView::paintEvent(QPaintEvent* event)
         painter.setPen(palette().color(QPalette::PlaceholderText));
         const bool filtered = link_.rows().figures().items > 0;
         painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
-                         shown(filtered ? desktop_text::allHidden : desktop_text::listEmpty));
+                         shown(filtered   ? desktop_text::allHidden
+                               : hadRows_ ? desktop_text::listNothingLeft
+                                          : desktop_text::listEmpty));
         return;
     }
     RowPainter rows(painter, *this, tagColors_);

@@ -108,6 +108,7 @@ private:
     std::optional<Row> pressedSelected_;  // a plain click on a selected row counts when the button is let go
     bool grouped_ = true;
     bool thumbnails_ = false;
+    bool hadRows_ = false;  // this list, at any time
 };
 
 }  // namespace kelvane
