@@ -19,7 +19,14 @@ const QString stateName = QStringLiteral("windowState"), placeName = QStringLite
 // Of the panes; what another version kept is not taken.
 constexpr int stateVersion = 1;
 constexpr QSize firstSize{1440, 900};
+constexpr QSize frameRoom{16, 56};  // for borders and the title, which nobody knows before the window is shown
 constexpr int sideWidth = 300, bottomHeight = 170;
+
+// The status line too has to be on the screen.
+QSize firstSizeOn(const QScreen& screen)
+{
+    return firstSize.boundedTo(screen.availableSize() - frameRoom);
+}
 
 QList<QDockWidget*> panesAt(const MainWindow& window, Qt::DockWidgetArea area)
 {
@@ -64,7 +71,7 @@ WindowLayout::WindowLayout(MainWindow& window, Desktop& desktop) : QObject(&wind
 
 void WindowLayout::restore(InterfaceMode mode)
 {
-    window_.resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    window_.resize(firstSizeOn(*QGuiApplication::primaryScreen()));
     arrange(mode);
     window_.restoreGeometry(desktop_.memory.value(placeName));
     window_.restoreState(desktop_.memory.value(stateName), stateVersion);
@@ -74,7 +81,7 @@ void WindowLayout::reset(InterfaceMode mode)
 {
     if (window_.isMaximized() || window_.isFullScreen())
         window_.showNormal();
-    window_.resize(firstSize.boundedTo(window_.screen()->availableSize()));
+    window_.resize(firstSizeOn(*window_.screen()));
     arrange(mode);
     remember();
 }
