@@ -82,8 +82,8 @@ private:
     {
         auto* const window = qobject_cast<MainWindow*>(object);
         if (window != nullptr && event->type() == QEvent::Show) {
-            connect(&window->link(), &WindowLink::folderRequested, this,
-                    [this](const auto& path) { asked.emplace_back("folder", path); });
+            connect(&window->link(), &WindowLink::foldersRequested, this,
+                    [this](const auto& paths) { asked.emplace_back("folder", paths.front()); });
             connect(&window->link(), &WindowLink::openRequested, this,
                     [this](const auto& path) { asked.emplace_back("file", path); });
         }

@@ -1,8 +1,13 @@
 #include <QCheckBox>
+#include <QDragEnterEvent>
+#include <QLabel>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QTest>
+#include <future>
 
 #include "support/ui/scan_person.h"
+#include "ui/scan/scan_watcher.h"
 
 namespace kelvane::testing {
 namespace {
@@ -136,6 +141,72 @@ TEST(ScanRun, AsksToReviseWhereNothingIsFound)
     ASSERT_NE(box, nullptr);
     box->reject();
     EXPECT_TRUE(waitUntil([&] { return world.find<QDialog>("scan.revise") == nullptr; }));
+}
+
+TEST(ScanRun, SaysWhichFoldersWereNotSearchedAndWhy)
+{
+    for (const InterfaceMode mode : {InterfaceMode::beginner, InterfaceMode::advanced}) {
+        DesktopWorld world({.mode = mode, .files = [](const TempTree& tree) {
+                                writeCopies(tree);
+                                tree.folder("<b>gone");
+                            }});
+        dropFolders(world, "mainWindow", {world.tree.path("files"), world.tree.path("<b>gone")});
+        ASSERT_TRUE(waitUntil([&] {
+            return scanPane(world).order().definition.roots.find("gone") != std::string::npos;
+        })) << "all that was dropped is to be searched";
+        std::filesystem::remove(world.tree.path("<b>gone"));
+        ASSERT_TRUE(scanBy(world, mode == InterfaceMode::beginner ? "express.find" : "scan.find"));
+        EXPECT_EQ(listedGroups(world), copies);
+        const auto* const label = world.find<QLabel>("scan.notRead");
+        EXPECT_TRUE(label->isVisible());
+        EXPECT_THAT(label->text().toStdString(),
+                    ::testing::ContainsRegex(world.tree.path("<b>gone").string() + ": .+"));
+
+        dropFolder(world, "mainWindow", world.tree.path("files"));
+        ASSERT_TRUE(
+            waitUntil([&] { return scanPane(world).order().definition.roots.find("gone") == std::string::npos; }));
+        ASSERT_TRUE(scanBy(world, mode == InterfaceMode::beginner ? "express.find" : "scan.find"));
+        EXPECT_FALSE(label->isVisible());
+    }
+}
+
+TEST(ScanRun, NamesTheFirstThatCannotBeReadAndCountsTheRest)
+{
+    DesktopWorld world;
+    const QStringList lines = world.ask<QStringList>([](Workbench& bench) {
+        const PauseSwitch pause;
+        ScanWatcher watcher(bench, nullptr, pause);
+        for (int number = 1; number <= 7; ++number)
+            watcher.skipped({"/folder" + std::to_string(number), {ErrorKind::io, 0, "worn out"}});
+        watcher.undescribed({"/no picture", {ErrorKind::io, 0, "no picture"}});
+        return watcher.firstSkipped();
+    });
+    ASSERT_EQ(lines.size(), 6);
+    EXPECT_EQ(lines.front(), QStringLiteral("/folder1: worn out"));
+    EXPECT_TRUE(lines.back().contains(QStringLiteral("2"))) << lines.back().toStdString();
+}
+
+TEST(ScanRun, ReadsAListOfPluginsWithoutKeepingAnybodyFromTheSettings)
+{
+    DesktopWorld world;
+    Settings settings = world.desktop().settings();
+    settings.pluginList = u"/no such list.ini";
+    const std::lock_guard held(world.application().sharedState());
+    auto options = std::async(std::launch::async, [&] { return world.desktop().engineOptions(settings); });
+    ASSERT_EQ(options.wait_for(patience), std::future_status::ready);
+}
+
+TEST(ScanRun, LeavesAloneWhatIsDroppedFromAnotherComputer)
+{
+    DesktopWorld world;
+    QMimeData dropped;
+    dropped.setUrls({QUrl(QStringLiteral("https://host/folder"))});
+    for (QWidget* const target : {static_cast<QWidget*>(&world.window()), world.find<QWidget>("scan.folderList")}) {
+        QDragEnterEvent over(QPoint(5, 5), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        over.ignore();
+        QCoreApplication::sendEvent(target, &over);
+        EXPECT_FALSE(over.isAccepted()) << target->objectName().toStdString();
+    }
 }
 
 TEST(ScanRun, ShowsItsNoticeUntilThePersonHasSeenEnoughOfIt)

@@ -38,12 +38,13 @@ std::string bytesOfUrl(const QUrl& url)
     return bytesOfPath(path);
 }
 
-std::filesystem::path firstLocalFile(const QMimeData& dropped)
+std::vector<std::filesystem::path> localFiles(const QMimeData& dropped)
 {
+    std::vector<std::filesystem::path> files;
     for (const QUrl& url : dropped.urls())
         if (std::string bytes = bytesOfUrl(url); !bytes.empty())
-            return nativeFromBytes(bytes);
-    return {};
+            files.emplace_back(nativeFromBytes(bytes));
+    return files;
 }
 
 }  // namespace kelvane

@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace kelvane {
 
@@ -15,7 +16,7 @@ namespace kelvane {
 
 // Empty when it is no file of this computer. A name that is no text keeps its bytes.
 [[nodiscard]] std::string bytesOfUrl(const QUrl& url);
-// The first one that is a file of this computer; empty when none is.
-[[nodiscard]] std::filesystem::path firstLocalFile(const QMimeData& dropped);
+// Those that are files or folders of this computer.
+[[nodiscard]] std::vector<std::filesystem::path> localFiles(const QMimeData& dropped);
 
 }  // namespace kelvane

@@ -77,7 +77,7 @@ Q_SIGNALS:
     void itemWanted(kelvane::ItemId item);   // somebody wants the list's view to go to this item
     // What the program was started with, once the frame stands; also files dropped on it.
     void openRequested(const std::filesystem::path& savedScan);
-    void folderRequested(const std::filesystem::path& folder);
+    void foldersRequested(const std::vector<std::filesystem::path>& folders);
 
 public:
     // The item that the person is at; nothing in an empty list. Set by the list's view.

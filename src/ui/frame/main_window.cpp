@@ -127,38 +127,44 @@ void MainWindow::changeEvent(QEvent* event)
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasUrls() && !firstLocalFile(*event->mimeData()).empty())
+    if (!localFiles(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event)
 {
-    openOrSearch(firstLocalFile(*event->mimeData()));
+    openOrSearch(localFiles(*event->mimeData()));
     event->acceptProposedAction();
 }
 
 void MainWindow::serveTarget()
 {
-    openOrSearch(link_.commandLine().target);
+    if (const auto& target = link_.commandLine().target; !target.empty())
+        openOrSearch({target});
 }
 
-// A folder is one to search, a file a scan that was saved; what is not there is left to whoever opens it to complain
-// of.
-void MainWindow::openOrSearch(const std::filesystem::path& path)
+// Folders are to be searched, a file is a scan that was saved; what is not there is left to whoever opens it to
+// complain of.
+void MainWindow::openOrSearch(const std::vector<std::filesystem::path>& paths)
 {
-    if (path.empty())
+    if (paths.empty())
         return;
     link_.fetch(
         this,
-        [path](Workbench& bench) {
-            const auto found = bench.platform().files().details(path, Links::followed);
-            return found.ok() && found->kind == FileKind::folder;
+        [paths](Workbench& bench) {
+            std::vector<std::filesystem::path> folders;
+            for (const std::filesystem::path& path : paths) {
+                const auto found = bench.platform().files().details(path, Links::followed);
+                if (found.ok() && found->kind == FileKind::folder)
+                    folders.push_back(path);
+            }
+            return folders;
         },
-        [this, path](bool isFolder) {
-            if (isFolder)
-                Q_EMIT link_.folderRequested(path);
+        [this, first = paths.front()](const std::vector<std::filesystem::path>& folders) {
+            if (folders.empty())
+                Q_EMIT link_.openRequested(first);
             else
-                Q_EMIT link_.openRequested(path);
+                Q_EMIT link_.foldersRequested(folders);
         });
 }
 

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <filesystem>
 #include <map>
+#include <vector>
 
 #include "app/questions.h"
 #include "base/text_table.h"
@@ -49,7 +50,7 @@ private:
     void leave();
     void askToLeave();
     void serveTarget();
-    void openOrSearch(const std::filesystem::path& path);
+    void openOrSearch(const std::vector<std::filesystem::path>& paths);
 
     WindowLink& link_;
     std::map<const QDockWidget*, Qt::DockWidgetArea> homes_;

@@ -24,11 +24,13 @@ void goToItems(WindowLink& link, ResultsView& view)
 
 void searchFolders(WindowLink& link, FolderList& folders, BeginnerPage& express)
 {
-    QObject::connect(&link, &WindowLink::folderRequested, &folders,
-                     [&folders, &express](const std::filesystem::path& folder) {
-                         const std::string bytes = bytesFromNative(folder.native());
-                         folders.show({bytes});
-                         express.setFolder(bytes);
+    QObject::connect(&link, &WindowLink::foldersRequested, &folders,
+                     [&folders, &express](const std::vector<std::filesystem::path>& wanted) {
+                         std::vector<std::string> all;
+                         for (const std::filesystem::path& folder : wanted)
+                             all.push_back(bytesFromNative(folder.native()));
+                         folders.show(all);
+                         express.setFolders(std::move(all));
                      });
 }
 

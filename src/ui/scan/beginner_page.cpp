@@ -119,7 +119,7 @@ ScanOrder BeginnerPage::order() const
     order.definition.setCategory(choice.category);
     order.definition.set(scan_flag::contents, true);
     order.definition.set(scan_flag::sameType | scan_flag::ignoreSmall, false);
-    order.definition.roots = desktop_.platform().paths().joinRoots({folder()});
+    order.definition.roots = desktop_.platform().paths().joinRoots(folders());
     return order;
 }
 
@@ -137,29 +137,31 @@ void BeginnerPage::chooseFolder()
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     connect(dialog, &QFileDialog::fileSelected, this,
-            [this](const QString& chosen) { setFolder(bytesOfPath(chosen)); });
+            [this](const QString& chosen) { setFolders({bytesOfPath(chosen)}); });
     dialog->open();
 }
 
-void BeginnerPage::setFolder(const std::string& folder)
+void BeginnerPage::setFolders(std::vector<std::string> folders)
 {
-    ownFolder_ = folder;
+    ownFolders_ = std::move(folders);
     refresh();
 }
 
 void BeginnerPage::refresh()
 {
-    const QString shownFolder = toQt(displayFromNative(nativeFromBytes(folder())));
-    where_->setText(shown(desktop_text::expressWhere, {shownFolder.toStdString()}));
+    QStringList lines;
+    for (const std::string& folder : folders())
+        lines.append(toQt(displayFromNative(nativeFromBytes(folder))));
+    where_->setText(shown(desktop_text::expressWhere, {lines.join(u'\n').toStdString()}));
     showProblem({});
 }
 
-std::string BeginnerPage::folder() const
+std::vector<std::string> BeginnerPage::folders() const
 {
-    if (!ownFolder_.empty())
-        return ownFolder_;
+    if (!ownFolders_.empty())
+        return ownFolders_;
     const auto place = choices[static_cast<std::size_t>(choices_->checkedId())].place;
-    return bytesOfPath(QStandardPaths::writableLocation(place));
+    return {bytesOfPath(QStandardPaths::writableLocation(place))};
 }
 
 void BeginnerPage::changeEvent(QEvent* event)
@@ -177,15 +179,17 @@ void BeginnerPage::renewIcons()
 
 void BeginnerPage::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasUrls())
+    if (!localFiles(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
 void BeginnerPage::dropEvent(QDropEvent* event)
 {
-    for (const QUrl& url : event->mimeData()->urls())
-        if (const std::string folder = bytesOfUrl(url); !folder.empty())
-            setFolder(folder);
+    std::vector<std::string> dropped;
+    for (const std::filesystem::path& folder : localFiles(*event->mimeData()))
+        dropped.push_back(bytesFromNative(folder.native()));
+    if (!dropped.empty())
+        setFolders(std::move(dropped));
     event->acceptProposedAction();
 }
 

@@ -23,8 +23,8 @@ public:
     [[nodiscard]] ScanOrder order() const;
     // Why no scan can begin, or nothing.
     void showProblem(const QString& problem);
-    // Searches this folder, whatever the choice.
-    void setFolder(const std::string& folder);
+    // Searches these folders, whatever the choice.
+    void setFolders(std::vector<std::string> folders);
 
 Q_SIGNALS:
     void findWanted();
@@ -39,12 +39,12 @@ private:
     void chooseFolder();
     void refresh();
     void renewIcons();
-    [[nodiscard]] std::string folder() const;
+    [[nodiscard]] std::vector<std::string> folders() const;
 
     const Desktop& desktop_;
     QButtonGroup* choices_;
     QLabel *where_, *problem_;
-    std::string ownFolder_;  // empty: the usual one of the choice
+    std::vector<std::string> ownFolders_;  // empty: the usual one of the choice
 };
 
 }  // namespace kelvane

@@ -186,7 +186,7 @@ void FolderList::refresh()
 
 void FolderList::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (event->mimeData()->hasUrls())
+    if (!localFiles(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 

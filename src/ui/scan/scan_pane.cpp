@@ -8,6 +8,8 @@
 #include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
+#include "ui/core/wrapped_label.h"
+#include "ui/frame/theme.h"
 #include "ui/scan/beginner_page.h"
 #include "ui/scan/progress_panel.h"
 #include "ui/scan/scan_boxes.h"
@@ -35,6 +37,7 @@ ScanPane::ScanPane(WindowLink& link, QWidget* parent)
       express_(new BeginnerPage(link.desktop())),
       pages_(new QStackedWidget),
       progress_(new ProgressPanel),
+      notRead_(new WrappedLabel("scan.notRead")),
       find_(new QPushButton(shown(desktop_text::scanFind))),
       pause_(std::make_shared<PauseSwitch>())
 {
@@ -56,6 +59,8 @@ void ScanPane::makeLayout()
 {
     find_->setObjectName(QStringLiteral("scan.find"));
     progress_->hide();
+    notRead_->hide();
+    makeWarning(*notRead_);
     pages_->addWidget(form_);
     pages_->addWidget(express_);
     auto* const layout = new QVBoxLayout(this);
@@ -64,6 +69,7 @@ void ScanPane::makeLayout()
     layout->addWidget(pages_, 1);
     auto* const foot = new QVBoxLayout;
     foot->setContentsMargins(9, 0, 9, 9);
+    foot->addWidget(notRead_);
     foot->addWidget(find_);
     layout->addLayout(foot);
 }
@@ -154,6 +160,8 @@ void ScanPane::followJob(Job job)
     express_->setEnabled(job == Job::none);
     if (job == Job::scanning)
         progress_->begin();
+    if (job == Job::scanning || job == Job::loading)
+        notRead_->hide();  // what it says is about the scan before
 }
 
 void ScanPane::scanEnded(const ScanOutcome& outcome)
@@ -161,6 +169,8 @@ void ScanPane::scanEnded(const ScanOutcome& outcome)
     if (outcome.refused)
         return showProblem(outcome.problem);
     showProblem({});
+    notRead_->setText(shown(desktop_text::scanNotRead, {outcome.notRead.toStdString()}));
+    notRead_->setVisible(!outcome.notRead.isEmpty());
     if (outcome.rows > 0 && isAncestorOf(window()->focusWidget()))
         Q_EMIT found();
     if (outcome.cancelled)

@@ -12,6 +12,7 @@
 #include "ui/scan/scan_order.h"
 #include "ui/scan/scan_reports.h"
 
+class QLabel;
 class QPushButton;
 class QStackedWidget;
 
@@ -64,6 +65,7 @@ private:
     BeginnerPage* express_;
     QStackedWidget* pages_;
     ProgressPanel* progress_;
+    QLabel* notRead_;
     QPushButton* find_;
     std::shared_ptr<PauseSwitch> pause_;
     QTimer checkSoon_;

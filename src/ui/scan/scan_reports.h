@@ -20,6 +20,7 @@ struct ScanOutcome {
     std::int64_t rows = 0;
     std::uint32_t groups = 0;
     QString problem;
+    QString notRead;  // a line for each of the first folders and files that took no part, with the reason
 };
 
 // On the main thread; owned by the scan's pane.

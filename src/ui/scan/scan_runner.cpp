@@ -75,6 +75,17 @@ QStringList notesOn(const ScanReport& report, const ListSession& session)
     return lines;
 }
 
+// The first of what could not be read: folders of the definition, then what the scan came upon.
+QString notRead(const ScanReport& report, const ListSession& session, const QStringList& skipped)
+{
+    QStringList lines;
+    for (const DroppedRoot& root : report.roots.dropped)
+        if (root.problem == RootProblem::notReadable || root.problem == RootProblem::notFound)
+            lines.append(droppedText(root, session.settings));
+    lines += skipped;
+    return lines.join(u'\n');
+}
+
 void log(Workbench& bench, const QStringList& lines, const Reports& reports)
 {
     if (lines.isEmpty())
@@ -141,7 +152,9 @@ void runOrderedScan(Workbench& bench, const ScanOrder& order, Reports reports, s
     watcher.flush();
     session.figures = figuresOf(report, session.options);
     log(bench, notesOn(report, session), reports);
-    tellEnd(bench, reports, outcomeOf(report, bench.results()));
+    ScanOutcome outcome = outcomeOf(report, bench.results());
+    outcome.notRead = notRead(report, session, watcher.firstSkipped());
+    tellEnd(bench, reports, std::move(outcome));
 }
 
 }  // namespace kelvane

@@ -6,13 +6,20 @@
 #include <utility>
 
 #include "app/error_text.h"
+#include "base/desktop_texts/scan.h"
 #include "ui/core/text.h"
 
 namespace kelvane {
 namespace {
 
 constexpr std::chrono::milliseconds pausedStep{10};
+constexpr std::uint64_t mostShown = 5;
 constexpr std::uint64_t mostListed = 10'000;  // a log that nobody reads to its end
+
+QString lineOf(const SkippedItem& item)
+{
+    return toQt(item.path) + QStringLiteral(": ") + toQt(errorText(item.error));
+}
 
 }  // namespace
 
@@ -51,9 +58,31 @@ void ScanWatcher::notice(std::u16string_view text)
 void ScanWatcher::skipped(const SkippedItem& item)
 {
     const std::lock_guard lock(mutex_);
-    if (++listed_ > mostListed)
-        return;
-    lines_.append(toQt(item.path) + QStringLiteral(": ") + toQt(errorText(item.error)));
+    const QString line = lineOf(item);
+    list(line);
+    if (++skipped_ <= mostShown)
+        first_.append(line);
+}
+
+void ScanWatcher::undescribed(const SkippedItem& item)
+{
+    const std::lock_guard lock(mutex_);
+    list(lineOf(item));
+}
+
+void ScanWatcher::list(const QString& line)
+{
+    if (++listed_ <= mostListed)
+        lines_.append(line);
+}
+
+QStringList ScanWatcher::firstSkipped() const
+{
+    const std::lock_guard lock(mutex_);
+    QStringList lines = first_;
+    if (skipped_ > mostShown)
+        lines.append(shown(desktop_text::scanNotReadMore, {std::to_string(skipped_ - mostShown)}));
+    return lines;
 }
 
 void ScanWatcher::sound(Sound)

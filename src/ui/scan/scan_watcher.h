@@ -25,24 +25,28 @@ public:
     void progress(const ScanProgress& progress) override;
     void notice(std::u16string_view text) override;
     void skipped(const SkippedItem& item) override;
-    void undescribed(const SkippedItem& item) override { skipped(item); }
+    void undescribed(const SkippedItem& item) override;
     void sound(Sound sound) override;
     void nothingFound(std::u16string_view text) override { bench_.tell(text); }
 
     // Sends the lines that are left.
     void flush();
+    // The first of what could not be read, a line each, and at the end how many more there were.
+    [[nodiscard]] QStringList firstSkipped() const;
 
 private:
     void waitWhilePaused();
     [[nodiscard]] std::uint64_t phaseTime(ScanPhase phase);
+    void list(const QString& line);  // under the lock
 
     Workbench& bench_;
     const QPointer<ScanReports> reports_;
     const PauseSwitch& pause_;
     std::optional<ScanPhase> phase_;
     std::uint64_t phaseBegan_ = 0;  // later by the time of pauses
-    std::mutex mutex_;              // skipped() also comes from reading threads
-    QStringList lines_;
+    mutable std::mutex mutex_;      // skipped() also comes from reading threads
+    QStringList lines_, first_;
+    std::uint64_t skipped_ = 0;
     std::uint64_t listed_ = 0;
 };
 

@@ -13,9 +13,18 @@ namespace kelvane::testing {
 
 void dropFolder(const DesktopWorld& world, const char* widget, const std::filesystem::path& folder)
 {
+    dropFolders(world, widget, {folder});
+}
+
+void dropFolders(const DesktopWorld& world, const char* widget, const std::vector<std::filesystem::path>& folders)
+{
     QMimeData dropped;
-    const QByteArray path = QByteArray::fromStdString(folder.generic_string());
-    dropped.setUrls({QUrl::fromEncoded("file://" + path.toPercentEncoding("/"))});
+    QList<QUrl> urls;
+    for (const std::filesystem::path& folder : folders) {
+        const QByteArray path = QByteArray::fromStdString(folder.generic_string());
+        urls.append(QUrl::fromEncoded("file://" + path.toPercentEncoding("/")));
+    }
+    dropped.setUrls(urls);
     QWidget* target = world.find<QWidget>(widget);
     if (target == nullptr)
         target = &world.window();

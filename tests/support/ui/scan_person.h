@@ -17,7 +17,8 @@ using NamedGroups = std::set<std::set<std::string>>;
     return *world.find<ScanPane>("scan.pane");
 }
 
-// Lets a folder fall on the widget of this name, or on the window itself.
+// Lets folders fall on the widget of this name, or on the window itself.
+void dropFolders(const DesktopWorld& world, const char* widget, const std::vector<std::filesystem::path>& folders);
 void dropFolder(const DesktopWorld& world, const char* widget, const std::filesystem::path& folder);
 
 void click(const DesktopWorld& world, const char* button);
