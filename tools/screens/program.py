@@ -32,8 +32,14 @@ class Program:
     def start(self, *words):
         self.log.parent.mkdir(parents=True, exist_ok=True)
         with open(self.log, "ab") as log:
-            self.process = subprocess.Popen([self.executable, *words], env=self.environment, cwd=self.home,
-                                            stdout=log, stderr=log)
+            try:
+                self.process = subprocess.Popen([self.executable, *words], env=self.environment, cwd=self.home,
+                                                stdout=log, stderr=log)
+            except OSError as why:
+                raise SystemExit(f"{self.executable} does not start: {why.strerror}") from why
+
+    def started(self):
+        return self.process is not None
 
     def ended(self):
         return self.process.poll() is not None
