@@ -53,6 +53,7 @@ QAction* CommandSet::add(const CommandSpec& spec)
     action->setShortcut(spec.keys);
     action->setIcon(commandIcon(action->objectName()));
     action->setToolTip(toolTipOf(*action));
+    action->setIconText(action->iconText().remove(u'…').trimmed());  // three dots go by themselves
     action->setCheckable(spec.checkable);
     connect(action, &QAction::triggered, this, [run = spec.run] { run(); });
     QMenu* const menu = spec.submenu != nullptr ? spec.submenu : menus_.at(spec.menu);
