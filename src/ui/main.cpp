@@ -15,6 +15,7 @@
 #include "ui/core/main_thread.h"
 #include "ui/core/text.h"
 #include "ui/frame/program_look.h"
+#include "ui/frame/theme.h"
 
 namespace kelvane {
 namespace {
@@ -61,6 +62,7 @@ int runProgram(std::vector<std::string> words)
     DesktopHost host(desktop);
     CXApplication application = makeApplication(*platform, *waiting, host);
     desktop.setApplication(application);
+    applyTheme(Theme::system, {});  // of what is asked before there is a window
     application.setWake([&application] {
         postToMain([&application] {
             if (!application.dispatchWaiting())

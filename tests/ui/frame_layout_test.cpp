@@ -1,8 +1,13 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QCommandLinkButton>
+#include <QDialog>
 #include <QDockWidget>
+#include <QPainter>
 #include <QRadioButton>
+#include <QScreen>
+#include <QStyleOptionButton>
 #include <QToolBar>
 #include <cmath>
 
@@ -23,6 +28,8 @@ TEST(FrameLayout, IsRememberedFromOneRunToTheNext)
     const auto kept = std::make_shared<MemorySettingsStore>();
     {
         DesktopWorld world({.kept = kept});
+        // Its title and frame come on top, and have room on a small screen as well.
+        EXPECT_LT(world.window().height(), world.window().screen()->availableSize().height() - 20);
         EXPECT_EQ(world.window().dockWidgetArea(&pane(world, "log.pane")), Qt::BottomDockWidgetArea);
         world.window().addDockWidget(Qt::RightDockWidgetArea, &pane(world, "log.pane"));
         pane(world, "groups.pane").hide();
@@ -161,6 +168,43 @@ TEST(FrameTheme, BoxesThatAreNotTickedAreSeen)
             EXPECT_GT(best, 3);
             delete button;
         }
+    }
+}
+
+TEST(FrameTheme, BoxesOfSelectedRowsAreSeenWhetherTickedOrNot)
+{
+    DesktopWorld world;
+    for (const QStyle::State tick : {QStyle::State_On, QStyle::State_Off}) {
+        QStyleOptionButton option;
+        option.initFrom(&world.window());
+        option.state = QStyle::State_Enabled | QStyle::State_Selected | tick;
+        option.rect = QRect(0, 0, 16, 16);
+        QImage seen(option.rect.size(), QImage::Format_RGB32);
+        seen.fill(option.palette.color(QPalette::Highlight));
+        QPainter painter(&seen);
+        qApp->style()->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &option, &painter, nullptr);
+        painter.end();
+        EXPECT_GT(contrast(seen.pixelColor(8, 0), option.palette.color(QPalette::Highlight)), 3) << tick;
+        EXPECT_LT(contrast(seen.pixelColor(12, 12), option.palette.color(QPalette::Highlight)), 1.5) << tick;
+    }
+}
+
+TEST(FrameTheme, OfLinesToChooseFromTheOneThatEnterPressesIsSeen)
+{
+    DesktopWorld world;
+    for (const char* const theme : {"view.themeLight", "view.themeDark"}) {
+        SCOPED_TRACE(theme);
+        EXPECT_TRUE(world.trigger(theme));
+        QDialog dialog;
+        QCommandLinkButton line(QStringLiteral("Delete"), QStringLiteral("For good"), &dialog);
+        line.resize(line.sizeHint());
+        const auto edge = [&line] {
+            const QImage seen = line.grab().toImage();
+            return contrast(seen.pixelColor(seen.width() / 2, 1), seen.pixelColor(seen.width() - 10, 10));
+        };
+        EXPECT_LT(edge(), 1.5);
+        line.setDefault(true);
+        EXPECT_GT(edge(), 3);
     }
 }
 

@@ -199,6 +199,14 @@ TEST_F(OptionsTest, SearchFindsByWordsThatMeanMuchTheSame)
     EXPECT_EQ(pagesInView(), QStringList(shown(say::pageGeneral))) << "who cannot read the language in force";
 }
 
+TEST_F(OptionsTest, EnterEndsAnEntryAndPressesNothing)
+{
+    QWidget& dialog = *editor(QStringLiteral("nHugeFileMB"))->window();
+    search("text viewer");
+    for (const QPushButton* const button : dialog.findChildren<QPushButton*>())
+        EXPECT_FALSE(button->isDefault()) << button->text().toStdString();
+}
+
 TEST_F(OptionsTest, ResetTakesTheDefaultsOfItsPageAlone)
 {
     control<QSpinBox>("nHugeFileMB")->setValue(33);

@@ -100,6 +100,8 @@ TEST(Tips, GoRoundInBothDirectionsAndCanBeSwitchedOff)
     EXPECT_EQ(tip->text(), first);
     QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("tipPrevious")), Qt::LeftButton);
     EXPECT_EQ(tip->text(), seen.back());
+    QTest::keyClick(dialog, Qt::Key_Return);
+    EXPECT_EQ(tip->text(), first) << "Enter goes on";
 
     dialog->findChild<QCheckBox*>(QStringLiteral("tipsAtStart"))->setChecked(false);
     EXPECT_EQ(world.desktop().settings().tipOfTheDay, 0u);

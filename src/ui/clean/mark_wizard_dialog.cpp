@@ -95,6 +95,7 @@ MarkWizardDialog::MarkWizardDialog(WindowLink& link, WizardFacts facts)
     layout->addWidget(makeEffect());
     layout->addWidget(makeButtons());
     setMinimumWidth(540);
+    resize(sizeHint());        // a dialog would take two thirds of the screen at most, and hide the further rules
     apply_->setDefault(true);  // not before it is in the dialog
     if (QAbstractButton* const preselected = choices_->checkedButton())
         preselected->setFocus();
@@ -111,6 +112,7 @@ QWidget* MarkWizardDialog::makeRules()
     addRules(*layout);
     if ((link_.desktop().settings().flags & settings_flag::advanced) != 0)
         addFurtherRules(*layout);
+    layout->addStretch();
     area_ = new RulesArea(*rules);
     return area_;
 }

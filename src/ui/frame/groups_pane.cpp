@@ -20,6 +20,8 @@ namespace {
 // Often enough to follow a scan, seldom enough not to hold it up over a long list.
 constexpr int pauseMilliseconds = 500;
 constexpr int itemRole = Qt::UserRole;
+constexpr int nameColumn = 2;
+constexpr int numberColumns[] = {0, 1, 3};
 
 GroupSummary::Big bigOf(const ResultsModel& model, const ResultGroup& group)
 {
@@ -57,6 +59,10 @@ QTreeWidget* makeTree()
     tree->setAlternatingRowColors(true);
     tree->setHeaderLabels({shown(desktop_text::columnFreed), shown(desktop_text::columnFiles),
                            shown(desktop_text::columnFirstFile), shown(desktop_text::columnGroup)});
+    tree->header()->setStretchLastSection(false);
+    tree->header()->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
+    for (const int column : numberColumns)
+        tree->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     return tree;
 }
 
@@ -65,7 +71,7 @@ QTreeWidgetItem* rowOf(const GroupSummary::Big& group)
     auto* const row = new QTreeWidgetItem({toQt(sizeText(FileSize{group.freed})), QLocale().toString(group.files),
                                            group.name, QLocale().toString(group.number)});
     row->setData(0, itemRole, QVariant::fromValue(static_cast<std::uint32_t>(group.first)));
-    for (const int column : {0, 1, 3})
+    for (const int column : numberColumns)
         row->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     return row;
 }

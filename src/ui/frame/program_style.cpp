@@ -9,6 +9,8 @@
 namespace kelvane {
 namespace {
 
+constexpr int labelMargin = 20;  // of both sides of a button together
+
 QColor mixed(const QColor& one, const QColor& other, float share)
 {
     const auto part = [share](float a, float b) { return a + (b - a) * share; };
@@ -29,9 +31,22 @@ struct Indicator {
     bool on = false, partly = false;
 };
 
+// In a selected row, whose ground has the colour of filled boxes, the line alone tells a box from its ground.
+QColor paintSelected(const Indicator& indicator, qreal radius)
+{
+    const QColor line = indicator.option.palette.color(QPalette::HighlightedText);
+    indicator.painter.setRenderHint(QPainter::Antialiasing);
+    indicator.painter.setPen(QPen(line, 1));
+    indicator.painter.setBrush(indicator.option.palette.color(QPalette::Highlight));
+    indicator.painter.drawRoundedRect(indicator.rect, radius, radius);
+    return line;
+}
+
 // The ground and the line of a box or circle; what stands in it is painted in the colour that comes back.
 QColor paintGround(const Indicator& indicator, qreal radius)
 {
+    if (indicator.option.state.testFlag(QStyle::State_Selected))
+        return paintSelected(indicator, radius);
     const QPalette& palette = indicator.option.palette;
     const bool enabled = indicator.option.state.testFlag(QStyle::State_Enabled);
     const bool focused = indicator.option.state.testFlag(QStyle::State_HasFocus) ||
@@ -88,18 +103,35 @@ void paintIndicator(QStyle::PrimitiveElement element, const QStyleOption& option
     painter.restore();
 }
 
-// Around fields and lists: the style's own lines are darker than the window, and dark windows swallow them.
-void paintFrame(const QStyleOption& option, QPainter& painter)
+void paintLine(const QStyleOption& option, QPainter& painter, const QColor& color, qreal width)
 {
-    const QPalette& palette = option.palette;
-    const bool focused = option.state.testFlag(QStyle::State_HasFocus);
+    const qreal half = width / 2;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(focused ? palette.color(QPalette::Highlight)
-                           : mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.3F));
+    painter.setPen(QPen(color, width));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(half, half, -half, -half), 2, 2);
     painter.restore();
+}
+
+// Around fields, lists and menus: the style's own lines are darker than the window, and dark windows swallow them.
+void paintFrame(const QStyleOption& option, QPainter& painter, bool focused)
+{
+    const QPalette& palette = option.palette;
+    paintLine(option, painter,
+              focused ? palette.color(QPalette::Link)  // lines of the highlight are too dim for a dark ground
+                      : mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.3F),
+              1);
+}
+
+// The style shows a button that is a line of text only below the pointer, and not that Enter would press it.
+void paintPreselected(const QStyleOption& option, QPainter& painter)
+{
+    const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+    if (button == nullptr || !button->features.testFlag(QStyleOptionButton::CommandLinkButton))
+        return;
+    if (button->features.testFlag(QStyleOptionButton::DefaultButton) || option.state.testFlag(QStyle::State_HasFocus))
+        paintLine(option, painter, option.palette.color(QPalette::Link), 2);
 }
 
 }  // namespace
@@ -139,7 +171,19 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element == PE_FrameLineEdit || element == PE_Frame)
-        paintFrame(*option, *painter);
+        paintFrame(*option, *painter, option->state.testFlag(State_HasFocus));
+    else if (element == PE_FrameMenu || element == PE_PanelMenu)
+        paintFrame(*option, *painter, false);
+    else if (element == PE_PanelButtonTool && option->state.testFlag(State_On))
+        paintLine(*option, *painter, option->palette.color(QPalette::Link), 2);
+}
+
+// Longer labels than "OK" would touch the edges of their buttons.
+QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                     const QWidget* widget) const
+{
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    return type == CT_PushButton ? size.expandedTo({contents.width() + labelMargin, 0}) : size;
 }
 
 void ProgramStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -147,6 +191,8 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
 {
     if (element != CE_HeaderEmptyArea) {
         QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_PushButton)
+            paintPreselected(*option, *painter);
         return;
     }
     QStyleOptionHeader rest;

@@ -5,8 +5,9 @@
 
 namespace kelvane {
 
-// Fusion, with the icons of boxes out of the program's set, no pictures on the buttons of dialogs, and boxes, circles
-// and frames whose lines are seen in dark colours too.
+// Fusion, with the icons of boxes out of the program's set, no pictures on the buttons of dialogs, room around their
+// labels, a line around what is chosen or preselected, and boxes, circles and frames whose lines are seen in dark
+// colours too.
 class ProgramStyle final : public QProxyStyle {
     Q_OBJECT
 
@@ -18,6 +19,8 @@ public:
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override;
     // The rest of a list's header looks like its titles.
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;

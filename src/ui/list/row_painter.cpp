@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionButton>
-#include <QStyleOptionFocusRect>
 
 #include "base/desktop_texts/list.h"
 #include "ui/core/text.h"
@@ -51,11 +50,12 @@ void RowPainter::tag(const QRect& rect, std::uint8_t tag)
         painter_.fillRect(QRect(rect.left(), rect.top() + 1, tagWidth, rect.height() - 2), tagColors_[tag - 1u]);
 }
 
-void RowPainter::tickBox(const QRect& rect, bool ticked)
+void RowPainter::tickBox(const QRect& rect, const RowEntry& entry)
 {
     QStyleOptionButton option;
     option.initFrom(&widget_);
-    option.state = QStyle::State_Enabled | (ticked ? QStyle::State_On : QStyle::State_Off);
+    option.state = QStyle::State_Enabled | (entry.isTicked() ? QStyle::State_On : QStyle::State_Off);
+    option.state.setFlag(QStyle::State_Selected, entry.isSelected());
     const QStyle& style = *widget_.style();
     const QSize size(style.pixelMetric(QStyle::PM_IndicatorWidth), style.pixelMetric(QStyle::PM_IndicatorHeight));
     option.rect = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, rect);
@@ -77,18 +77,24 @@ void RowPainter::row(const QRect& rect, const QRect& tick, const std::vector<Col
             cell, static_cast<int>(Qt::AlignVCenter | (span.rightAligned ? Qt::AlignRight : Qt::AlignLeft)), text);
     }
     if (look.tickBox)
-        tickBox(tick, look.entry.isTicked());
+        tickBox(tick, look.entry);
     frame(rect, look);
 }
 
+// The preview shows the current row, so it is told from the others wherever the keyboard is.
 void RowPainter::frame(const QRect& rect, const RowLook& look)
 {
-    if (!look.current || !widget_.hasFocus())
+    if (!look.current)
         return;
-    QStyleOptionFocusRect focus;
-    focus.initFrom(&widget_);
-    focus.rect = rect;
-    widget_.style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter_, &widget_);
+    const QPalette& palette = widget_.palette();
+    const QColor line = look.entry.isSelected() ? palette.color(QPalette::HighlightedText)
+                        : widget_.hasFocus()    ? palette.color(QPalette::Link)
+                                             : mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.4);
+    painter_.save();
+    painter_.setPen(line);
+    painter_.setBrush(Qt::NoBrush);
+    painter_.drawRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5));
+    painter_.restore();
 }
 
 void RowPainter::thumbnail(const QRect& rect, const QRect& tick, const QPixmap* picture, const RowLook& look)
@@ -117,7 +123,7 @@ void RowPainter::thumbnail(const QRect& rect, const QRect& tick, const QPixmap* 
         painter_.setPen(widget_.palette().color(QPalette::PlaceholderText));
     write(line.translated(0, textHeight), look.texts != nullptr ? look.texts->value(1) : QString(), Qt::ElideLeft);
     if (look.tickBox)
-        tickBox(tick, look.entry.isTicked());
+        tickBox(tick, look.entry);
     frame(cell, look);
 }
 

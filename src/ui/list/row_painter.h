@@ -44,7 +44,7 @@ private:
     void background(const QRect& rect, const RowLook& look);
     void tag(const QRect& rect, std::uint8_t tag);
     void frame(const QRect& rect, const RowLook& look);
-    void tickBox(const QRect& rect, bool ticked);
+    void tickBox(const QRect& rect, const RowEntry& entry);
 
     QPainter& painter_;
     const QWidget& widget_;

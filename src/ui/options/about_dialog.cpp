@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLibraryInfo>
 #include <QPushButton>
-#include <QStyle>
 #include <QSysInfo>
 #include <QVBoxLayout>
 
@@ -48,8 +47,7 @@ QString aboutLines()
     lines << shown(say::aboutSystem) + QStringLiteral(": ") + QSysInfo::prettyProductName() + QStringLiteral(", ") +
                  QSysInfo::kernelType() + u' ' + QSysInfo::kernelVersion();
     lines << shown(say::aboutBuiltWith) + QStringLiteral(": Qt ") + QLibraryInfo::version().toString() +
-                 QStringLiteral(" (") + QApplication::platformName() + QStringLiteral(", ") +
-                 QApplication::style()->name() + u')';
+                 QStringLiteral(" (") + QApplication::platformName() + u')';
     for (const LibraryVersion& library : libraryVersions())
         lines.last() += QStringLiteral(", ") + QString::fromStdString(library.name + ' ' + library.version);
     return lines.join(u'\n');
@@ -64,7 +62,6 @@ AboutDialog::AboutDialog(WindowLink& link) : QDialog(link.frame())
     const QString lines = aboutLines();
     auto* const copy = new QPushButton(shown(say::aboutCopy));
     auto* const close = new QPushButton(shown(say::buttonClose));
-    close->setDefault(true);
     connect(copy, &QPushButton::clicked, this, [lines] { QApplication::clipboard()->setText(lines); });
     connect(close, &QPushButton::clicked, this, &QDialog::close);
     auto* const buttons = new QHBoxLayout;
@@ -79,6 +76,8 @@ AboutDialog::AboutDialog(WindowLink& link) : QDialog(link.frame())
     layout->addWidget(selectable(shown(say::aboutWhat)));
     layout->addWidget(facts);
     layout->addLayout(buttons);
+    close->setDefault(true);  // not before it is in the dialog
+    close->setFocus();
 }
 
 }  // namespace kelvane

@@ -49,7 +49,7 @@ KeyboardDialog::KeyboardDialog(WindowLink& link, const CommandSet& commands)
     setObjectName(QStringLiteral("keyboardDialog"));
     setWindowTitle(shown(say::keyboardTitle));
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(560, 560);
+    resize(680, 640);
     auto* const search = new QLineEdit;
     search->setObjectName(QStringLiteral("keyboardSearch"));
     search->setPlaceholderText(shown(say::keyboardSearch));

@@ -91,7 +91,7 @@ QWidget* framed(OptionEditor* editor, const QString& label, const QString& meani
         name->setBuddy(editor);
         if (!editor->isLarge())
             name->setFixedWidth(labelWidth);  // editors stand in one line below one another
-        grid->addWidget(name, 0, 0, Qt::AlignTop);
+        grid->addWidget(name, 0, 0, 1, editor->isLarge() ? 2 : 1, Qt::AlignTop);
     }
     grid->addWidget(editor, editor->isLarge() ? 2 : 0, first, 1, 2 - first);
     if (!meaning.isEmpty() && meaning != label)
@@ -118,6 +118,7 @@ OptionPage::OptionPage(OptionsPage page, OptionsKeeper& keeper, const SettingsCo
     setWidget(content);
     setWidgetResizable(true);
     setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus);  // nothing would show that it is the page that has the keyboard
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(title());
 }
@@ -173,7 +174,9 @@ void OptionPage::add(OptionEditor* editor, const SettingRow* row, const QString&
     nameControls(*editor, name, about);
     connect(editor, &OptionEditor::edited, this,
             [this, row](const SettingsChange& change) { keeper_.change(row, change); });
-    QWidget* const whole = framed(editor, name, about);
+    // The numbers that its meaning explains are the words of its list.
+    const bool saysItself = row != nullptr && row->key == persistenceKey;
+    QWidget* const whole = framed(editor, name, saysItself ? QString() : about);
     column_->addWidget(whole);
     options_.push_back({editor, row, whole, (title() + u' ' + name + u' ' + about).toLower(), key.toLower()});
 }

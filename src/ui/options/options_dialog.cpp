@@ -25,7 +25,6 @@ QPushButton* button(const char* name, TextId label)
 {
     auto* const made = new QPushButton(shown(label));
     made->setObjectName(QString::fromLatin1(name));
-    made->setAutoDefault(false);  // Enter ends an entry, and presses nothing
     return made;
 }
 
@@ -60,6 +59,8 @@ OptionsDialog::OptionsDialog(WindowLink& link)
     layout->addLayout(middle, 1);
     makePages(link);  // before the buttons, which come after them by keyboard too
     layout->addWidget(makeButtons());
+    for (QPushButton* const made : findChildren<QPushButton*>())
+        made->setAutoDefault(false);  // Enter ends an entry, and presses nothing
     connect(search_, &QLineEdit::textChanged, this, &OptionsDialog::search);
     connect(keeper_, &OptionsKeeper::changed, this, &OptionsDialog::display);
     connect(keeper_, &OptionsKeeper::failed, this, [this](const QString& text) { tell(text, true); });

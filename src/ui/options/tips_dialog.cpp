@@ -41,6 +41,8 @@ TipsDialog::TipsDialog(WindowLink& link) : QDialog(link.frame()), link_(link), t
     layout->addWidget(number_);
     layout->addWidget(tip_, 1);
     layout->addWidget(makeButtons());
+    next_->setDefault(true);  // not before it is in the dialog
+    next_->setFocus();
     at_ = static_cast<int>(link.desktop().settings().useCount % static_cast<unsigned>(count()));
     step(0);
 }
@@ -72,7 +74,7 @@ QWidget* TipsDialog::makeButtons()
     layout->addWidget(atStart);
     layout->addStretch();
     add("tipPrevious", say::buttonPrevious, [this] { step(-1); });
-    add("tipNext", say::buttonNext, [this] { step(1); })->setDefault(true);
+    next_ = add("tipNext", say::buttonNext, [this] { step(1); });
     add("tipClose", say::buttonClose, [this] { close(); });
     return row;
 }

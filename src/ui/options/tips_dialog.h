@@ -4,6 +4,7 @@
 #include <QDialog>
 
 class QLabel;
+class QPushButton;
 
 namespace kelvane {
 
@@ -26,6 +27,7 @@ private:
     int at_ = 0;
     QLabel* tip_;
     QLabel* number_;
+    QPushButton* next_ = nullptr;
 };
 
 }  // namespace kelvane

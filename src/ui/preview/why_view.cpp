@@ -19,6 +19,8 @@ QStringList titles()
     QStringList list;
     for (const std::string& title : stageTitles())
         list += toQt(title);
+    for (QString& title : list)
+        title.front() = title.front().toUpper();  // the console's are written small
     list[2] = shown(say::previewWhyThis);
     list[3] = shown(say::previewWhyOther);
     return list;
