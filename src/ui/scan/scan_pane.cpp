@@ -86,6 +86,7 @@ void ScanPane::listen()
 
 void ScanPane::listenToScan()
 {
+    connect(reports_, &ScanReports::began, this, [this] { latest_ = wanted_; });
     connect(reports_, &ScanReports::captioned, progress_, &ProgressPanel::setCaption);
     connect(reports_, &ScanReports::ticked, progress_, &ProgressPanel::show);
     connect(reports_, &ScanReports::noticed, this,
@@ -128,12 +129,15 @@ void ScanPane::clear()
 void ScanPane::startAgain()
 {
     const Settings settings = link_.desktop().settings();
+    if (latest_)
+        return run(allowedOrder(*latest_, mode_));
     run(settings.lastScan ? allowedOrder(lastOrder(settings), mode_) : order());
 }
 
 void ScanPane::run(const ScanOrder& order)
 {
     pause(false);
+    wanted_ = order;
     link_.run([order, reports = QPointer<ScanReports>(reports_), pause = pause_](Workbench& bench) {
         runOrderedScan(bench, order, reports, pause);
     });

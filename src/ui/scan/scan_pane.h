@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 #include "app/questions.h"
 #include "ui/core/workbench.h"
@@ -40,7 +41,8 @@ public:
 
     // Starts what the form says; a problem is shown there.
     void start() { run(order()); }
-    // Starts the last scan again, whatever the form says by now.
+    // Starts the last scan of this window again, whatever the form says by now; before the first one that of any
+    // window.
     void startAgain();
     void run(const ScanOrder& order);
     void pause(bool paused);
@@ -69,6 +71,7 @@ private:
     QPushButton* find_;
     std::shared_ptr<PauseSwitch> pause_;
     QTimer checkSoon_;
+    std::optional<ScanOrder> wanted_, latest_;  // the latest one that was asked for here, and that began
     InterfaceMode mode_ = InterfaceMode::standard;
 };
 

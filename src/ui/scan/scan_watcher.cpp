@@ -13,7 +13,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::chrono::milliseconds pausedStep{10};
-constexpr std::uint64_t mostShown = 5;
+constexpr std::uint64_t mostShown = 3;
 constexpr std::uint64_t mostListed = 10'000;  // a log that nobody reads to its end
 
 QString lineOf(const SkippedItem& item)
