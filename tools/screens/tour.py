@@ -3,7 +3,7 @@
 MAIN = "Kelvane$"
 # The first start's choices, from the one that is preselected.
 MODES = {"advanced": ["shift+Tab"], "standard": [], "beginner": ["Tab"]}
-OPTION_PAGES = ("general", "view", "scanning", "comparing", "texts of documents", "clean-up", "notices", "kept")
+OPTION_PAGES = ("general", "view", "scanning", "comparing", "clean-up", "texts of documents", "notices", "kept")
 
 
 class Tour:
