@@ -69,6 +69,8 @@ class DesktopTest(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder)
         self.screen = Screen()
         self.addCleanup(self.screen.close)
+        # What a test that failed left behind would stay on a screen that is gone.
+        self.addCleanup(subprocess.run, [os.environ["KELVANE_EMULATOR"], "--end"], check=True)
         self.settings = self.folder / "kelvane.ini"
         self.settings.write_text(f"[general]\r\nnTipOfTheDay=0\r\nbinFlags={ADVANCED}\r\n", encoding="utf-8")
 
