@@ -11,7 +11,7 @@
 namespace kelvane {
 namespace {
 
-constexpr unsigned mostLogs = 100;
+constexpr unsigned mostLogNames = 100;
 
 // A name may hold line ends; on a line of its own it could pass for another entry.
 std::string oneLine(std::u16string text)
@@ -65,7 +65,7 @@ WrittenLog writeNew(std::string_view contents, FileOutput& output, const Places&
             const Status written = writeTo(**file, contents);
             return {path, written ? std::nullopt : std::optional(written.error())};
         }
-        if (file.error().kind != ErrorKind::exists || attempt == mostLogs)
+        if (file.error().kind != ErrorKind::exists || attempt == mostLogNames)
             return {path, file.error()};
     }
 }

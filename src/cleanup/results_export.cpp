@@ -10,7 +10,7 @@
 namespace kelvane {
 namespace {
 
-constexpr unsigned mostExports = 100;
+constexpr unsigned mostTableNames = 100;
 
 struct NewFile {
     std::filesystem::path path;
@@ -40,7 +40,7 @@ Result<NewFile> createFile(const ExportPorts& ports)
         auto file = ports.output.create(path);
         if (file)
             return NewFile{std::move(path), std::move(*file)};
-        if (file.error().kind != ErrorKind::exists || attempt == mostExports)
+        if (file.error().kind != ErrorKind::exists || attempt == mostTableNames)
             return file.error();
     }
 }

@@ -10,7 +10,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t comparedBytes = 65'536;
+constexpr std::size_t compareChunkBytes = 65'536;
 
 using Reader = std::unique_ptr<ContentReader>;
 
@@ -39,7 +39,7 @@ bool stillAsSeen(const ContentReader& reader, const ShellItem& item)
 }
 
 ContentComparer::ContentComparer(ShellNamespace& shell, const EngineOptions& options, const CancelFlag& cancel)
-    : shell_(shell), options_(options), cancel_(cancel), bufferA_(comparedBytes), bufferB_(comparedBytes)
+    : shell_(shell), options_(options), cancel_(cancel), bufferA_(compareChunkBytes), bufferB_(compareChunkBytes)
 {
 }
 
@@ -92,7 +92,7 @@ ContentResult ContentComparer::compareRange(ContentReader& a, ContentReader& b, 
     for (std::uint64_t left = length; left > 0;) {
         if (cancel_.cancelled())
             return ContentResult::cancelled;
-        const std::size_t wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, comparedBytes));
+        const std::size_t wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left, compareChunkBytes));
         const Result<std::size_t> readA = a.read(std::span(bufferA_).first(wanted));
         const Result<std::size_t> readB = b.read(std::span(bufferB_).first(wanted));
         if (!readA || !readB)

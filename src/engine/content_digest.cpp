@@ -8,7 +8,7 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t digestedBytes = 262'144;
+constexpr std::size_t digestChunkBytes = 262'144;
 
 }  // namespace
 
@@ -17,7 +17,7 @@ Result<ContentDigest> digestOf(ContentReader& reader, const CancelFlag& cancel)
     XXH3_state_t state;
     XXH3_INITSTATE(&state);
     XXH3_128bits_reset(&state);
-    std::vector<std::byte> chunk(digestedBytes);
+    std::vector<std::byte> chunk(digestChunkBytes);
     for (std::size_t count = chunk.size(); count == chunk.size();) {
         if (cancel.cancelled())
             return Error{ErrorKind::cancelled, 0, {}};

@@ -16,7 +16,7 @@ constexpr std::array<std::pair<int, int>, PreviewPoint::structure - 1> waves = {
 
 using Wave = std::array<double, pointsAlong>;
 
-// Of length 1, as are their products of one along each pointsAlong, which are at right angles to one another.
+// Of length 1, as are their products of one along each side, which are at right angles to one another.
 std::array<Wave, 5> makeWaves()
 {
     std::array<Wave, 5> made;
