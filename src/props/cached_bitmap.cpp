@@ -1,6 +1,8 @@
 #include "props/cached_bitmap.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <optional>
 
 #include "base/byte_stream.h"
@@ -15,6 +17,22 @@ constexpr std::uint8_t packedVersion = 2;
 bool withinBounds(std::uint32_t width, std::uint32_t height)
 {
     return width > 0 && height > 0 && width <= CachedBitmap::mostWidth && height <= CachedBitmap::mostHeight;
+}
+
+// Pixels are read and written whole: byte by byte, compilers make it one pixel after the other.
+static_assert(std::endian::native == std::endian::little);
+constexpr std::uint32_t colours = 0x00FFFFFF;
+
+std::uint32_t load(std::span<const std::byte> from)
+{
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, from.data(), pixelSize);
+    return pixel;
+}
+
+void store(std::uint32_t pixel, std::span<std::byte> to)
+{
+    std::memcpy(to.data(), &pixel, pixelSize);
 }
 
 std::uint8_t sum(std::uint8_t a, std::uint8_t b)
@@ -71,9 +89,8 @@ public:
                         reds = std::span(values_).last(count_);
         const std::span out(pixels);  // what is written may be any of the members, for all that the compiler knows
         for (std::size_t i = 0; i < out.size() / pixelSize; ++i) {
-            out[i * pixelSize] = std::byte{sum(blues[i], greens[i])};
-            out[i * pixelSize + 1] = std::byte{greens[i]};
-            out[i * pixelSize + 2] = std::byte{sum(reds[i], greens[i])};
+            const std::uint32_t pixel = sum(blues[i], greens[i]) | greens[i] << 8u | sum(reds[i], greens[i]) << 16u;
+            store(pixel, out.subspan(i * pixelSize, pixelSize));
         }
         return pixels;
     }
@@ -103,8 +120,9 @@ private:
 CachedBitmap::CachedBitmap(std::uint32_t width, std::uint32_t height, std::vector<std::byte> pixels)
     : width_(width), height_(height), pixels_(std::move(pixels))
 {
-    for (std::size_t i = pixelSize - 1; i < pixels_.size(); i += pixelSize)
-        pixels_[i] = std::byte{0};
+    const std::span all(pixels_);
+    for (std::size_t i = 0; i < all.size() / pixelSize; ++i)
+        store(colours & load(all.subspan(i * pixelSize, pixelSize)), all.subspan(i * pixelSize, pixelSize));
 }
 
 Ref<CachedBitmap> CachedBitmap::make(std::uint32_t width, std::uint32_t height, std::vector<std::byte> pixels)

@@ -1,6 +1,8 @@
 #include "platform/linux/cache_table.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace kelvane::linux_os {
 namespace {
@@ -26,6 +28,18 @@ constexpr const char* removeSome =
 std::int64_t stored(std::uint64_t number)
 {
     return static_cast<std::int64_t>(number);
+}
+
+CacheRow rowAt(const SqliteStatement& found, const RunCacheKey& key)
+{
+    CacheRow row;
+    row.id = found.integer(0);
+    row.key = {key.kind,           key.identity,       {static_cast<std::uint64_t>(found.integer(1))},
+               {found.integer(2)}, {found.integer(3)}, static_cast<std::uint64_t>(found.integer(4))};
+    row.usedOn = found.integer(5);
+    row.value = {found.block(8), static_cast<std::uint64_t>(found.integer(6)),
+                 static_cast<std::uint32_t>(found.integer(7))};
+    return row;
 }
 
 struct Pages {
@@ -69,21 +83,21 @@ int judgeCacheTable(SqliteDatabase& database, bool& isSound)
     return code;
 }
 
-int findCacheRow(SqliteDatabase& database, const RunCacheKey& key, CacheRow& row)
+int CacheRowFinder::find(SqliteDatabase& database, const RunCacheKey& key, CacheRow& row)
 {
-    SqliteStatement found(database, "SELECT id, size, modified, changed, shape, used, length, digest, data FROM value "
-                                    "WHERE kind = ? AND volume = ? AND file = ?");
+    constexpr std::string_view sql = "SELECT id, size, modified, changed, shape, used, length, digest, data FROM value "
+                                     "WHERE kind = ? AND volume = ? AND file = ?";
+    SqliteStatement found = statement_ ? *std::exchange(statement_, {}) : SqliteStatement(database, sql);
     found.bind(static_cast<std::int64_t>(key.kind)).bind(stored(key.identity.volume)).bind(stored(key.identity.index));
     const int code = found.step();
-    if (code != SQLITE_ROW)
-        return code;
-    row.id = found.integer(0);
-    row.key = {key.kind,           key.identity,       {static_cast<std::uint64_t>(found.integer(1))},
-               {found.integer(2)}, {found.integer(3)}, static_cast<std::uint64_t>(found.integer(4))};
-    row.usedOn = found.integer(5);
-    row.value = {found.block(8), static_cast<std::uint64_t>(found.integer(6)),
-                 static_cast<std::uint32_t>(found.integer(7))};
-    return SQLITE_OK;
+    if (code == SQLITE_ROW)
+        row = rowAt(found, key);
+    // One that failed is not used again.
+    if (code == SQLITE_ROW || code == SQLITE_DONE) {
+        found.restart();  // or the file would stay locked
+        statement_ = std::move(found);
+    }
+    return code == SQLITE_ROW ? SQLITE_OK : code;
 }
 
 int insertCacheRows(SqliteDatabase& database, std::span<const CacheRow* const> rows)

@@ -26,8 +26,17 @@ struct CacheRow {
     PackedValue value;
 };
 
-// The row of that file, whatever its size and times are; SQLITE_DONE when there is none.
-[[nodiscard]] int findCacheRow(SqliteDatabase& database, const RunCacheKey& key, CacheRow& row);
+// Looks rows up by one statement that is made once: to make it takes longer than to run it.
+class CacheRowFinder {
+public:
+    // The row of that file, whatever its size and times are; SQLITE_DONE when there is none.
+    [[nodiscard]] int find(SqliteDatabase& database, const RunCacheKey& key, CacheRow& row);
+    // Before the connection is closed or becomes another one.
+    void forget() { statement_.reset(); }
+
+private:
+    std::optional<SqliteStatement> statement_;
+};
 
 // In place of what there is of the same file. `row.id` is left out of account.
 [[nodiscard]] int insertCacheRows(SqliteDatabase& database, std::span<const CacheRow* const> rows);

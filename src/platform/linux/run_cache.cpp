@@ -13,6 +13,7 @@ namespace {
 
 using linux_os::CacheFile;
 using linux_os::CacheRow;
+using linux_os::CacheRowFinder;
 using linux_os::SqliteDatabase;
 using Value = std::vector<std::byte>;
 
@@ -73,6 +74,7 @@ private:
     const CacheFile file_;
     std::mutex mutex_;
     SqliteDatabase database_;
+    CacheRowFinder finder_;  // on the database: it goes first
     const std::uint64_t largestBytes_;
     const std::int64_t today_;
     std::map<FileKey, CacheRow> waiting_;  // put, and not written yet
@@ -119,7 +121,7 @@ std::optional<CacheRow> SqliteRunCache::rowOf(const RunCacheKey& key)
     if (!database_.isOpen())
         return std::nullopt;
     CacheRow row;
-    const int code = findCacheRow(database_, key, row);
+    const int code = finder_.find(database_, key, row);
     note(code);
     if (code != SQLITE_OK)
         return std::nullopt;
@@ -223,6 +225,7 @@ void SqliteRunCache::note(int code)
 void SqliteRunCache::renew()
 {
     touched_.clear();
+    finder_.forget();
     if (generation_++ > 0 || !file_.renew(database_))
         database_.close();
     mayWrite_ = database_.isOpen() && !database_.isReadOnly();
