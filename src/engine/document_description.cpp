@@ -43,7 +43,8 @@ TextId wordsFor(TextOutcome outcome)
     return TextId::textUnreadable;
 }
 
-// A value in the cache begins with a byte: 0 for a descriptor behind it, else 1 + the outcome of having none.
+// A value in the cache begins with a byte: 0 for a descriptor behind it, else 1 + the outcome of having none, with what
+// is known beyond it behind.
 constexpr std::byte descriptorMark{0};
 
 std::byte outcomeMark(TextOutcome outcome)
@@ -53,10 +54,9 @@ std::byte outcomeMark(TextOutcome outcome)
 
 std::vector<std::byte> packed(const DocumentDescription& description)
 {
-    if (!description.descriptor)
-        return {outcomeMark(description.outcome)};
-    std::vector<std::byte> bytes = description.descriptor->packed();
-    bytes.insert(bytes.begin(), descriptorMark);
+    const SimDocDescriptor* const descriptor = description.descriptor.get();
+    std::vector<std::byte> bytes = descriptor != nullptr ? descriptor->packed() : detailToKeep(description.detail);
+    bytes.insert(bytes.begin(), descriptor != nullptr ? descriptorMark : outcomeMark(description.outcome));
     return bytes;
 }
 
@@ -71,7 +71,8 @@ std::optional<DocumentDescription> unpacked(std::span<const std::byte> bytes)
         return description.descriptor ? std::optional(std::move(description)) : std::nullopt;
     }
     description.outcome = static_cast<TextOutcome>(std::to_integer<unsigned>(bytes.front()) - 1);
-    const bool sound = bytes.size() == 1 && description.outcome < TextOutcome::cancelled;
+    description.detail = keptDetail(bytes.subspan(1));
+    const bool sound = description.outcome < TextOutcome::cancelled;
     return sound && isLasting(description.outcome) ? std::optional(std::move(description)) : std::nullopt;
 }
 

@@ -91,14 +91,7 @@ std::optional<std::vector<NamedValue>> unpackedFacts(std::span<const std::byte> 
 // Behind an outcome other than `made` stands what is known beyond it.
 MediaFault faultOf(const Slot::Found& found)
 {
-    return {found.outcome, {}, std::string(reinterpret_cast<const char*>(found.value.data()), found.value.size())};
-}
-
-Bytes detailOf(const MediaFault& fault)
-{
-    constexpr std::size_t longest = 500;
-    const auto bytes = std::as_bytes(std::span(fault.detail));
-    return bytes.size() <= longest ? Bytes(bytes.begin(), bytes.end()) : Bytes();
+    return {found.outcome, {}, keptDetail(found.value)};
 }
 
 // Whether the file was looked at for what it says of itself, whatever became of the rest.
@@ -143,7 +136,8 @@ SoundDescription MediaDescriber::sound(const ShellItem& item, const CancelFlag& 
             return {std::move(fingerprint), {}};
     }
     MediaAnswer answer = read(item, {.facts = true, .fingerprint = true}, cancel);
-    slot.keep(answer.fault.outcome, answer.fingerprint ? answer.fingerprint->packed() : detailOf(answer.fault));
+    slot.keep(answer.fault.outcome,
+              answer.fingerprint ? answer.fingerprint->packed() : detailToKeep(answer.fault.detail));
     return {std::move(answer.fingerprint), std::move(answer.fault)};
 }
 
@@ -157,7 +151,7 @@ PreviewDescription MediaDescriber::signature(const ShellItem& item, MediaKind ki
             return {signature, nullptr, {}};
     }
     PreviewDescription made = makePreview(item, kind, cancel);
-    slot.keep(made.fault.outcome, made.signature ? made.signature->packed() : detailOf(made.fault));
+    slot.keep(made.fault.outcome, made.signature ? made.signature->packed() : detailToKeep(made.fault.detail));
     return made;
 }
 

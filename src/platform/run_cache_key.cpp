@@ -25,4 +25,16 @@ std::optional<RunCacheKey> runCacheKey(ShellNamespace& shell, const ShellItem& i
                        XXH3_128bits(shape.data(), shape.size()).low64};
 }
 
+std::vector<std::byte> detailToKeep(std::string_view detail)
+{
+    constexpr std::size_t longest = 500;
+    const auto bytes = std::as_bytes(std::span(detail));
+    return bytes.size() <= longest ? std::vector(bytes.begin(), bytes.end()) : std::vector<std::byte>();
+}
+
+std::string keptDetail(std::span<const std::byte> bytes)
+{
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
 }  // namespace kelvane
