@@ -87,19 +87,20 @@ CommandLine parseCommandLine(const CommandText& text, std::uint32_t showCommand,
     CommandLine line;
     line.showCommand = showCommand;
     const auto arguments = argumentsOf(text);
-    std::string target;
     bool switches = false;
     for (const auto& argument : arguments) {
         if (isSwitch(argument, text.syntax, exists)) {
             switches = true;
             applySwitch(argument, elevated, line);
         } else {
-            target = argument;
+            line.targets.push_back(resolved(argument, text.folder));
         }
     }
-    line.target = resolved(target, text.folder);
-    if (arguments.size() >= 2 && !switches && !exists(line.target))
-        line.target = resolved(argumentTextOf(text), text.folder);
+    if (arguments.size() < 2 || switches || exists(line.targets.back()))
+        return line;
+    const std::filesystem::path joined = resolved(argumentTextOf(text), text.folder);
+    if (exists(joined) || std::none_of(line.targets.begin(), line.targets.end(), exists))
+        line.targets = {joined};
     return line;
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "app/command_text.h"
 
@@ -20,11 +21,11 @@ inline constexpr std::uint32_t afterCrash = 0x2000;  // /X: the system started t
 
 // Handed on to whoever serves it: the first window, a further one, the helper.
 struct CommandLine {
-    std::filesystem::path target;        // the last argument that is no switch, absolute; empty when there is none
-    std::string gValue;                  // /G:text
-    std::filesystem::path settingsFile;  // /I:path, as it was given
-    std::string helperRequest;           // /S:text
-    std::uint32_t showCommand = 0;       // how the window is to appear; the desktop's own number
+    std::vector<std::filesystem::path> targets;  // the arguments that are no switches, absolute
+    std::string gValue;                          // /G:text
+    std::filesystem::path settingsFile;          // /I:path, as it was given
+    std::string helperRequest;                   // /S:text
+    std::uint32_t showCommand = 0;               // how the window is to appear; the desktop's own number
     std::uint32_t flags = 0;
 
     [[nodiscard]] bool has(std::uint32_t flag) const { return (flags & flag) != 0; }
@@ -41,8 +42,8 @@ using PathExists = std::function<bool(const std::filesystem::path&)>;
 // one of these letters after the "/", or one of I, G and S with a colon and its value, and nothing of that name exists.
 //
 // Several arguments, none of them a switch, of which the last names nothing that exists, are one path with blanks that
-// nobody put in quotation marks. Relative targets are taken from text.folder; names of the shell's own ("::{...}")
-// stay as they are.
+// nobody put in quotation marks, unless one of the others does and that path does not. Relative targets are taken from
+// text.folder; names of the shell's own ("::{...}") stay as they are.
 [[nodiscard]] CommandLine parseCommandLine(const CommandText& text, std::uint32_t showCommand, bool elevated,
                                            const PathExists& exists);
 

@@ -33,6 +33,14 @@ std::string bytesOf(const std::filesystem::path& path)
     return bytesFromNative(path.native());
 }
 
+std::string targetsOf(const CommandLine& line)
+{
+    std::string all;
+    for (const auto& target : line.targets)
+        all += (all.empty() ? "" : "|") + bytesOf(target);
+    return all;
+}
+
 TEST(WindowsArguments, AreSplitByThePublishedRules)
 {
     const struct {
@@ -81,7 +89,7 @@ TEST(CommandLine, SwitchesSetTheirFlags)
     for (const auto& [word, elevated, flags] : cases) {
         const auto line = parseCommandLine(windowsLine(std::string("k.exe ") + word), 5, elevated, only({}));
         EXPECT_EQ(line.flags, flags) << word;
-        EXPECT_TRUE(line.target.empty()) << word;
+        EXPECT_TRUE(line.targets.empty()) << word;
         EXPECT_EQ(line.showCommand, 5u);
     }
 }
@@ -93,7 +101,7 @@ TEST(CommandLine, ValuesBeginAfterThreeCharacters)
     EXPECT_EQ(bytesOf(line.settingsFile), R"(D:\my sets.ini)");
     EXPECT_EQ(line.gValue, "fast");
     EXPECT_EQ(line.helperRequest, "make");
-    EXPECT_EQ(bytesOf(line.target), R"(D:\music)");
+    EXPECT_EQ(targetsOf(line), R"(D:\music)");
 
     const auto shortOnes = parseCommandLine(windowsLine("k.exe /i /g: /Sx"), 0, false, only({}));
     EXPECT_TRUE(shortOnes.settingsFile.empty() && shortOnes.gValue.empty() && shortOnes.helperRequest.empty());
@@ -103,13 +111,15 @@ TEST(CommandLine, UnquotedPathWithBlanksIsOneTarget)
 {
     const std::string whole = R"(D:\my music\new  ones)";
     const auto target = [](const std::string& line, const PathExists& exists) {
-        return bytesOf(parseCommandLine(windowsLine(line), 0, false, exists).target);
+        return targetsOf(parseCommandLine(windowsLine(line), 0, false, exists));
     };
     EXPECT_EQ(target("k.exe " + whole + " ", only({})), whole);
-    EXPECT_EQ(target("k.exe a b", only({"b"})), "b");  // the last argument exists
-    EXPECT_EQ(target("k.exe a b /M", only({})), "b");  // a switch among them
+    EXPECT_EQ(target("k.exe a b", only({"b"})), "a|b") << "the last argument exists";
+    EXPECT_EQ(target("k.exe a b", only({"a"})), "a|b") << "another one does, and both together do not";
+    EXPECT_EQ(target("k.exe a b", only({"a", "a b"})), "a b");
+    EXPECT_EQ(target("k.exe a b /M", only({})), "a|b") << "a switch among them";
     EXPECT_EQ(target("k.exe missing", only({})), "missing");
-    EXPECT_EQ(bytesOf(parseCommandLine(posixWords({"my", "music"}), 0, false, only({})).target), "my music");
+    EXPECT_EQ(targetsOf(parseCommandLine(posixWords({"my", "music"}), 0, false, only({}))), "my music");
 }
 
 TEST(CommandLine, OnPosixASlashMostlyBeginsAPath)
@@ -129,7 +139,7 @@ TEST(CommandLine, OnPosixASlashMostlyBeginsAPath)
     for (const auto& [word, existing, flags, target] : cases) {
         const auto line = parseCommandLine(posixWords({word}), 0, false, only(existing));
         EXPECT_EQ(line.flags, flags) << word;
-        EXPECT_EQ(bytesOf(line.target), target) << word;
+        EXPECT_EQ(targetsOf(line), target) << word;
     }
 }
 

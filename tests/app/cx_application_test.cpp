@@ -115,7 +115,7 @@ TEST_F(Application, ASecondStartOpensItsWindowInTheFirstProcess)
     EXPECT_EQ(second.wait(), 0);
     const auto window = first.host.awaitWindow(2);
     ASSERT_TRUE(window);
-    EXPECT_EQ(window->commandLine().target, target);
+    EXPECT_EQ(window->commandLine().targets, std::vector{target});
     EXPECT_TRUE(window->commandLine().has(command_flag::optionM));
     EXPECT_EQ(window->commandLine().showCommand, 1u);
     EXPECT_EQ(first.end(), 0);

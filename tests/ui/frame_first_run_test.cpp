@@ -75,7 +75,7 @@ class NewWindows final : public QObject {
 public:
     NewWindows() { qApp->installEventFilter(this); }
 
-    std::vector<std::pair<std::string, std::filesystem::path>> asked;
+    std::vector<std::pair<std::string, std::vector<std::filesystem::path>>> asked;
 
 private:
     bool eventFilter(QObject* object, QEvent* event) override
@@ -83,9 +83,9 @@ private:
         auto* const window = qobject_cast<MainWindow*>(object);
         if (window != nullptr && event->type() == QEvent::Show) {
             connect(&window->link(), &WindowLink::foldersRequested, this,
-                    [this](const auto& paths) { asked.emplace_back("folder", paths.front()); });
+                    [this](const auto& paths) { asked.emplace_back("folder", paths); });
             connect(&window->link(), &WindowLink::openRequested, this,
-                    [this](const auto& path) { asked.emplace_back("file", path); });
+                    [this](const auto& path) { asked.emplace_back("file", std::vector{path}); });
         }
         return false;
     }
@@ -101,20 +101,24 @@ bool searches(const std::filesystem::path& folder)
     return false;
 }
 
-TEST(FrameStart, TakesAFolderAsTheOneToSearchAndAFileAsASavedScan)
+TEST(FrameStart, TakesFoldersAsThoseToSearchAndAFileAsASavedScan)
 {
     DesktopWorld world;
     world.tree.write("scan.ikvs", "no such thing");
+    world.tree.folder("more");
     for (const std::string target : {"files", "scan.ikvs"}) {
         NewWindows windows;
         CommandLine line;
-        line.target = world.tree.path(target);
+        line.targets = {world.tree.path(target)};
+        if (target == "files")
+            line.targets.push_back(world.tree.path("more"));
         world.application().post(OpenWindow{line});
         ASSERT_TRUE(waitUntil([&] { return !windows.asked.empty(); }));
         EXPECT_EQ(windows.asked.front().first, target == "files" ? "folder" : "file");
-        EXPECT_EQ(windows.asked.front().second, line.target);
+        EXPECT_EQ(windows.asked.front().second, line.targets);
         if (target == "files") {
-            EXPECT_TRUE(waitUntil([&] { return searches(line.target); })) << "the scan's pane has the folder";
+            for (const auto& folder : line.targets)
+                EXPECT_TRUE(waitUntil([&] { return searches(folder); })) << "the scan's pane has the folder";
         }
     }
 }

@@ -139,12 +139,11 @@ void MainWindow::dropEvent(QDropEvent* event)
 
 void MainWindow::serveTarget()
 {
-    if (const auto& target = link_.commandLine().target; !target.empty())
-        openOrSearch({target});
+    openOrSearch(link_.commandLine().targets);
 }
 
-// Folders are to be searched, a file is a scan that was saved; what is not there is left to whoever opens it to
-// complain of.
+// Folders are to be searched, a file is a scan that was saved; what is not there is left to whoever opens it, or
+// searches it beside others, to complain of.
 void MainWindow::openOrSearch(const std::vector<std::filesystem::path>& paths)
 {
     if (paths.empty())
@@ -152,12 +151,16 @@ void MainWindow::openOrSearch(const std::vector<std::filesystem::path>& paths)
     link_.fetch(
         this,
         [paths](Workbench& bench) {
-            std::vector<std::filesystem::path> folders;
+            std::vector<std::filesystem::path> folders, missing;
             for (const std::filesystem::path& path : paths) {
                 const auto found = bench.platform().files().details(path, Links::followed);
-                if (found.ok() && found->kind == FileKind::folder)
+                if (!found.ok())
+                    missing.push_back(path);
+                else if (found->kind == FileKind::folder)
                     folders.push_back(path);
             }
+            if (!folders.empty())
+                folders.insert(folders.end(), missing.begin(), missing.end());
             return folders;
         },
         [this, first = paths.front()](const std::vector<std::filesystem::path>& folders) {

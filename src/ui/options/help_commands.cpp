@@ -69,7 +69,7 @@ void showTipAtStart(WindowLink& link)
     const bool isFirstWindow = link.desktop().application().windowCount() <= 1;
     const bool beginner = (settings.flags & settings_flag::beginner) != 0;
     const CommandLine& line = link.commandLine();
-    const bool isPlainStart = line.target.empty() && !line.has(command_flag::afterCrash);
+    const bool isPlainStart = line.targets.empty() && !line.has(command_flag::afterCrash);
     if (settings.tipOfTheDay != 0 && settings.useCount > 1 && !beginner && isFirstWindow && isPlainStart)
         showDialog<TipsDialog>(link);
 }

@@ -40,7 +40,9 @@ public:
 
     std::unique_ptr<Window> makeWindow(CXInstance& instance) override
     {
-        const std::string target = bytesFromNative(instance.commandLine().target.filename().native());
+        const auto& targets = instance.commandLine().targets;
+        const std::string target =
+            targets.empty() ? std::string() : bytesFromNative(targets.back().filename().native());
         note(target);
         if (target == "crash")
             crashWhenTold(log_);
