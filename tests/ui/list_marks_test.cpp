@@ -197,6 +197,32 @@ TEST_F(ListMarks, TheFilterWaitsForEnoughCharactersAndEscapeTakesItBack)
     EXPECT_TRUE(view().hasFocus());
 }
 
+TEST_F(ListMarks, AListWithoutItsFilterIsAtTheFileWhereThePersonWas)
+{
+    std::vector<std::vector<std::string>> groups;
+    for (int number = 100; number < 200; ++number)
+        groups.push_back({"one" + std::to_string(number), "other" + std::to_string(number)});
+    world.loadList(groups);
+    auto* const filter = world.find<QLineEdit>("filterEdit");
+    const auto filterBy = [&](const char* words, Row rowsLeft) {
+        filter->setText(QString::fromLatin1(words));
+        ASSERT_TRUE(waitUntil([&] { return rows().count() == rowsLeft; })) << words;
+    };
+    const auto isSeen = [&](Row row) {
+        const QRect rect = view().rectOf(row);
+        return view().currentRow() == row && rect.top() >= 0 && rect.bottom() <= view().viewport()->height();
+    };
+    view().goTo(150, Qt::NoModifier);
+    ASSERT_NO_FATAL_FAILURE(filterBy("one11", 10));
+    ASSERT_NO_FATAL_FAILURE(filterBy("", 200));
+    EXPECT_TRUE(isSeen(150)) << "the file that was left, since the person went nowhere else";
+
+    ASSERT_NO_FATAL_FAILURE(filterBy("other19", 10));
+    view().goTo(7, Qt::NoModifier);
+    ASSERT_NO_FATAL_FAILURE(filterBy("", 200));
+    EXPECT_TRUE(isSeen(195)) << "the file that was found by the filter";
+}
+
 TEST_F(ListMarks, CommandsAnswerInTheStatusLine)
 {
     QStringList told;

@@ -102,6 +102,7 @@ void FilterBar::apply(const QString& text)
     if (text.isEmpty() && !filters_)
         return;  // nothing of this bar's to take back: what is hidden otherwise stays so
     filters_ = !text.isEmpty();
+    Q_EMIT applied();
     link_.runOnList(
         [wanted = fromQt(text), all = allColumns_->isChecked()](Workbench& bench) { filterBy(bench, wanted, all); });
 }

@@ -21,7 +21,8 @@ public:
     [[nodiscard]] QLineEdit& edit() const { return *edit_; }
 
 Q_SIGNALS:
-    void left();  // the person is done here, and back at the list
+    void applied();  // another filter, or none any more: the rows change now
+    void left();     // the person is done here, and back at the list
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -40,6 +40,7 @@ ResultsPane::ResultsPane(WindowLink& link, QWidget* parent)
     column->addWidget(view_, 1);
     setFocusProxy(view_);
     connect(filter_, &FilterBar::left, view_, [this] { view_->setFocus(); });
+    connect(filter_, &FilterBar::applied, view_, &ResultsView::showCurrentOnceChanged);
     connect(view_, &ResultsView::typed, this, &ResultsPane::findNext);
     connect(&view_->header(), &QHeaderView::sectionMoved, this, [this] { useColumns(view_->header().namesInOrder()); });
     connect(&view_->header(), &ListHeader::widthChosen, this,

@@ -42,6 +42,8 @@ ResultsView::ResultsView(WindowLink& link, QWidget* parent)
     tagColors_ = colorsOf(link.desktop().settings());
     connect(&link, &WindowLink::rowsPatched, this, [this](Row first, Row before, Row after) {
         patched();
+        if (before != after)
+            showCurrent();
         tellRows(*this, first, before, after);
     });
     connect(&link, &WindowLink::figuresChanged, this, &ResultsView::figuresCame);
@@ -54,7 +56,10 @@ ResultsView::ResultsView(WindowLink& link, QWidget* parent)
     connect(cells_, &CellCache::arrived, this, [this] { tellTexts(*this); });
     connect(pictures_, &ThumbnailCache::arrived, viewport(), qOverload<>(&QWidget::update));
     connect(&link, &WindowLink::listBegan, pictures_, &ThumbnailCache::clear);
-    connect(&link, &WindowLink::listBegan, this, [this] { hadRows_ = link_.rows().count() > 0; });
+    connect(&link, &WindowLink::listBegan, this, [this] {
+        hadRows_ = link_.rows().count() > 0;
+        chosen_.reset();
+    });
     connect(header_, &QHeaderView::sectionResized, this, &ResultsView::columnsChanged);
     connect(header_, &QHeaderView::sectionMoved, this, &ResultsView::columnsChanged);
     measure();
@@ -160,13 +165,39 @@ void ResultsView::figuresCame()
     grouped_ = grouped;
 }
 
+// Within the view; nothing while the current row is out of it.
+std::optional<int> ResultsView::heightOfCurrent() const
+{
+    if (!current_ || *current_ >= layout_.rowCount())
+        return std::nullopt;
+    const int height = layout_.lineTop(*current_) - offsetY();
+    const bool inView = height >= 0 && height + layout_.measures().lineHeight <= viewport()->height();
+    return inView ? std::optional(height) : std::nullopt;
+}
+
+// Rows that come and go leave the current one where it was, if it could be seen: whoever takes a filter away again
+// looks at the file that was found by it.
 void ResultsView::patched()
 {
+    const std::optional<int> height = heightOfCurrent();
     layout_.rebuild(link_.rows());
     hadRows_ = hadRows_ || link_.rows().count() > 0;
     keepCurrent();
     updateScrollBars();
+    if (current_ && height && (offsetY() > 0 || !heightOfCurrent()))
+        verticalScrollBar()->setValue(layout_.lineTop(*current_) - *height);
     viewport()->update();
+}
+
+void ResultsView::showCurrentOnceChanged()
+{
+    shows_ = true;
+}
+
+void ResultsView::showCurrent()
+{
+    if (std::exchange(shows_, false) && current_)
+        scrollTo(*current_);
 }
 
 // The current item stays the current one wherever it went; one that left makes way for its neighbour.
@@ -185,6 +216,10 @@ void ResultsView::keepCurrent()
     } else if (*current_ >= rows.count() || rows.at(*current_).item != *item) {
         current_ = rows.find(*item).value_or(std::min(*current_, rows.count() - 1));
     }
+    if (!chosen_)
+        chosen_ = rows.at(*current_).item;
+    if (rows.at(*current_).item != *chosen_)
+        current_ = rows.find(*chosen_).value_or(*current_);
     link_.setCurrentItem(rows.at(*current_).item);
 }
 

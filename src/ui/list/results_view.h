@@ -50,6 +50,8 @@ public:
     [[nodiscard]] QRect tickRectOf(Row row) const;
     [[nodiscard]] std::optional<Row> rowAt(const QPoint& point) const;
     void scrollTo(Row row);
+    // The rows are about to be others, as the person wanted: the view goes to where the current one is then.
+    void showCurrentOnceChanged();
     // The header has others now.
     void columnsChanged();
 
@@ -77,6 +79,8 @@ private:
     void updateScrollBars();
     void wantCells();
     void patched();
+    void showCurrent();
+    [[nodiscard]] std::optional<int> heightOfCurrent() const;
     void figuresCame();
     void keepCurrent();
 
@@ -104,11 +108,13 @@ private:
     std::vector<QColor> tagColors_;
     std::optional<Row> current_;
     std::optional<ItemId> anchor_;        // where a range of rows begins
+    std::optional<ItemId> chosen_;        // where the person went: current again when it comes back into view
     std::optional<QPoint> pressed_;       // where a drag may begin
     std::optional<Row> pressedSelected_;  // a plain click on a selected row counts when the button is let go
     bool grouped_ = true;
     bool thumbnails_ = false;
     bool hadRows_ = false;  // this list, at any time
+    bool shows_ = false;    // the next change of rows ends at the current one
 };
 
 }  // namespace kelvane

@@ -48,7 +48,8 @@ void ResultsView::setCurrentRow(Row row)
     if (row >= layout_.rowCount())
         return;
     current_ = row;
-    link_.setCurrentItem(link_.rows().at(row).item);
+    chosen_ = link_.rows().at(row).item;
+    link_.setCurrentItem(*chosen_);
     tellCurrent(*this);
     scrollTo(row);
     viewport()->update();
