@@ -27,7 +27,8 @@ namespace {
 
 namespace say = desktop_text;
 
-constexpr int delayMs = 150;  // of the preview behind a key or click
+constexpr int delayMs = 150;     // of the preview behind a key or click
+constexpr int leastWidth = 520;  // of the rules
 
 const char* nameOf(KeepRule rule)
 {
@@ -94,7 +95,7 @@ MarkWizardDialog::MarkWizardDialog(WindowLink& link, WizardFacts facts)
     layout->addWidget(makeRules());
     layout->addWidget(makeEffect());
     layout->addWidget(makeButtons());
-    setMinimumWidth(540);
+    setMinimumWidth(leastWidth + layout->contentsMargins().left() + layout->contentsMargins().right());
     resize(sizeHint());        // a dialog would take two thirds of the screen at most, and hide the further rules
     apply_->setDefault(true);  // not before it is in the dialog
     if (QAbstractButton* const preselected = choices_->checkedButton())
@@ -113,7 +114,7 @@ QWidget* MarkWizardDialog::makeRules()
     if ((link_.desktop().settings().flags & settings_flag::advanced) != 0)
         addFurtherRules(*layout);
     layout->addStretch();
-    area_ = new RulesArea(*rules);
+    area_ = new RulesArea(*rules, leastWidth);
     return area_;
 }
 

@@ -11,7 +11,7 @@ constexpr int aroundThem = 320;  // pixels of the dialog and of its frame
 
 }  // namespace
 
-RulesArea::RulesArea(QWidget& rules)
+RulesArea::RulesArea(QWidget& rules, int leastWidth) : leastWidth_(leastWidth)
 {
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -23,7 +23,9 @@ RulesArea::RulesArea(QWidget& rules)
 
 QSize RulesArea::sizeHint() const
 {
-    const QSize wanted = widget()->sizeHint();
+    QSize wanted = widget()->sizeHint();
+    if (const int width = std::max(wanted.width(), leastWidth_); widget()->hasHeightForWidth())
+        wanted.setHeight(widget()->heightForWidth(width));
     const int most = screen()->availableGeometry().height() - aroundThem;
     return {wanted.width() + verticalScrollBar()->sizeHint().width(), std::min(wanted.height(), most)};
 }

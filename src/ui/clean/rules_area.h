@@ -8,10 +8,13 @@ namespace kelvane {
 
 class RulesArea final : public QScrollArea {
 public:
-    // Takes them over.
-    explicit RulesArea(QWidget& rules);
+    // Takes them over. They stand at least so wide, which says how high they are: long lines are wrapped.
+    explicit RulesArea(QWidget& rules, int leastWidth);
 
     [[nodiscard]] QSize sizeHint() const override;
+
+private:
+    int leastWidth_;
 };
 
 }  // namespace kelvane

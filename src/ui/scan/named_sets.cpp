@@ -23,10 +23,10 @@ QString menuText(const std::u16string& name)
 
 NamedSetsButton::NamedSetsButton(const Desktop& desktop, List list, TextId label,
                                  std::function<std::u16string()> current, QWidget* parent)
-    : QToolButton(parent), desktop_(desktop), list_(list), current_(std::move(current))
+    : QPushButton(parent), desktop_(desktop), list_(list), current_(std::move(current))
 {
     setText(shown(label));
-    setPopupMode(QToolButton::InstantPopup);
+    setAutoDefault(false);  // Enter in a dialog means its OK
     auto* const menu = new QMenu(this);
     setMenu(menu);
     connect(menu, &QMenu::aboutToShow, this, &NamedSetsButton::fill);

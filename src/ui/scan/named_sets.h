@@ -1,7 +1,7 @@
 // A button with a menu of named sets: to take one, to save what is there as another, to delete one.
 #pragma once
 
-#include <QToolButton>
+#include <QPushButton>
 #include <functional>
 #include <vector>
 
@@ -12,7 +12,7 @@ namespace kelvane {
 
 class Desktop;
 
-class NamedSetsButton final : public QToolButton {
+class NamedSetsButton final : public QPushButton {
     Q_OBJECT
 
 public:
