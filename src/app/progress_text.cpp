@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "base/filled_text.h"
-#include "base/size_text.h"
 
 namespace kelvane {
 namespace {
@@ -61,14 +60,14 @@ ProgressFigures figuresOf(const ScanProgress& progress)
     return {phaseText(progress.phase), progress.items, progress.totalItems, progress.bytes, progress.totalBytes};
 }
 
-ProgressTexts progressTexts(const ProgressFigures& figures, std::uint64_t elapsed)
+ProgressTexts progressTexts(const ProgressFigures& figures, std::uint64_t elapsed, const SizeWords& size)
 {
     ProgressTexts texts{itemsText(figures), {}, {}, {}};
     if (figures.bytes > 0)
-        texts.read = figures.bytesAreRead ? filledText(TextId::progressRead, {sizeText({figures.bytes})})
-                                          : sizeText({figures.bytes});
+        texts.read =
+            figures.bytesAreRead ? filledText(TextId::progressRead, {size({figures.bytes})}) : size({figures.bytes});
     if (figures.bytesAreRead && figures.bytes > 0 && elapsed >= 1000)
-        texts.pace = filledText(TextId::progressPace, {sizeText({figures.bytes * 1000 / elapsed})});
+        texts.pace = filledText(TextId::progressPace, {size({figures.bytes * 1000 / elapsed})});
     if (const auto left = timeLeft(figures, elapsed))
         texts.left = filledText(TextId::progressLeft, {minutesText(*left)});
     return texts;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "base/size_text.h"
 #include "engine/scan_observer.h"
 
 namespace kelvane {
@@ -31,6 +32,7 @@ struct ProgressTexts {
 };
 
 // elapsed: milliseconds since the part began.
-[[nodiscard]] ProgressTexts progressTexts(const ProgressFigures& figures, std::uint64_t elapsed);
+[[nodiscard]] ProgressTexts progressTexts(const ProgressFigures& figures, std::uint64_t elapsed,
+                                          const SizeWords& size = sizeText);
 
 }  // namespace kelvane

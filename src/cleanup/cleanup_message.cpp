@@ -1,7 +1,6 @@
 #include "cleanup/cleanup_message.h"
 
 #include "base/filled_text.h"
-#include "base/size_text.h"
 #include "base/utf.h"
 
 namespace kelvane {
@@ -14,12 +13,12 @@ std::uint64_t reclaimedBytes(MarkSum marked, std::uint64_t removed)
     return marked.bytes / marked.items * removed + marked.bytes % marked.items * removed / marked.items;
 }
 
-std::u16string cleanupMessage(MarkSum marked, std::uint64_t removed, bool recycled)
+std::u16string cleanupMessage(MarkSum marked, std::uint64_t removed, bool recycled, const SizeWords& size)
 {
     if (removed == 0)
         return {};
     std::string message =
-        filledText(TextId::cleanupComplete, {std::to_string(removed), sizeText({reclaimedBytes(marked, removed)})});
+        filledText(TextId::cleanupComplete, {std::to_string(removed), size({reclaimedBytes(marked, removed)})});
     if (removed < marked.items)
         message += filledText(TextId::cleanupNotAll);
     if (recycled)

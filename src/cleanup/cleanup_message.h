@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/size_text.h"
 #include "results/results_model.h"
 
 namespace kelvane {
@@ -12,6 +13,7 @@ namespace kelvane {
 [[nodiscard]] std::uint64_t reclaimedBytes(MarkSum marked, std::uint64_t removed);
 
 // Empty when nothing was removed.
-[[nodiscard]] std::u16string cleanupMessage(MarkSum marked, std::uint64_t removed, bool recycled);
+[[nodiscard]] std::u16string cleanupMessage(MarkSum marked, std::uint64_t removed, bool recycled,
+                                            const SizeWords& size = sizeText);
 
 }  // namespace kelvane

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "base/filled_text.h"
-#include "base/size_text.h"
 #include "base/utf.h"
 #include "platform/native_text.h"
 
@@ -83,11 +82,11 @@ std::string lossNote(const CleanupPlan& plan)
     return paragraph(escaped(filledText(TextId::summaryLoses, {countedFiles(static_cast<std::uint64_t>(losing))})));
 }
 
-std::string notesOn(const CleanupPlan& plan, std::span<const TrashlessVolume> deletedForGood)
+std::string notesOn(const CleanupPlan& plan, std::span<const TrashlessVolume> deletedForGood, const SizeWords& size)
 {
     const bool later = plan.action == CleanupAction::recycle && deletedForGood.empty();
-    std::string notes = paragraph(
-        escaped(filledText(later ? TextId::summaryFreesLater : TextId::summaryFrees, {sizeText({plan.frees})})));
+    std::string notes =
+        paragraph(escaped(filledText(later ? TextId::summaryFreesLater : TextId::summaryFrees, {size({plan.frees})})));
     for (const TrashlessVolume& volume : deletedForGood)
         notes += paragraph(escaped(filledText(
             TextId::summaryForGood, {countedFiles(volume.items), toUtf8(displayFromNative(volume.place.native()))})));
@@ -96,13 +95,13 @@ std::string notesOn(const CleanupPlan& plan, std::span<const TrashlessVolume> de
 
 }  // namespace
 
-std::string summaryPage(const CleanupPlan& plan, std::span<const TrashlessVolume> deletedForGood)
+std::string summaryPage(const CleanupPlan& plan, std::span<const TrashlessVolume> deletedForGood, const SizeWords& size)
 {
-    std::string page = pageTemplate(notesOn(plan, deletedForGood));
+    std::string page = pageTemplate(notesOn(plan, deletedForGood, size));
     const bool links = plan.action == CleanupAction::link;
     replaceAll(page, "<%MODE%>", words(links ? TextId::modeLink : TextId::modeDelete));
     replaceAll(page, "<%NDUP%>", std::to_string(plan.marked.items));
-    replaceAll(page, "<%FSIZE%>", sizeText({plan.marked.bytes}));
+    replaceAll(page, "<%FSIZE%>", size({plan.marked.bytes}));
     replaceAll(page, "<%ISFS%>", trueOrFalse(plan.allInFileSystem));
     replaceAll(page, "<%UNDO%>", trueOrFalse(plan.canBeUndone()));
     return page;

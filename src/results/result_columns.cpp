@@ -11,12 +11,6 @@ namespace {
 
 constexpr std::uint64_t ticksPerSecond = 10'000'000;
 
-bool isSize(const PropRef& column)
-{
-    return column.identifier == property_id::size || column.identifier == property_id::fileAllocationSize ||
-           column.info->name == "Stock.TotalFileSize";
-}
-
 // Up to the minute: what comes behind says nothing to people.
 std::u16string dateText(std::uint64_t ticks)
 {
@@ -72,6 +66,12 @@ std::u16string cellText(ItemContext& file, const PropRef& column, const Property
     std::u16string text;
     withListValue(file, column, properties, [&](const PropValue& value) { text = value.text; });
     return text;
+}
+
+bool isSize(const PropRef& column)
+{
+    return column.identifier == property_id::size || column.identifier == property_id::fileAllocationSize ||
+           column.info->name == "Stock.TotalFileSize";
 }
 
 bool isDuration(const PropRef& column)

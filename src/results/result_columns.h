@@ -14,6 +14,9 @@ namespace kelvane {
 // "0:03:25", everything else as formatRaw() does; empty for a missing value.
 [[nodiscard]] std::u16string cellText(ItemContext& file, const PropRef& column, const PropertySource& properties);
 
+// Whether the values are numbers of bytes.
+[[nodiscard]] bool isSize(const PropRef& column);
+
 // Whether the values are lengths of time, in 100-nanosecond units.
 [[nodiscard]] bool isDuration(const PropRef& column);
 

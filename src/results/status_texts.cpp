@@ -1,6 +1,5 @@
 #include "results/status_texts.h"
 
-#include "base/size_text.h"
 #include "base/text_table.h"
 #include "base/utf.h"
 #include "engine/message_text.h"
@@ -16,30 +15,30 @@ std::u16string withNumber(TextId id, std::u16string_view place, std::uint64_t nu
     return filled;
 }
 
-std::u16string sumText(TextId id, const MarkSum& sum)
+std::u16string sumText(TextId id, const MarkSum& sum, const SizeWords& size)
 {
-    return withText(withNumber(id, u"%d", sum.items), toUtf16(sizeText({sum.bytes})));
+    return withText(withNumber(id, u"%d", sum.items), toUtf16(size({sum.bytes})));
 }
 
 }  // namespace
 
-std::optional<std::u16string> markedText(const ResultsModel& model)
+std::optional<std::u16string> markedText(const ResultsModel& model, const SizeWords& size)
 {
     if (model.rowCount() == 0)
         return std::u16string(text(TextId::statusEmpty));
     const MarkSum ticked = model.inView(Mark::ticked);
     if (!model.hasTickBoxes() || ticked.items == 0)
         return std::nullopt;
-    return sumText(TextId::statusMarked, ticked);
+    return sumText(TextId::statusMarked, ticked, size);
 }
 
-std::optional<std::u16string> itemsText(const ResultsModel& model)
+std::optional<std::u16string> itemsText(const ResultsModel& model, const SizeWords& size)
 {
     if (model.rowCount() == 0)
         return std::nullopt;
     const MarkSum selected = model.inView(Mark::selected);
     if (selected.items > 1)
-        return sumText(TextId::statusSelected, selected);
+        return sumText(TextId::statusSelected, selected, size);
     return withNumber(TextId::statusItems, u"%u", model.rowCount());
 }
 

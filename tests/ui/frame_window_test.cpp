@@ -131,7 +131,7 @@ TEST(FrameWindow, SumsGroupsUpAndLeadsToThem)
     ASSERT_TRUE(waitUntil([&] { return biggest->topLevelItemCount() == 2; }));
     EXPECT_EQ(biggest->topLevelItem(0)->text(0), QStringLiteral("8192 bytes"));
     EXPECT_EQ(world.find<QLabel>("groups.sum")->text(),
-              QStringLiteral("Groups: 2   Duplicates: 3   Can be freed: 8200 bytes"));
+              QStringLiteral("Groups: 2   Duplicates in them: 5   Can go: 3 (8200 bytes)"));
 
     std::optional<ItemId> wanted;
     QObject::connect(&world.link(), &WindowLink::itemWanted, [&](ItemId item) { wanted = item; });

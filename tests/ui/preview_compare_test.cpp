@@ -78,7 +78,7 @@ TEST(PreviewWhy, ShowsTheStagesOfTheComparison)
     auto* const stages = preview.world.find<QTreeWidget>("preview.why");
     ASSERT_TRUE(waitUntil([&] { return stages->topLevelItemCount() > 0; }));
     const auto* const last = stages->topLevelItem(stages->topLevelItemCount() - 1);
-    EXPECT_EQ(last->text(1), QStringLiteral("content"));
+    EXPECT_EQ(last->text(1), QStringLiteral("Contents"));
     EXPECT_EQ(last->text(7), shown(TextId::stageEqual));
     EXPECT_TRUE(preview.says("preview.whyLines", shown(TextId::filesMatch)));
     EXPECT_TRUE(preview.says("preview.whyAgainst", QStringLiteral("a.bin")));

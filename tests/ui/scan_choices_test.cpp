@@ -5,8 +5,8 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
-#include <QToolButton>
 #include <QTreeWidget>
+#include <set>
 
 #include "app/kept_scans.h"
 #include "base/desktop_texts/scan.h"
@@ -49,6 +49,13 @@ TEST(PropertyPicker, FindsPropertiesAndKeepsTheOrderOfTheTicks)
         kinds.append(tree.topLevelItem(at)->text(0));
     for (const TextId kind : {TextId::kindNumber, TextId::kindDate, TextId::kindText, TextId::kindEnumerated})
         EXPECT_TRUE(kinds.contains(shown(kind))) << shown(kind).toStdString();
+
+    std::set<QString> labels;
+    for (QTreeWidgetItemIterator at(&tree, QTreeWidgetItemIterator::NoChildren); *at != nullptr; ++at) {
+        const QString label = (*at)->text(0);
+        EXPECT_TRUE(labels.insert(label).second) << label.toStdString() << " is there twice";
+        EXPECT_FALSE((label + (*at)->text(1)).contains(QStringLiteral("System."))) << label.toStdString();
+    }
 
     QTreeWidgetItem* const title = propertyItem(tree, QStringLiteral("System.Title"));
     QTreeWidgetItem* const size = propertyItem(tree, QStringLiteral("System.Size"));
@@ -155,7 +162,7 @@ TEST(FolderSets, AreSavedTakenAndDeleted)
 {
     DesktopWorld world;
     dropFolder(world, "scan.folderList", world.tree.path("files"));
-    auto* const button = world.find<QToolButton>("scan.folderSets");
+    auto* const button = world.find<QPushButton>("scan.folderSets");
     const auto menu = [&]() -> QMenu& {
         Q_EMIT button->menu()->aboutToShow();
         return *button->menu();

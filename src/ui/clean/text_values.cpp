@@ -6,9 +6,9 @@
 #include "app/error_text.h"
 #include "base/desktop_texts/clean.h"
 #include "base/filled_text.h"
-#include "base/size_text.h"
 #include "base/utf.h"
 #include "platform/native_text.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 
 namespace kelvane {
@@ -30,7 +30,7 @@ QString countedGroups(std::uint64_t count)
 
 QString sizeShown(std::uint64_t bytes)
 {
-    return toQt(sizeText({bytes}));
+    return shownSize(bytes);
 }
 
 QString timeShown(FileTime time)

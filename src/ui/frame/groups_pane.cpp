@@ -9,8 +9,8 @@
 #include <algorithm>
 
 #include "base/desktop_texts/frame.h"
-#include "base/size_text.h"
 #include "platform/shell_namespace.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -68,8 +68,8 @@ QTreeWidget* makeTree()
 
 QTreeWidgetItem* rowOf(const GroupSummary::Big& group)
 {
-    auto* const row = new QTreeWidgetItem({toQt(sizeText(FileSize{group.freed})), QLocale().toString(group.files),
-                                           group.name, QLocale().toString(group.number)});
+    auto* const row = new QTreeWidgetItem(
+        {shownSize(group.freed), QLocale().toString(group.files), group.name, QLocale().toString(group.number)});
     row->setData(0, itemRole, QVariant::fromValue(static_cast<std::uint32_t>(group.first)));
     for (const int column : numberColumns)
         row->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
@@ -81,9 +81,8 @@ QTreeWidgetItem* rowOf(const GroupSummary::Big& group)
 GroupSummary summaryOf(ResultsModel& model, ShellNamespace& shell)
 {
     GroupSummary summary;
-    std::uint64_t items = 0;
     model.forEachItem([&](ItemId id) {
-        ++items;
+        ++summary.files;
         const ResultGroup& group = model.groupOf(id);
         if (group.members.front() != id)
             return;
@@ -91,7 +90,6 @@ GroupSummary summaryOf(ResultsModel& model, ShellNamespace& shell)
         summary.freed += summary.biggest.back().freed;
     });
     summary.groups = summary.biggest.size();
-    summary.duplicates = items - summary.groups;
     keepBiggest(summary.biggest);
     for (GroupSummary::Big& group : summary.biggest)
         group.name = toQt(shell.displayName(model.item(group.first).file.item()));
@@ -156,8 +154,9 @@ void GroupsPane::show(const GroupSummary& summary)
         return;
     }
     const auto number = [](std::uint64_t value) { return QLocale().toString(value).toStdString(); };
-    sum_->setText(shown(desktop_text::groupsSummary,
-                        {number(summary.groups), number(summary.duplicates), sizeText(FileSize{summary.freed})}));
+    sum_->setText(
+        shown(desktop_text::groupsSummary, {number(summary.groups), number(summary.files),
+                                            number(summary.files - summary.groups), shownSizeText({summary.freed})}));
     QList<QTreeWidgetItem*> rows;
     for (const GroupSummary::Big& group : summary.biggest)
         rows.push_back(rowOf(group));

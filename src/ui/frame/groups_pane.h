@@ -24,7 +24,7 @@ struct GroupSummary {
         QString name;
     };
     std::uint64_t groups = 0;
-    std::uint64_t duplicates = 0;  // files beside one of each group
+    std::uint64_t files = 0;  // in them, as the status line counts duplicates
     std::uint64_t freed = 0;
     std::vector<Big> biggest;  // the biggest one first, at most mostBigGroups
 };

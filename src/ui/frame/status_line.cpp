@@ -7,6 +7,7 @@
 
 #include "base/desktop_texts/frame.h"
 #include "results/status_texts.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -49,7 +50,8 @@ void StatusLine::askForTexts()
         this,
         [](Workbench& bench) {
             const auto orEmpty = [](const std::optional<std::u16string>& text) { return toQt(text.value_or(u"")); };
-            return std::pair(orEmpty(markedText(bench.results())), orEmpty(itemsText(bench.results())));
+            return std::pair(orEmpty(markedText(bench.results(), shownSizeText)),
+                             orEmpty(itemsText(bench.results(), shownSizeText)));
         },
         [this](const std::pair<QString, QString>& texts) {
             marked_->setText(texts.first);

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "results/result_columns.h"
-#include "ui/core/text.h"
+#include "ui/core/shown_values.h"
 #include "ui/list/list_columns.h"
 
 namespace kelvane {
@@ -47,8 +46,8 @@ CellCache::Texts CellCache::textsOf(Workbench& bench, const std::vector<ItemId>&
             continue;
         texts[index].group = bench.results().item(items[index]).groupNumber();
         for (const PropRef& column : columns)
-            texts[index].texts.append(shownInOneLine(
-                toQt(cellText(bench.results().file(items[index]), column, bench.session()->access.source))));
+            texts[index].texts.append(
+                shownInOneLine(shownCell(bench.results().file(items[index]), column, bench.session()->access.source)));
     }
     return texts;
 }

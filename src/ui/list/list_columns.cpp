@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "results/result_columns.h"
-#include "ui/core/text.h"
+#include "ui/core/property_titles.h"
 
 namespace kelvane {
 namespace {
@@ -22,7 +21,7 @@ void append(std::vector<PropRef>& columns, const PropRef& column)
 ListColumn described(const PropRef& column)
 {
     const bool right = column.kind() == PropKind::number || column.kind() == PropKind::real;
-    return {std::string(column.info->name), toQt(columnTitle(column)), right};
+    return {std::string(column.info->name), propertyTitle(column), right};
 }
 
 std::vector<PropRef> columnsOfEveryList(const PropertyCatalogue& catalogue)
@@ -78,12 +77,12 @@ std::vector<ListColumn> furtherColumns(Workbench& bench)
     const std::vector<PropRef>& inView = columnsInView(bench);
     for (const std::string& name : catalogue.names()) {
         const PropRef property = catalogue.byName(name);
-        if (property && !property.info->displayName.empty() && property.kind() != PropKind::none &&
+        if (isForPeople(property) && !property.info->displayName.empty() &&
             std::find(inView.begin(), inView.end(), property) == inView.end())
             columns.push_back(described(property));
     }
     std::sort(columns.begin(), columns.end(), [](const ListColumn& one, const ListColumn& other) {
-        return one.title.compare(other.title, Qt::CaseInsensitive) < 0;
+        return one.title.localeAwareCompare(other.title) < 0;
     });
     return columns;
 }

@@ -8,7 +8,8 @@
 
 #include "base/desktop_texts/list.h"
 #include "platform/native_text.h"
-#include "results/result_columns.h"
+#include "ui/core/property_titles.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 #include "ui/list/item_commands.h"
@@ -41,9 +42,9 @@ ItemFacts factsOf(Workbench& bench, ItemId id)
         if (std::find(properties.begin(), properties.end(), column) == properties.end())
             properties.push_back(column);
     for (const PropRef& property : properties) {
-        const QString value = property ? shownInOneLine(toQt(cellText(file, property, source))) : QString();
+        const QString value = property ? shownInOneLine(shownCell(file, property, source)) : QString();
         if (!value.isEmpty())
-            facts.rows.emplace_back(toQt(columnTitle(property)), value);
+            facts.rows.emplace_back(propertyTitle(property), value);
     }
     return facts;
 }

@@ -1,10 +1,10 @@
 // Rules that tick all copies but one of each group, at one click.
 #include "base/desktop_texts/list.h"
 #include "base/filled_text.h"
-#include "base/size_text.h"
 #include "base/utf.h"
 #include "results/mark_wizard.h"
 #include "results/marking_rules.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/window_link.h"
 #include "ui/list/list_commands.h"
 
@@ -29,8 +29,8 @@ void keepBy(WindowLink& link, KeepRule rule)
         plan.chain.push_back({rule, {}, {}});
         const auto marked =
             applyMarks(bench.results(), plan, {bench.session()->access.source, bench.platform().paths()});
-        bench.tell(toUtf16(marked ? filledText(desktop_text::listRuleDone,
-                                               {std::to_string(marked->marked.items), sizeText({marked->marked.bytes})})
+        bench.tell(toUtf16(marked ? filledText(desktop_text::listRuleDone, {std::to_string(marked->marked.items),
+                                                                            shownSizeText({marked->marked.bytes})})
                                   : marked.error().detail));
     });
 }

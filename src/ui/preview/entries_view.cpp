@@ -3,7 +3,7 @@
 #include <QHeaderView>
 
 #include "base/desktop_texts/preview.h"
-#include "base/size_text.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 
 namespace kelvane {
@@ -38,7 +38,7 @@ void EntriesView::show(const std::vector<ListedEntry>& entries)
     clear();
     QList<QTreeWidgetItem*> rows;
     for (const ListedEntry& entry : entries) {
-        const QString size = entry.folder ? shown(say::previewFolder) : toQt(sizeText(FileSize{entry.bytes}));
+        const QString size = entry.folder ? shown(say::previewFolder) : shownSize(entry.bytes);
         auto* const row = new QTreeWidgetItem({toQt(entry.name), size, timeText(entry.modified)});
         row->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
         rows += row;

@@ -3,8 +3,10 @@
 #include <algorithm>
 
 #include "media/media_kinds.h"
-#include "results/result_columns.h"
 #include "text/file_kinds.h"
+#include "ui/core/property_titles.h"
+#include "ui/core/shown_values.h"
+#include "ui/core/text.h"
 #include "ui/preview/preview_content.h"
 
 namespace kelvane {
@@ -54,11 +56,11 @@ std::vector<Fact> readFacts(const Ref<const ShellItem>& file, const std::string&
     for (const PropRef& property : wanted) {
         if (tools.cancel.cancelled())
             break;
-        std::u16string value = cellText(context, property, tools.access.source);
+        std::u16string value = fromQt(shownCell(context, property, tools.access.source));
         if (value.size() > preview_limit::valueCharacters)
             value.replace(preview_limit::valueCharacters, std::u16string::npos, u" \u2026");
         if (!value.empty())
-            facts.push_back({columnTitle(property), std::move(value)});
+            facts.push_back({fromQt(propertyTitle(property)), std::move(value)});
     }
     return facts;
 }

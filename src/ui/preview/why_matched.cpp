@@ -3,9 +3,13 @@
 #include "app/error_text.h"
 #include "app/similar_search.h"
 #include "app/stage_texts.h"
+#include "base/desktop_texts/file_properties.h"
 #include "base/desktop_texts/preview.h"
 #include "base/filled_text.h"
 #include "platform/native_text.h"
+#include "ui/core/property_titles.h"
+#include "ui/core/shown_values.h"
+#include "ui/core/text.h"
 
 namespace kelvane {
 namespace {
@@ -17,6 +21,23 @@ struct Comparing {
     SimilarContent& similar;
     PreviewTools& tools;
 };
+
+// What the console has for programs, for a person.
+std::vector<std::string> cellsOf(const StageReport& stage, bool approximate, const PropertyCatalogue& catalogue)
+{
+    enum Column { name = 1, one, other, difference, allowed };
+    std::vector<std::string> cells = stageCells(stage, approximate);
+    if (const PropRef property = catalogue.byName(stage.name)) {
+        cells[name] = propertyTitle(property).toStdString();
+        cells[one] = shownValue(property, stage.textA).toStdString();
+        cells[other] = shownValue(property, stage.textB).toStdString();
+    } else {
+        cells[name] = filledText(stage.name == "type" ? say::propertyType : say::propertyContents);
+    }
+    for (const Column number : {difference, allowed})
+        cells[number] = shownNumber(toQt(cells[number])).toStdString();
+    return cells;
+}
 
 // Nothing where a file cannot be read: then the line says why.
 std::optional<PairComparison> compareWith(const Ref<const ShellItem>& other, const Ref<const ShellItem>& file,
@@ -34,7 +55,7 @@ std::optional<PairComparison> compareWith(const Ref<const ShellItem>& other, con
     why.other = bytesFromNative(other->fullName());
     why.rows.clear();
     for (const StageReport& stage : compared.stages)
-        why.rows.push_back(stageCells(stage, compared.result.approximate));
+        why.rows.push_back(cellsOf(stage, compared.result.approximate, by.tools.access.catalogue));
     return compared;
 }
 

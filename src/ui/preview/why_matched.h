@@ -10,7 +10,7 @@
 namespace kelvane {
 
 struct WhyMatched {
-    std::vector<std::vector<std::string>> rows;  // cells as stageCells() gives them
+    std::vector<std::vector<std::string>> rows;  // as stageTitles() has columns
     std::vector<std::string> lines;              // below the rows, for a person
     std::string other;                           // the path of the file that it was compared with; empty: with none
 };

@@ -7,6 +7,7 @@
 
 #include "app/progress_text.h"
 #include "base/desktop_texts/scan.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 #include "ui/core/wrapped_label.h"
 
@@ -23,7 +24,7 @@ bool canBeForetold(ScanPhase phase)
 
 QString figuresLine(const ScanTick& tick)
 {
-    const ProgressTexts texts = progressTexts(figuresOf(tick.progress), tick.phaseMs);
+    const ProgressTexts texts = progressTexts(figuresOf(tick.progress), tick.phaseMs, shownSizeText);
     QStringList parts;
     for (const std::string* part : {&texts.items, &texts.read, &texts.pace})
         if (!part->empty())

@@ -32,7 +32,7 @@ bool holdsWords(const QTreeWidgetItem& item, const QStringList& words)
 
 QTreeWidgetItem* addItem(QTreeWidgetItem& kind, const PropertyRow& row)
 {
-    auto* const item = new QTreeWidgetItem(&kind, {row.label, row.description.isEmpty() ? row.name : row.description});
+    auto* const item = new QTreeWidgetItem(&kind, {row.label, row.description});
     item->setData(0, nameRole, row.name);
     item->setToolTip(0, row.name);
     item->setToolTip(1, item->text(1));

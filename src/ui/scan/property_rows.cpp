@@ -3,18 +3,19 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "ui/core/property_titles.h"
 #include "ui/core/text.h"
 
 namespace kelvane {
 namespace {
 
-PropertyRow rowOf(const PropertyInfo& info, PropKind kind)
+PropertyRow rowOf(const PropRef& property)
 {
     PropertyRow row;
-    row.name = toQt(info.name);
-    row.label = info.displayName.empty() ? row.name : toQt(info.displayName);
-    row.description = toQt(info.description);
-    row.kind = info.enumerated ? shown(TextId::kindEnumerated) : toQt(kindName(kind));
+    row.name = toQt(property.info->name);
+    row.label = propertyTitle(property);
+    row.description = propertyDescription(property);
+    row.kind = property.info->enumerated ? shown(TextId::kindEnumerated) : toQt(kindName(property.kind()));
     return row;
 }
 
@@ -23,8 +24,8 @@ std::vector<PropertyRow> rowsOf(const PropertyCatalogue& catalogue)
     std::vector<PropertyRow> rows;
     for (const std::string& name : catalogue.names()) {
         const PropRef property = catalogue.byName(name);
-        if (property.kind() != PropKind::none)
-            rows.push_back(rowOf(*property.info, property.kind()));
+        if (isForPeople(property))
+            rows.push_back(rowOf(property));
     }
     std::sort(rows.begin(), rows.end(), [](const PropertyRow& a, const PropertyRow& b) {
         const int byKind = a.kind.localeAwareCompare(b.kind);
