@@ -12,6 +12,7 @@
 #include "support/ui/scan_person.h"
 #include "ui/core/local_path.h"
 #include "ui/core/text.h"
+#include "ui/scan/options_box.h"
 #include "ui/scan/scan_modes.h"
 
 namespace kelvane::testing {
@@ -128,6 +129,22 @@ TEST(ScanForm, KeepsStandardModeOutOfSystemFoldersAndArchives)
     scanPane(standard).setMode(InterfaceMode::advanced);
     EXPECT_TRUE(standard.find<QCheckBox>("scan.protect")->isVisibleTo(&standard.window()));
     EXPECT_TRUE(scanPane(standard).order().archives);
+}
+
+TEST(ScanForm, OffersNoLookIntoArchivesWhereNobodyReadsThem)
+{
+    ScanOrder order;
+    order.archives = true;
+    for (const bool here : {true, false}) {
+        OptionsBox box(here);
+        box.show(order);
+        ScanOrder read;
+        box.read(read);
+        EXPECT_EQ(read.archives, here);
+        const auto* const archives = box.findChild<QCheckBox*>(QStringLiteral("scan.archives"));
+        EXPECT_EQ(archives->isEnabled(), here);
+        EXPECT_EQ(archives->toolTip().isEmpty(), here) << "it says why";
+    }
 }
 
 TEST(ScanForm, RemembersFoldersWithoutATickFromRunToRun)

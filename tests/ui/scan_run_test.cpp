@@ -156,9 +156,29 @@ TEST(ScanRun, AsksToReviseWhereNothingIsFound)
     }});
     dropFolder(world, "scan.folderList", world.tree.path("files"));
     ASSERT_TRUE(scanBy(world, "scan.find"));
+    world.await<QDialog>("scan.notice")->reject();
     auto* const box = world.await<QDialog>("scan.revise");
     ASSERT_NE(box, nullptr);
     box->reject();
+    EXPECT_TRUE(waitUntil([&] { return world.find<QDialog>("scan.revise") == nullptr; }));
+}
+
+TEST(ScanRun, AsksNothingBeforeItsNoticeIsRead)
+{
+    DesktopWorld world(
+        {.files = [](const TempTree& tree) { tree.write("files/a", "one"), tree.write("files/b", "two"); }});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    auto* const notice = world.await<QMessageBox>("scan.notice");
+    ASSERT_NE(notice, nullptr);
+    QTest::qWait(100);
+    const auto* const question = world.find<QDialog>("scan.revise");
+    EXPECT_TRUE(notice->isVisible());
+    EXPECT_FALSE(question != nullptr && question->isVisible());
+    QTest::keyClick(notice, Qt::Key_Escape);
+    auto* const box = world.await<QMessageBox>("scan.revise");
+    ASSERT_NE(box, nullptr);
+    QTest::keyClick(box, Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([&] { return world.find<QDialog>("scan.revise") == nullptr; }));
 }
 

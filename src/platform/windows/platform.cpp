@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include "platform/archive_support.h"
 #include "platform/file_namespace.h"
 #include "platform/missing_ports.h"
 #include "platform/property_table.h"
@@ -74,6 +75,11 @@ private:
 };
 
 }  // namespace
+
+bool archivesAreRead() noexcept
+{
+    return false;
+}
 
 std::unique_ptr<Platform> makePlatform()
 {

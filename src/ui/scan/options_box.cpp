@@ -34,7 +34,7 @@ QString typedSize(std::string_view digits)
 
 }  // namespace
 
-OptionsBox::OptionsBox(QWidget* parent)
+OptionsBox::OptionsBox(bool archives, QWidget* parent)
     : QGroupBox(shown(desktop_text::scanOptionsHeading), parent),
       flags_({{scan_flag::subfolders, false, makeBox("scan.subfolders", desktop_text::optionSubfolders)},
               {scan_flag::ignoreSmall, false, makeBox("scan.ignoreSmall", desktop_text::optionIgnoreSmall)},
@@ -50,6 +50,9 @@ OptionsBox::OptionsBox(QWidget* parent)
     problem_->setObjectName(QStringLiteral("scan.sizeProblem"));
     problem_->setWordWrap(true);
     makeWarning(*problem_);
+    archives_->setEnabled(archives);
+    if (!archives)
+        archives_->setToolTip(plainTip(shown(desktop_text::archivesNotHere)));
     makeLayout();
     refresh();
 }
@@ -90,7 +93,7 @@ void OptionsBox::show(const ScanOrder& order)
 {
     for (const FlagBox& each : flags_)
         each.box->setChecked(order.definition.has(each.flag));
-    archives_->setChecked(order.archives);
+    archives_->setChecked(order.archives && archives_->isEnabled());
     exhaustive_->setChecked(order.exhaustive);
     const std::string_view range = order.definition.sizeRange;
     const std::size_t dash = std::min(range.find('-'), range.size());

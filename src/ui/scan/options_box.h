@@ -6,6 +6,7 @@
 
 #include "app/questions.h"
 #include "base/text_table.h"
+#include "platform/archive_support.h"
 #include "ui/scan/scan_order.h"
 
 class QCheckBox;
@@ -18,7 +19,8 @@ class OptionsBox final : public QGroupBox {
     Q_OBJECT
 
 public:
-    explicit OptionsBox(QWidget* parent = nullptr);
+    // archives: whether this system reads what is inside them.
+    explicit OptionsBox(bool archives = archivesAreRead(), QWidget* parent = nullptr);
 
     void show(const ScanOrder& order);
     void read(ScanOrder& order) const;

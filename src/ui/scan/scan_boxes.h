@@ -4,16 +4,20 @@
 #include <QString>
 #include <functional>
 
+class QMessageBox;
 class QWidget;
 
 namespace kelvane {
 
 class Desktop;
+class WindowLink;
 
-// "scan.revise": nothing was found. `revise` is called when the person wants to change what is searched for.
-void askToRevise(QWidget& over, std::function<void()> revise);
+// "scan.revise": nothing was found. `revise` is called when the person wants to change what is searched for. `notice`:
+// the one below, which the person is to read first; null when it is closed.
+void askToRevise(WindowLink& link, QMessageBox* notice, std::function<void()> revise);
 
-// "scan.notice": with a tick that keeps it away for ever. It does not keep the scan.
-void showScanNotice(QWidget& over, const Desktop& desktop, const QString& text);
+// "scan.notice": with a tick that keeps it away for ever. It keeps neither the scan nor the keys of the window, where
+// Escape stops the scan.
+[[nodiscard]] QMessageBox* showScanNotice(QWidget& over, const Desktop& desktop, const QString& text);
 
 }  // namespace kelvane

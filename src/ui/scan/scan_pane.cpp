@@ -90,7 +90,7 @@ void ScanPane::listenToScan()
     connect(reports_, &ScanReports::captioned, progress_, &ProgressPanel::setCaption);
     connect(reports_, &ScanReports::ticked, progress_, &ProgressPanel::show);
     connect(reports_, &ScanReports::noticed, this,
-            [this](const QString& text) { showScanNotice(*this, link_.desktop(), text); });
+            [this](const QString& text) { notice_ = showScanNotice(*this, link_.desktop(), text); });
     connect(reports_, &ScanReports::logged, this, [this](const QStringList& lines) {
         for (const QString& line : lines)
             Q_EMIT link_.logged(line);
@@ -180,7 +180,7 @@ void ScanPane::scanEnded(const ScanOutcome& outcome)
     if (outcome.cancelled)
         Q_EMIT link_.statusTold(shown(desktop_text::scanCancelled, {groupsText(outcome.groups).toStdString()}));
     else if (outcome.rows == 0 && !outcome.trivial)
-        askToRevise(*this, [this] {
+        askToRevise(link_, notice_, [this] {
             window()->activateWindow();
             pages_->currentWidget()->setFocus();
         });

@@ -1,6 +1,7 @@
 // The pane in which a scan is defined, started and watched.
 #pragma once
 
+#include <QMessageBox>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -71,6 +72,7 @@ private:
     QPushButton* find_;
     std::shared_ptr<PauseSwitch> pause_;
     QTimer checkSoon_;
+    QPointer<QMessageBox> notice_;              // while it is shown
     std::optional<ScanOrder> wanted_, latest_;  // the latest one that was asked for here, and that began
     InterfaceMode mode_ = InterfaceMode::standard;
 };
