@@ -71,7 +71,7 @@ public:
         selectMarked();
         if (!plan(request) || !settleTrashless() || !hasCommands())
             return std::move(report_);
-        const std::string page = summaryPage(report_.plan, deletedForGood_);
+        const std::string page = summaryPage(report_.plan, deletedForGood_, context_.sizes);
         if (!context_.questions.confirm({report_.plan, page}))
             return std::move(report_);
         const auto claimed = context_.journals.claim();
@@ -197,7 +197,9 @@ private:
             writeLog();
         report_.removed = report_.pass.cancel == CancelState::requested ? removeVanished() : removeHandled();
         report_.reclaimed = reclaimedBytes(report_.plan.marked, report_.removed);
-        report_.message = cleanupMessage(report_.plan.marked, report_.removed, report_.pass.recycled);
+        report_.message = cleanupMessage(report_.plan.marked, report_.removed, report_.pass.recycled, context_.sizes);
+        if (context_.done)
+            context_.done(report_);
         tell();
     }
 

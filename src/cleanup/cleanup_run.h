@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/size_text.h"
 #include "cleanup/cleanup_pass.h"
 #include "cleanup/cleanup_questions.h"
 #include "platform/places.h"
@@ -26,6 +27,8 @@ struct CleanupOptions {
                                     // the temporary folder
 };
 
+struct CleanupReport;
+
 // All of it outlives the run.
 struct CleanupContext {
     ResultsModel& results;
@@ -39,6 +42,9 @@ struct CleanupContext {
     CleanupQuestions& questions;
     PassObserver* watcher = nullptr;  // hears of the pass as well; may be null
     std::string criteria{};           // what the scan looked for, in words (criteriaText()); for the log
+    SizeWords sizes = sizeText;       // of what the person is told
+    // Called when the work is done and the list is without it, before the person is told: boxes may stand for hours.
+    std::function<void(const CleanupReport&)> done{};
 };
 
 // What became of it.
@@ -86,10 +92,15 @@ using StatusText = std::function<void(std::u16string_view)>;
 std::vector<ItemId> purgeVanished(ResultsModel& results, FileSystem& files, const CancelFlag& cancel,
                                   const StatusText& told = nullptr);
 
+struct FailedDeletion {
+    ItemId item{};       // still on the list, and selected
+    std::string reason;  // for people, in UTF-8; empty: it was not its turn yet when the work was stopped
+};
+
 struct DirectDeletion {
     std::optional<Error> refused;  // a text for people
     std::uint64_t removed = 0;
-    std::vector<ItemId> failed;  // still on the list, and selected; a program with sound beeps for them
+    std::vector<FailedDeletion> failed;  // in the order of the list; a program with sound beeps for them
     std::optional<RunNumber> run;
 };
 

@@ -6,17 +6,6 @@
 namespace kelvane {
 namespace {
 
-CleanupFailure failureOf(const RemovalOutcome& outcome, const CleanupCommand& command)
-{
-    Error error = outcome.error.value_or(Error{ErrorKind::io, outcome.code, {}});
-    CleanupFault fault = CleanupFault::system;
-    if (error.kind == ErrorKind::changed || error.kind == ErrorKind::notFound)
-        fault = CleanupFault::changed;
-    else if (error.kind == ErrorKind::notSupported && command.action == CleanupAction::recycle)
-        fault = CleanupFault::noTrash;
-    return {fault, std::move(error)};
-}
-
 class DeletePass final : private RemovalSink {
 public:
     DeletePass(const CleanupPlan& plan, const ResultsModel& model, const PassPorts& ports, const PassOptions& options,
@@ -129,7 +118,8 @@ private:
         if (journalError && isFailedRemoval(outcome.code))
             item.failure = CleanupFailure{CleanupFault::journal, *journalError};
         else if (!isIgnoredRemoval(outcome.code) && isFailedRemoval(outcome.code))
-            item.failure = failureOf(outcome, command(item.command));
+            item.failure = failureOf(
+                outcome, command(item.command).action == CleanupAction::recycle ? Removal::toTrash : Removal::forGood);
         endUpTo(at + 1);
     }
 
@@ -216,6 +206,17 @@ private:
 };
 
 }  // namespace
+
+CleanupFailure failureOf(const RemovalOutcome& outcome, Removal removal)
+{
+    Error error = outcome.error.value_or(Error{ErrorKind::io, outcome.code, {}});
+    CleanupFault fault = CleanupFault::system;
+    if (error.kind == ErrorKind::changed || error.kind == ErrorKind::notFound)
+        fault = CleanupFault::changed;
+    else if (error.kind == ErrorKind::notSupported && removal == Removal::toTrash)
+        fault = CleanupFault::noTrash;
+    return {fault, std::move(error)};
+}
 
 PassOutcome runDeletePass(const CleanupPlan& plan, const ResultsModel& model, const PassPorts& ports,
                           const PassOptions& options, CleanupQuestions& questions, JournalWriter& journal,

@@ -11,6 +11,7 @@ namespace kelvane {
                                         PassObserver& observer, const CancelFlag& cancel);
 
 // What the system's answer for one item means.
+[[nodiscard]] CleanupFailure failureOf(const RemovalOutcome& outcome, Removal removal);
 [[nodiscard]] bool isIgnoredRemoval(std::int32_t code);
 [[nodiscard]] bool isFailedRemoval(std::int32_t code);
 

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "base/filled_text.h"
 #include "base/utf.h"
@@ -20,7 +20,10 @@ struct Leaving {
     bool decided = false;  // in the journal
     bool open = false;     // there, for settling to decide
     bool gone = false;
+    std::optional<CleanupFailure> failure{};
 };
+
+using Reasons = std::unordered_map<ItemId, std::string>;
 
 std::optional<FileStamp> stampAt(const std::filesystem::path& path, FileSystem& files)
 {
@@ -42,7 +45,11 @@ public:
     }
     bool before(std::size_t item) override
     {
-        return journalWorks_ && stampAt(items_[item].removal.path, files_) == items_[item].stamp;
+        if (!journalWorks_)
+            items_[item].failure = because(CleanupFault::journal);
+        else if (stampAt(items_[item].removal.path, files_) != items_[item].stamp)
+            items_[item].failure = because(CleanupFault::changed);
+        return !items_[item].failure;
     }
     Status placing(std::size_t item, const std::filesystem::path& trashed) override
     {
@@ -73,6 +80,8 @@ private:
         leaving.gone = !failed || isGone(leaving.removal.path, files_);
         // Gone although the system reports a failure: settling looks for it.
         leaving.open = failed && leaving.gone;
+        if (!leaving.gone && !leaving.failure)
+            leaving.failure = failureOf(outcome, leaving.removal.removal);
         if (leaving.open)
             return;
         const EntryState state = leaving.gone ? EntryState::done : EntryState::notDone;
@@ -90,17 +99,43 @@ private:
     bool journalWorks_ = true;
 };
 
-std::vector<Leaving> checked(const ResultsModel& results, std::span<const ItemId> selected, FileSystem& files)
+std::vector<ItemId> selectedOf(const ResultsModel& results)
+{
+    std::vector<ItemId> selected;
+    results.forEachRow([&](ItemId id) {
+        if (results.item(id).isSelected())
+            selected.push_back(id);
+    });
+    return selected;
+}
+
+// Those that may go; the others have their reasons in `refused`.
+std::vector<Leaving> checked(const ResultsModel& results, std::span<const ItemId> selected, FileSystem& files,
+                             Reasons& refused)
 {
     std::vector<Leaving> items;
     for (const ItemId row : selected) {
         const ShellItem& item = results.item(row).file.item();
-        if (!item.inFileSystem() || !isAsListed(item, files))
+        if (!item.inFileSystem()) {
+            refused[row] = filledText(textOf(CleanupObstacle::inArchive));
             continue;
-        if (const auto stamp = stampAt(item.path(), files))
+        }
+        const auto stamp = isAsListed(item, files) ? stampAt(item.path(), files) : std::nullopt;
+        if (stamp)
             items.push_back({row, {item.path(), stamp->identity, Removal::toTrash}, *stamp});
+        else
+            refused[row] = filledText(textOf(CleanupObstacle::changed));
     }
     return items;
+}
+
+std::vector<FailedDeletion> inOrder(std::span<const ItemId> selected, const Reasons& stay)
+{
+    std::vector<FailedDeletion> failed;
+    for (const ItemId row : selected)
+        if (const auto found = stay.find(row); found != stay.end())
+            failed.push_back({row, found->second});
+    return failed;
 }
 
 Status writeAhead(std::vector<Leaving>& items, JournalWriter& journal)
@@ -151,13 +186,13 @@ DirectDeletion directDelete(const CleanupContext& context, bool expert, const Ca
         return deletion;
     }
     ResultsModel& results = context.results;
-    results.forEachRow([&](ItemId id) {
-        if (results.item(id).isSelected())
-            deletion.failed.push_back(id);
-    });
-    std::vector<Leaving> items = checked(results, deletion.failed, context.ports.files);
-    if (items.empty())
+    const std::vector<ItemId> selected = selectedOf(results);
+    Reasons stay;
+    std::vector<Leaving> items = checked(results, selected, context.ports.files, stay);
+    if (items.empty()) {
+        deletion.failed = inOrder(selected, stay);
         return deletion;
+    }
     const auto claimed = context.journals.claim();
     auto journal = claimed ? context.journals.begin(CleanupAction::recycle, context.ports.clock.now())
                            : Result<std::unique_ptr<JournalWriter>>(claimed.error());
@@ -170,11 +205,13 @@ DirectDeletion directDelete(const CleanupContext& context, bool expert, const Ca
     deletion.run = (*journal)->number();
     takeAway(items, context, **journal, cancel);
     std::vector<ItemId> gone;
-    for (const Leaving& leaving : items)
+    for (const Leaving& leaving : items) {
         if (leaving.gone)
             gone.push_back(leaving.row);
-    const std::unordered_set<ItemId> left(gone.begin(), gone.end());
-    std::erase_if(deletion.failed, [&](ItemId id) { return left.contains(id); });
+        else
+            stay[leaving.row] = leaving.failure ? textOf(*leaving.failure) : std::string();
+    }
+    deletion.failed = inOrder(selected, stay);
     (void)results.remove(gone, Undoable::no);
     deletion.removed = gone.size();
     return deletion;

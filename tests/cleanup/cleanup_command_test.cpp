@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "base/filled_text.h"
 #include "cleanup/run_world.h"
 
 namespace kelvane {
@@ -82,7 +83,13 @@ TEST(DirectDeletion, TakesTheSelectedIntoTheTrashAndWritesThemAhead)
     };
     const DirectDeletion deletion = remove(true);
     EXPECT_EQ(deletion.removed, 1u);
-    EXPECT_THAT(deletion.failed, ElementsAre(selected[1], selected[2], selected[3]));
+    ASSERT_EQ(deletion.failed.size(), 3u);
+    for (std::size_t place = 0; place < 3; ++place) {
+        EXPECT_EQ(deletion.failed[place].item, selected[place + 1]);
+        EXPECT_FALSE(deletion.failed[place].reason.empty());
+    }
+    EXPECT_EQ(deletion.failed[0].reason, filledText(textOf(CleanupObstacle::changed)));
+    EXPECT_EQ(deletion.failed[2].reason, textOf(because(CleanupFault::changed)));
     EXPECT_EQ(world.model.itemCount(), 4u);
     EXPECT_EQ(world.model.inView(Mark::selected).items, 3u);
     ASSERT_TRUE(deletion.run);

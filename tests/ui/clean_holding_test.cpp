@@ -211,6 +211,25 @@ TEST(CleanHolding, DirectDeletionIsForKeysInTheListAlone)
     EXPECT_TRUE(clean.exists("a2"));
 }
 
+TEST(CleanHolding, DirectDeletionSaysWhatStaysAndWhy)
+{
+    CleanWorld clean;
+    clean.world.onWindowThread([](Workbench& bench) {
+        const std::vector<ItemId> both{bench.results().itemAt(0), bench.results().itemAt(1)};
+        bench.results().mark(both, Mark::selected, true);
+    });
+    clean.world.tree.write("files/a2", "written meanwhile");
+    clean.world.find<QWidget>("resultsView")->setFocus();
+    ASSERT_TRUE(clean.world.trigger("clean.deleteDirectly"));
+    auto* const dialog = clean.world.await<QDialog>("cleanupStays");
+    ASSERT_NE(dialog, nullptr);
+    const auto* const rows = dialog->findChild<QTreeView*>()->model();
+    ASSERT_EQ(rows->rowCount(), 1);
+    EXPECT_TRUE(rows->index(0, 0).data().toString().endsWith(QStringLiteral("a2")));
+    EXPECT_EQ(rows->index(0, 1).data().toString(), shown(textOf(CleanupObstacle::changed)));
+    EXPECT_TRUE(!clean.exists("a1") && clean.exists("a2"));
+}
+
 TEST(CleanHolding, ManyUndecidedFilesAreAListThatFitsTheScreen)
 {
     constexpr int count = 60;

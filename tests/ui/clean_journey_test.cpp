@@ -30,7 +30,10 @@ void cleanUp(CleanWorld& clean, const char* choice, int linkKind = -1)
         kinds->setCurrentIndex(kinds->findData(linkKind));
     }
     ASSERT_TRUE(clean.click("cleanupChoice", choice));
+    const auto countedBefore = clean.world.desktop().settings().deduped;
     ASSERT_TRUE(clean.click("cleanupSummary", "cleanupGo"));
+    ASSERT_TRUE(clean.world.await<QMessageBox>("cleanupDone"));
+    EXPECT_GT(clean.world.desktop().settings().deduped, countedBefore) << "counted before the box is closed";
     ASSERT_TRUE(clean.answer("cleanupDone", QMessageBox::Ok));
     ASSERT_TRUE(clean.isOver());
 }

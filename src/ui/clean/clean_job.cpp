@@ -13,6 +13,7 @@
 #include "ui/clean/cleanup_dialogs.h"
 #include "ui/clean/left_items.h"
 #include "ui/clean/text_values.h"
+#include "ui/core/shown_values.h"
 #include "ui/core/text.h"
 #include "ui/core/window_link.h"
 
@@ -98,6 +99,8 @@ CleanupReport carryOut(Workbench& bench, const CScanNode& definition, CleanupMem
     CleanupContext context =
         tools.context(bench.results(), definition, bench.session()->options, memory, dialogs, &dialogs);
     dialogs.watchLooks(context.facts);
+    context.sizes = shownSizeText;
+    context.done = [&bench, &definition](const CleanupReport& report) { note(bench, definition, report); };
     return cleanUp(context, cleanupOptionsFrom(desktop.settings()), bench.cancel());
 }
 
@@ -114,10 +117,10 @@ void cleanUpMarked(Workbench& bench, CleanupMemory& memory)
     const CScanNode definition = *bench.session()->definition;
     const CleanupReport report = carryOut(bench, definition, memory, dialogs);
     dialogs.endProgress();
-    if (report.ran) {
-        note(bench, definition, report);
+    if (report.noticesOff != 0)
+        bench.desktop().change([&](Settings& settings) { settings.noticesOff |= report.noticesOff; });
+    if (report.ran)
         tellLeft(bench, leftItems(report, bench.results()));
-    }
     tellTroubles(bench, report, dialogs.isConfirmed());
     running.reset();
     if (dialogs.wantsSave())
@@ -150,6 +153,7 @@ void deleteSelected(Workbench& bench, CleanupMemory& memory)
     if (!deleted.failed.empty()) {
         tell(bench, shown(desktop_text::deleteDirectlyFailed, {countedItems(deleted.failed.size()).toStdString()}));
         bench.toMain([](WindowLink&) { QApplication::beep(); });
+        tellLeft(bench, leftItems(deleted, bench.results()), desktop_text::directDeleteStays);
     }
 }
 

@@ -42,16 +42,24 @@ LeftItems leftItems(const CleanupReport& report, const ResultsModel& results)
     return left;
 }
 
-void tellLeft(Workbench& bench, LeftItems left)
+LeftItems leftItems(const DirectDeletion& deletion, const ResultsModel& results)
+{
+    LeftItems left;
+    for (const FailedDeletion& failed : deletion.failed)
+        add(left, results, failed.item,
+            failed.reason.empty() ? shown(desktop_text::staysStopped) : toQt(failed.reason));
+    return left;
+}
+
+void tellLeft(Workbench& bench, LeftItems left, TextId words)
 {
     if (left.items.empty() || bench.isClosing())
         return;
     bench.results().clearSelection();
     bench.results().mark(left.items, Mark::selected, true);
-    bench.toMain([rows = std::move(left.rows)](WindowLink& link) mutable {
+    bench.toMain([rows = std::move(left.rows), words](WindowLink& link) mutable {
         const auto count = countedItems(rows.size()).toStdString();
-        openItems(link, {"cleanupStays", shown(desktop_text::staysTitle), shown(desktop_text::staysText, {count}),
-                         std::move(rows)});
+        openItems(link, {"cleanupStays", shown(desktop_text::staysTitle), shown(words, {count}), std::move(rows)});
     });
 }
 

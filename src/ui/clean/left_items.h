@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <vector>
 
+#include "base/desktop_texts/clean.h"
 #include "cleanup/cleanup_run.h"
 
 namespace kelvane {
@@ -16,9 +17,10 @@ struct LeftItems {
 };
 
 [[nodiscard]] LeftItems leftItems(const CleanupReport& report, const ResultsModel& results);
+[[nodiscard]] LeftItems leftItems(const DirectDeletion& deletion, const ResultsModel& results);
 
 // On the thread of the window: selects them in the list, and lists them with their reasons. Nothing when there are
-// none.
-void tellLeft(Workbench& bench, LeftItems left);
+// none. The text has "5 items" as its %1.
+void tellLeft(Workbench& bench, LeftItems left, TextId words = desktop_text::staysText);
 
 }  // namespace kelvane
