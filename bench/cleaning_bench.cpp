@@ -41,8 +41,9 @@ public:
     }
     ~Step()
     {
-        std::printf("%-44s %8lld ms %8lld ms %8lld ms\n", name_, static_cast<long long>(whole_.elapsed()),
-                    static_cast<long long>(heart_.longest()), static_cast<long long>(longest_));
+        std::printf("%-44s %8lld ms %8lld ms %8lld ms %8lld ms\n", name_, static_cast<long long>(whole_.elapsed()),
+                    static_cast<long long>(heart_.longest()), static_cast<long long>(heart_.longestWork()),
+                    static_cast<long long>(longest_));
         std::fflush(stdout);
     }
     Step(const Step&) = delete;
@@ -168,7 +169,10 @@ public:
     }
 
 private:
-    static void heading() { std::printf("%-44s %11s %11s %11s\n", "", "whole", "main thread", "window's"); }
+    static void heading()
+    {
+        std::printf("%-44s %11s %11s %11s %11s\n", "", "whole", "main thread", "its work", "window's");
+    }
     const ListFigures& figures() { return clean_.world.link().rows().figures(); }
     bool until(const char* dialog)
     {

@@ -1,11 +1,13 @@
 #include <QComboBox>
 #include <QCommandLinkButton>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QTextBrowser>
 #include <QTreeView>
 
 #include "cleanup/cleanup_plan.h"
+#include "ui/clean/log_viewer.h"
 #include "ui/clean_world.h"
 #include "ui/core/text.h"
 
@@ -74,6 +76,28 @@ TEST(CleanJourney, LinksAndTakesThemBack)
 
     ASSERT_TRUE(clean.world.trigger("clean.undo"));
     EXPECT_TRUE(clean.answer("undoTold", QMessageBox::Ok)) << "nothing is left to be taken back";
+}
+
+TEST(CleanJourney, ALongLogComesInPiecesAndIsSearchedWhole)
+{
+    CleanWorld clean;
+    std::string whole;
+    for (int line = 0; line < 40'000; ++line)
+        whole += "file " + std::to_string(line) + '\n';
+    clean.world.tree.write("long.log", whole);
+    const auto memory = std::make_shared<CleanupMemory>();
+    memory->lastLog = clean.world.tree.path("long.log");
+    openLastLog(clean.world.link(), memory);
+    auto* const log = clean.world.await<QDialog>("cleanupLog");
+    ASSERT_TRUE(log);
+    const auto* const text = log->findChild<QPlainTextEdit*>(QStringLiteral("logText"));
+    EXPECT_LT(text->toPlainText().size(), static_cast<qsizetype>(whole.size()));
+    EXPECT_FALSE(text->textCursor().hasSelection());
+    log->findChild<QLineEdit*>(QStringLiteral("logFind"))->setText(QStringLiteral("file 39999"));
+    ASSERT_TRUE(clean.click("cleanupLog", "logNext"));
+    EXPECT_EQ(text->textCursor().selectedText(), QStringLiteral("file 39999"));
+    EXPECT_EQ(text->toPlainText().toStdString(), whole);
+    ASSERT_TRUE(clean.escape("cleanupLog"));
 }
 
 TEST(CleanJourney, TrashAndItemsBackOneByOne)

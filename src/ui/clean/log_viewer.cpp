@@ -5,7 +5,9 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <vector>
 
 #include "base/desktop_texts/clean.h"
@@ -19,8 +21,9 @@ namespace {
 
 namespace say = desktop_text;
 
-constexpr std::size_t mostShown = 16u << 20;  // bytes: what a text widget still takes without a pause
+constexpr std::size_t mostShown = 16u << 20;  // bytes
 constexpr std::size_t chunk = 64u << 10;
+constexpr qsizetype piece = 128 << 10;  // units: what a text widget takes without a pause
 
 struct LogText {
     std::filesystem::path path;
@@ -66,7 +69,8 @@ public:
     LogDialog(WindowLink& link, const LogText& log)
         : QDialog(topOf(link)),
           link_(link),
-          text_(new QPlainTextEdit(log.text)),
+          whole_(log.text),
+          text_(new QPlainTextEdit),
           wanted_(new QLineEdit),
           found_(new QLabel)
     {
@@ -76,6 +80,7 @@ public:
         text_->setObjectName(QStringLiteral("logText"));
         text_->setAccessibleName(windowTitle());
         text_->setReadOnly(true);
+        text_->setUndoRedoEnabled(false);
         text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         text_->setLineWrapMode(QPlainTextEdit::NoWrap);
         auto* const layout = new QVBoxLayout(this);
@@ -89,9 +94,34 @@ public:
         layout->addWidget(makeButtons(log.path));
         resize(820, 520);
         wanted_->setFocus();
+        fillOn();
     }
 
 private:
+    [[nodiscard]] bool isFilled() const { return filled_ == whole_.size(); }
+
+    // Piece by piece, with other events between them.
+    void fillOn()
+    {
+        addPiece();
+        if (!isFilled())
+            QTimer::singleShot(0, this, [this] { fillOn(); });
+    }
+    void fillAtOnce()
+    {
+        while (!isFilled())
+            addPiece();
+    }
+    void addPiece()
+    {
+        const qsizetype line = whole_.indexOf(u'\n', std::min(filled_ + piece, whole_.size()));
+        const qsizetype end = line < 0 ? whole_.size() : line + 1;
+        QTextCursor cursor(text_->document());
+        cursor.movePosition(QTextCursor::End);
+        cursor.insertText(whole_.mid(filled_, end - filled_));
+        filled_ = end;
+    }
+
     QLayout* makeSearch()
     {
         auto* const line = new QHBoxLayout;
@@ -119,6 +149,7 @@ private:
 
     void find(QTextDocument::FindFlags flags)
     {
+        fillAtOnce();
         bool found = text_->find(wanted_->text(), flags);
         if (!found) {
             text_->moveCursor(flags.testFlag(QTextDocument::FindBackward) ? QTextCursor::End : QTextCursor::Start);
@@ -136,6 +167,7 @@ private:
             return button;
         };
         connect(add("logCopy", say::copyAll, QDialogButtonBox::ActionRole), &QPushButton::clicked, this, [this] {
+            fillAtOnce();
             text_->selectAll();
             text_->copy();
         });
@@ -155,6 +187,8 @@ private:
     }
 
     WindowLink& link_;
+    QString whole_;
+    qsizetype filled_ = 0;  // of it into the widget
     QPlainTextEdit* text_;
     QLineEdit* wanted_;
     QLabel* found_;
