@@ -1,5 +1,7 @@
 #include "app/registry_access.h"
 
+#include <algorithm>
+
 #include "app/file_comparison_tool.h"
 #include "app/plugin_list.h"
 #include "app/settings_loader.h"
@@ -9,7 +11,9 @@
 #include "app/version_info.h"
 #include "base/filled_text.h"
 #include "base/utf.h"
+#include "base/words.h"
 #include "platform/ini_store.h"
+#include "platform/native_text.h"
 #include "platform/platform.h"
 
 namespace kelvane {
@@ -66,6 +70,19 @@ Error located(const SettingsLocation& location, const Error& error)
 {
     const std::string reason = error.detail.empty() ? filledText(TextId::problemIo) : error.detail;
     return {error.kind, error.systemCode, notWritten(location, reason)};
+}
+
+// A library goes by its file's name, with or without the extension.
+std::vector<ContentPluginEntry> withoutSwitchedOff(std::vector<ContentPluginEntry> entries, const Settings& settings)
+{
+    std::erase_if(entries, [&](const ContentPluginEntry& entry) {
+        return std::any_of(settings.pluginsOff.begin(), settings.pluginsOff.end(), [&](const std::u16string& off) {
+            const std::string name = asciiLower(toUtf8(off));
+            return name == asciiLower(bytesFromNative(entry.path.filename().native())) ||
+                   name == asciiLower(bytesFromNative(entry.path.stem().native()));
+        });
+    });
+    return entries;
 }
 
 }  // namespace
@@ -215,7 +232,7 @@ SettingsCode CRegistryAccess::eraseAll()
 Result<std::vector<ContentPluginEntry>> CRegistryAccess::contentPlugins(const Settings& settings) const
 {
     if (settings.pluginList.empty())
-        return settings.contentPlugins;
+        return withoutSwitchedOff(settings.contentPlugins, settings);
     const std::filesystem::path file = pathOfText(settings.pluginList);
     const auto refused = [&](const std::string& reason) {
         return Error{ErrorKind::io, 0, filledText(TextId::pluginListNotRead, {toUtf8(settings.pluginList), reason})};
@@ -226,7 +243,7 @@ Result<std::vector<ContentPluginEntry>> CRegistryAccess::contentPlugins(const Se
     auto entries = readPluginList({list.get(), {{}, file}}, file.parent_path());
     if (const std::string complaint = list->complaint(); !complaint.empty())
         return refused(complaint);
-    return entries;
+    return withoutSwitchedOff(std::move(entries), settings);
 }
 
 std::u16string CRegistryAccess::failureText(SettingsCode code) const

@@ -105,6 +105,7 @@ struct Settings {
     std::uint32_t charactersToFilter = 3;                      // nCharsAutoFilter
     std::uint32_t defaultCategory = 0;                         // nDefCategory
     std::vector<std::u16string> extraColumns;                  // msExtraColumns
+    std::vector<std::u16string> pluginsOff;                    // msPluginsOff: names of libraries
     std::vector<std::u16string> extractionExcluded;            // szGrepExcludeTypes
     std::vector<std::u16string> extractionWhiteList;           // szGrepWhiteListTypes
     std::uint32_t viewBackground = view_color::ofSystem;       // rgbViewBgcol

@@ -175,6 +175,8 @@ constexpr SettingRow table[] = {
      TextRule{&Settings::extractionWhiteList, u"pdf,docx,doc,xls,ppt,azw,xlsx,pptx", TextForm::lowerCaseList}, say::labelTextWhiteList},
     {u"msExtraColumns", TextId::settingExtraColumns, OptionsPage::view, SavedWhen::persistent,
      TextRule{&Settings::extraColumns, {}, TextForm::list}, say::labelExtraColumns},
+    {u"msPluginsOff", say::meaningPluginsOff, OptionsPage::textExtraction, SavedWhen::persistent,
+     TextRule{&Settings::pluginsOff, {}, TextForm::list}, say::labelPluginsOff},
     {u"rgbViewBgcol", TextId::settingViewBackground, OptionsPage::view, SavedWhen::persistent,
      NumberRule{.field = &Settings::viewBackground, .fallback = view_color::ofSystem}, say::labelViewBackground},
     {u"Excluded volumes", TextId::settingExcludedVolumes, OptionsPage::scanning, SavedWhen::persistent,

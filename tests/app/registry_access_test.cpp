@@ -136,6 +136,12 @@ TEST_F(RegistryAccess, ContentPluginsStandInTheSettingsOrInAFileOfTheirOwn)
     EXPECT_THAT(entries().error().detail, HasSubstr("list.ini"));
     computer_.tree.write("program/list.ini", "[ContentPlugins]\n0=own.wdx\n0_detect=EXT=\"C\" | EXT=\"D\"\n");
     EXPECT_THAT(*entries(), ElementsAre(ContentPluginEntry{program / "own.wdx", "EXT=\"C\" | EXT=\"D\""}));
+
+    ASSERT_EQ(general().writeString(u"Own, other.wdx", u"msPluginsOff"), done);
+    EXPECT_THAT(*entries(), IsEmpty()) << "switched off by its name";
+    ASSERT_EQ(general().writeString(u"", u"szPluginINI"), done);
+    ASSERT_EQ(general().writeString(u"A.WDX", u"msPluginsOff"), done);
+    EXPECT_THAT(*entries(), ElementsAre(ContentPluginEntry{full, "EXT=\"B\""}));
 }
 
 TEST_F(RegistryAccess, ProgramsAreFoundBesideTheProgramOrInstalled)

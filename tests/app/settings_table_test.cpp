@@ -80,6 +80,7 @@ const std::vector<TextCase> textCases = {
     {u"szFileCountRule", u"*", u"", u"*"},
     {u"szFileCountRule", u"*", u"*.jpg", u"*.jpg"},
     {u"msExtraColumns", u"", u" System.Title ,,System.Size", u"System.Title,System.Size"},
+    {u"msPluginsOff", u"", u" One,, two.wdx", u"One,two.wdx"},
     {u"szGrepExcludeTypes", u"", u"JPG, Äx", u"jpg,äx"},
     {u"szGrepWhiteListTypes", u"pdf,docx,doc,xls,ppt,azw,xlsx,pptx", u"", u""},
     {u"szGrepWhiteListTypes", u"pdf,docx,doc,xls,ppt,azw,xlsx,pptx", u"ODT", u"odt"},
