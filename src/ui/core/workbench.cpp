@@ -19,7 +19,7 @@ Workbench::Workbench(CXInstance& instance, Desktop& desktop)
     : instance_(instance), desktop_(desktop), feed_(results_), slot_(std::make_shared<Slot>())
 {
     desktop_.setBenchOfThisThread(this);
-    postToMain([slot = slot_, self = this, window = instance.shared_from_this(), &desktop] {
+    postToMain([slot = slot_, self = this, window = instance.shared_from_this(), &desktop]() mutable {
         slot->link = WindowLink::open(desktop, std::move(window), *self);
     });
 }

@@ -74,13 +74,10 @@ void installItemCommands(const FrameParts& parts, ResultsView& view)
 {
     WindowLink& link = parts.link;
     CommandSet& commands = parts.commands;
-    const auto add = [&](const char* name, TextId label, std::function<void()> run, QKeySequence keys, unsigned when) {
-        commands.add({.name = name,
-                      .label = label,
-                      .menu = MenuId::edit,
-                      .run = std::move(run),
-                      .keys = std::move(keys),
-                      .when = when});
+    const auto add = [&](const char* name, TextId label, std::function<void()> run, const QKeySequence& keys,
+                         unsigned when) {
+        commands.add(
+            {.name = name, .label = label, .menu = MenuId::edit, .run = std::move(run), .keys = keys, .when = when});
     };
     add(
         "item.copyText", say::listCopyText, [&link] { copyTable(link); }, QKeySequence::Copy, when::isSelected);

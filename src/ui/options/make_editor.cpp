@@ -16,7 +16,6 @@ namespace say = desktop_text;
 constexpr std::u16string_view categoryKey = u"nDefCategory";
 constexpr std::u16string_view tipsKey = u"nTipOfTheDay";  // a number by its name, a tick by its meaning
 constexpr std::u16string_view maskKey = u"szFileCountRule";
-constexpr std::u16string_view pluginsKey = u"szPluginINI";
 
 QString labelOf(const SettingRow& row)
 {
