@@ -221,6 +221,14 @@ TEST_F(ListMarks, AListWithoutItsFilterIsAtTheFileWhereThePersonWas)
     view().goTo(7, Qt::NoModifier);
     ASSERT_NO_FATAL_FAILURE(filterBy("", 200));
     EXPECT_TRUE(isSeen(195)) << "the file that was found by the filter";
+
+    ASSERT_NO_FATAL_FAILURE(filterBy("one12", 10));
+    QTest::keyClick(filter, Qt::Key_Down);
+    const ItemId found = rows().at(*view().currentRow()).item;
+    QTest::keyClick(filter, Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return rows().count() == 200; }));
+    EXPECT_EQ(rows().at(*view().currentRow()).item, found) << "whoever went to the list is at what was found";
+    EXPECT_TRUE(isSeen(*view().currentRow()));
 }
 
 TEST_F(ListMarks, CommandsAnswerInTheStatusLine)

@@ -50,8 +50,13 @@ TEST_F(ShownValues, HaveTheDecimalPointOfThePlaceInWindowsAlone)
     EXPECT_EQ(of(catalogue.byName("System.FileVersion"), u"2.8"), QStringLiteral("2.8")) << "that is no number";
 }
 
-TEST_F(ShownValues, SayAttributesInWords)
+TEST_F(ShownValues, SayAttributesAndTypesInWords)
 {
+    ASSERT_TRUE(installTranslation({{static_cast<std::uint16_t>(TextId::languageName), u"Deutsch"},
+                                    {static_cast<std::uint16_t>(desktop_text::typeOfExtension), u"%1-Datei"}}));
+    const PropRef type = catalogue.byName("System.ItemTypeText");
+    EXPECT_EQ(of(type, u"JPG file"), QStringLiteral("JPG-Datei"));
+    EXPECT_EQ(of(type, u"Folder"), QStringLiteral("Folder"));
     const PropRef attributes = catalogue.byName("Stock.FileAttributes");
     EXPECT_EQ(of(attributes, u"------------"), QString());
     EXPECT_EQ(of(attributes, u"RH----------"), QStringLiteral("read-only, hidden"));

@@ -41,9 +41,22 @@ QString localSize(const QString& size)
     return shownNumber(number) + u' ' + unit;
 }
 
+// The system's own words for types are English, since files are compared by them.
+QString typeInWords(const QString& type)
+{
+    const QString end = QStringLiteral(" file");
+    if (type.endsWith(end))
+        return shown(say::typeOfExtension, {type.chopped(end.size()).toStdString()});
+    if (type == QStringLiteral("Folder") || type == QStringLiteral("File"))
+        return shown(type == QStringLiteral("File") ? say::typeFile : say::typeFolder);
+    return type;
+}
+
 // What is neither a size nor attributes.
 QString plainValue(const PropRef& property, std::u16string_view value)
 {
+    if (property.identifier == property_id::itemTypeText)
+        return typeInWords(toQt(value));
     if (property.kind() == PropKind::real)
         return shownNumber(toQt(value));
     if (property.info->type == VarType::boolean && (value == u"True" || value == u"False"))

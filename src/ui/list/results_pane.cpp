@@ -39,8 +39,15 @@ ResultsPane::ResultsPane(WindowLink& link, QWidget* parent)
     column->addWidget(filter_);
     column->addWidget(view_, 1);
     setFocusProxy(view_);
-    connect(filter_, &FilterBar::left, view_, [this] { view_->setFocus(); });
-    connect(filter_, &FilterBar::applied, view_, &ResultsView::showCurrentOnceChanged);
+    connect(filter_, &FilterBar::left, view_, [this] {
+        wentToFound_ = wentToFound_ || !filter_->edit().text().isEmpty();
+        view_->setFocus();
+    });
+    connect(filter_, &FilterBar::applied, view_, [this] {
+        if (filter_->edit().text().isEmpty() && std::exchange(wentToFound_, false))
+            view_->chooseCurrent();
+        view_->showCurrentOnceChanged();
+    });
     connect(view_, &ResultsView::typed, this, &ResultsPane::findNext);
     connect(&view_->header(), &QHeaderView::sectionMoved, this, [this] { useColumns(view_->header().namesInOrder()); });
     connect(&view_->header(), &ListHeader::widthChosen, this,

@@ -33,6 +33,7 @@ private:
 
     WindowLink& link_;
     FilterBar* filter_;
+    bool wentToFound_ = false;  // to the list, while it shows what a filter found
     ResultsView* view_;
     QString sought_;           // what names are to begin with
     QElapsedTimer lastTyped_;  // it

@@ -189,6 +189,12 @@ void ResultsView::patched()
     viewport()->update();
 }
 
+void ResultsView::chooseCurrent()
+{
+    if (current_)
+        chosen_ = link_.rows().at(*current_).item;
+}
+
 void ResultsView::showCurrentOnceChanged()
 {
     shows_ = true;

@@ -50,6 +50,8 @@ public:
     [[nodiscard]] QRect tickRectOf(Row row) const;
     [[nodiscard]] std::optional<Row> rowAt(const QPoint& point) const;
     void scrollTo(Row row);
+    // The person is at the current row, however it became the current one: other rows do not take them back.
+    void chooseCurrent();
     // The rows are about to be others, as the person wanted: the view goes to where the current one is then.
     void showCurrentOnceChanged();
     // The header has others now.

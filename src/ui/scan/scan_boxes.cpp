@@ -27,8 +27,6 @@ void askToRevise(WindowLink& link, QMessageBox* notice, std::function<void()> re
         return link.boxes().open(box);
     QObject::connect(
         notice, &QMessageBox::finished, box, [&link, box] { link.boxes().open(box); }, Qt::QueuedConnection);
-    notice->raise();
-    notice->activateWindow();
 }
 
 QMessageBox* showScanNotice(QWidget& over, const Desktop& desktop, const QString& text)

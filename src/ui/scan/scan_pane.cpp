@@ -170,6 +170,8 @@ void ScanPane::followJob(Job job)
 
 void ScanPane::scanEnded(const ScanOutcome& outcome)
 {
+    if (notice_ != nullptr)
+        notice_->activateWindow();  // nothing but its own Enter and Escape is left to be pressed
     if (outcome.refused)
         return showProblem(outcome.problem);
     showProblem({});
