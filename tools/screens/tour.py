@@ -143,7 +143,7 @@ def look_at_clean_up(tour):
     tour.take("marked")
     tour.clean_up()
     tour.keys("alt+o")
-    tour.display.wait_still()
+    tour.display.wait_active("^Clean up duplicates$")
     tour.take("clean-up complete")
     tour.keys("Escape")
     tour.window("log of the clean-up", "Log of the clean-up", "alt+t", "l")

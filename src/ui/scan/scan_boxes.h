@@ -16,8 +16,8 @@ class WindowLink;
 // the one below, which the person is to read first; null when it is closed.
 void askToRevise(WindowLink& link, QMessageBox* notice, std::function<void()> revise);
 
-// "scan.notice": with a tick that keeps it away for ever. It keeps neither the scan nor, before that has ended, the keys
-// of the window, where Escape stops it.
+// "scan.notice": with a tick that keeps it away for ever. It keeps neither the scan nor, before that has ended, the
+// keys of the window, where Escape stops it.
 [[nodiscard]] QMessageBox* showScanNotice(QWidget& over, const Desktop& desktop, const QString& text);
 
 }  // namespace kelvane
