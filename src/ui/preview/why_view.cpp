@@ -14,6 +14,8 @@ namespace {
 
 namespace say = desktop_text;
 
+constexpr int outcomeColumn = 7, behindName = 2;
+
 QStringList titles()
 {
     QStringList list;
@@ -40,6 +42,7 @@ WhyView::WhyView(QWidget* parent)
     stages_->setRootIsDecorated(false);
     stages_->setAlternatingRowColors(true);
     stages_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    stages_->header()->moveSection(outcomeColumn, behindName);  // exact sizes would push it out of sight
     auto* const all = new QVBoxLayout(this);
     all->addWidget(against_);
     all->addWidget(stages_, 1);
