@@ -13,9 +13,11 @@
 
 #include "support/fake_questions.h"
 #include "support/ui/desktop_world.h"
+#include "ui/core/shown_values.h"
 #include "ui/list/list_files.h"
 #include "ui/list/list_progress.h"
 #include "ui/list/results_view.h"
+#include "ui/list/row_painter.h"
 
 namespace kelvane::testing {
 namespace {
@@ -163,6 +165,20 @@ TEST(ListFiles, LongWorkShowsHowFarItIsLetsOthersInAndIsCancelled)
     EXPECT_TRUE(waitUntil([&] { return !cancel->isVisible(); }));
 }
 
+TEST(ListColumns, AreAtFirstWideEnoughForWhatTheyShow)
+{
+    DesktopWorld world;
+    world.loadList({{"b", "a"}}, std::string(9'999, 'x'));
+    auto* const header = world.find<QHeaderView>("listHeader");
+    ASSERT_TRUE(waitUntil([&] { return header->count() == 5; }));
+    const QFontMetrics letters = world.find<ResultsView>("resultsView")->fontMetrics();
+    constexpr int size = 3, date = 4;
+    for (const QString& text : {shownSize(9'999), shownSize(1'023ULL << 20)})
+        EXPECT_GE(header->sectionSize(size), letters.horizontalAdvance(text) + 2 * cellMargin) << text.toStdString();
+    EXPECT_GE(header->sectionSize(date),
+              letters.horizontalAdvance(QStringLiteral("2026-11-22 13:50")) + 2 * cellMargin);
+}
+
 TEST(ListColumns, AreChosenBySearchAndComeBack)
 {
     DesktopWorld world;
@@ -186,6 +202,21 @@ TEST(ListColumns, AreChosenBySearchAndComeBack)
     ASSERT_NE(world.await("columnsDialog"), nullptr);
     world.find<QPushButton>("columnsReset")->click();
     EXPECT_TRUE(waitUntil([&] { return header->count() == 5; }));
+}
+
+TEST(ListItems, ShiftF10OpensTheirMenuAtTheCurrentRow)
+{
+    DesktopWorld world;
+    world.loadList({{"b", "a"}});
+    auto* const view = world.find<ResultsView>("resultsView");
+    view->goTo(1, Qt::NoModifier);
+    QTest::keyClick(view, Qt::Key_F10);
+    EXPECT_EQ(world.find<QMenu>("listMenu"), nullptr) << "that key is the menu bar's";
+    QTest::keyClick(view, Qt::Key_F10, Qt::ShiftModifier);
+    auto* const menu = world.await<QMenu>("listMenu");
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(menu->actions().contains(world.find<QAction>("item.properties")));
+    menu->close();
 }
 
 TEST(ListItems, TagsAreSetAndFilteredBy)

@@ -50,6 +50,22 @@ TEST_F(ShownValues, HaveTheDecimalPointOfThePlaceInWindowsAlone)
     EXPECT_EQ(of(catalogue.byName("System.FileVersion"), u"2.8"), QStringLiteral("2.8")) << "that is no number";
 }
 
+TEST_F(ShownValues, GiveRatesTheirUnits)
+{
+    const PropRef frames = catalogue.byName("System.Video.FrameRate");
+    EXPECT_EQ(of(frames, u"25000"), QStringLiteral("25 frames/s"));
+    EXPECT_EQ(of(frames, u"23976"), QStringLiteral("23,976 frames/s"));
+    EXPECT_EQ(of(frames, u"500"), QStringLiteral("0,5 frames/s"));
+    EXPECT_EQ(shownValue(frames, u"29970"), QStringLiteral("29,97 frames/s"));
+    EXPECT_EQ(of(frames, u""), QString());
+    EXPECT_EQ(of(catalogue.byName("System.Audio.EncodingBitrate"), u"64000"), QStringLiteral("64 kbit/s"));
+    EXPECT_EQ(of(catalogue.byName("System.Video.EncodingBitrate"), u"39954"), QStringLiteral("39,954 kbit/s"));
+    EXPECT_EQ(of(catalogue.byName("System.Video.TotalBitrate"), u"2000005"), QStringLiteral("2000,005 kbit/s"));
+    EXPECT_EQ(of(catalogue.byName("System.Audio.SampleRate"), u"22050"), QStringLiteral("22,05 kHz"));
+    EXPECT_EQ(of(catalogue.byName("System.Audio.SampleRate"), u"quick"), QStringLiteral("quick"));
+    EXPECT_EQ(of(catalogue.byName("System.Video.FrameWidth"), u"1920"), QStringLiteral("1920"));
+}
+
 TEST_F(ShownValues, SayAttributesAndTypesInWords)
 {
     ASSERT_TRUE(installTranslation({{static_cast<std::uint16_t>(TextId::languageName), u"Deutsch"},

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 #include <QStringList>
+#include <optional>
 
 #include "base/desktop_texts/frame.h"
 #include "base/size_text.h"
@@ -52,6 +53,30 @@ QString typeInWords(const QString& type)
     return type;
 }
 
+// Of a rate that is kept as a thousand times the number of its unit; null for all others.
+std::optional<TextId> unitOfThousandths(const PropRef& property)
+{
+    const std::string_view name = property.info->name;
+    if (name == "System.Video.FrameRate")
+        return say::unitFrames;
+    if (name == "System.Audio.SampleRate")
+        return say::unitKilohertz;
+    if (name == "System.Audio.EncodingBitrate" || name == "System.Video.EncodingBitrate" ||
+        name == "System.Video.TotalBitrate")
+        return say::unitKilobits;
+    return std::nullopt;
+}
+
+// With nothing of it lost: 23976 is "23.976".
+QString thousandths(qulonglong number)
+{
+    QString text = QString::number(number / 1'000);
+    QString rest = QStringLiteral("%1").arg(number % 1'000, 3, 10, QLatin1Char('0'));
+    while (rest.endsWith(u'0'))
+        rest.chop(1);
+    return rest.isEmpty() ? text : shownNumber(text + u'.' + rest);
+}
+
 // What is neither a size nor attributes.
 QString plainValue(const PropRef& property, std::u16string_view value)
 {
@@ -59,6 +84,11 @@ QString plainValue(const PropRef& property, std::u16string_view value)
         return typeInWords(toQt(value));
     if (property.kind() == PropKind::real)
         return shownNumber(toQt(value));
+    if (const std::optional<TextId> unit = unitOfThousandths(property)) {
+        bool isNumber = false;
+        const qulonglong number = toQt(value).toULongLong(&isNumber);
+        return isNumber ? shown(*unit, {thousandths(number).toStdString()}) : toQt(value);
+    }
     if (property.info->type == VarType::boolean && (value == u"True" || value == u"False"))
         return shown(value == u"True" ? TextId::wordTrue : TextId::wordFalse);
     return toQt(value);

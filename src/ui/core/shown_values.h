@@ -24,7 +24,8 @@ namespace kelvane {
 // A number with the decimal point of the place; "12.5 %" as well.
 [[nodiscard]] QString shownNumber(QString number);
 
-// A cell of a column, from its text as cellText() gives it: attributes in words, empty where a file has none.
+// A cell of a column, from its text as cellText() gives it: attributes in words, rates with units, empty where a file
+// has none.
 [[nodiscard]] QString shownCell(const PropRef& column, std::u16string_view cell);
 [[nodiscard]] QString shownCell(ItemContext& file, const PropRef& column, const PropertySource& source);
 

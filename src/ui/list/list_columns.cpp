@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "results/result_columns.h"
 #include "ui/core/property_titles.h"
+#include "ui/core/shown_values.h"
 
 namespace kelvane {
 namespace {
@@ -18,10 +20,28 @@ void append(std::vector<PropRef>& columns, const PropRef& column)
         columns.push_back(column);
 }
 
+bool holdsAmounts(const PropRef& column)
+{
+    return column.kind() == PropKind::number || column.kind() == PropKind::real;
+}
+
+// In the language of the person, so that a column is wide enough for its unit.
+QString sampleOf(const PropRef& column)
+{
+    constexpr std::uint64_t mostExactBytes = 10'239;  // from there on sizes are told in larger units
+    if (isSize(column))
+        return shownSize(mostExactBytes);
+    if (column.kind() == PropKind::date)
+        return QStringLiteral("2000-00-00 00:00");
+    return holdsAmounts(column) ? shownCell(column, u"1234567") : QString();
+}
+
 ListColumn described(const PropRef& column)
 {
-    const bool right = column.kind() == PropKind::number || column.kind() == PropKind::real;
-    return {std::string(column.info->name), propertyTitle(column), right};
+    return {.name = std::string(column.info->name),
+            .title = propertyTitle(column),
+            .rightAligned = holdsAmounts(column),
+            .sample = sampleOf(column)};
 }
 
 std::vector<PropRef> columnsOfEveryList(const PropertyCatalogue& catalogue)

@@ -15,6 +15,7 @@ struct ListColumn {
     QString title;
     bool rightAligned = false;
     bool given = false;  // by the scan: it is there in lists of such scans only
+    QString sample{};    // as long as its texts usually get; empty where they may be of any length
     friend bool operator==(const ListColumn&, const ListColumn&) = default;
 };
 

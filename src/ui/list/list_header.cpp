@@ -58,7 +58,8 @@ int ListHeader::firstWidth(const ListColumn& column) const
         return 30 * letter;
     if (column.name == "System.ItemFolderPathDisplay")
         return 34 * letter;  // so that the size is in sight
-    return std::max(title, (column.rightAligned ? 12 : 20) * letter);
+    const int sample = fontMetrics().horizontalAdvance(column.sample) + 2 * cellMargin + letter;
+    return std::max({title, sample, (column.sample.isEmpty() ? 20 : 12) * letter});
 }
 
 std::vector<std::string> ListHeader::namesInOrder() const

@@ -100,6 +100,7 @@ private:
     void select(Row first, Row last, bool keepOthers);
     [[nodiscard]] Row anchorRow(Row otherwise) const;
     void startDrag();
+    [[nodiscard]] QPoint belowCurrent() const;
     void showPath(const QPoint& viewportPosition, const QPoint& globalPosition);
 
     WindowLink& link_;

@@ -167,6 +167,8 @@ void ResultsView::keyPressEvent(QKeyEvent* event)
         toggleTicks();
     else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && event->modifiers() == Qt::NoModifier)
         Q_EMIT opened();
+    else if (current_ && event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
+        Q_EMIT menuAsked(belowCurrent());  // for keyboards without a key for menus
     else if (!text.isEmpty() && text.at(0).isPrint() &&
              (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0)
         Q_EMIT typed(text);
@@ -247,9 +249,13 @@ void ResultsView::contextMenuEvent(QContextMenuEvent* event)
 {
     if (!current_)
         return;
-    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QPoint below = viewport()->mapToGlobal(rectOf(*current_).bottomLeft() + QPoint(header_->tickWidth(), 0));
-    Q_EMIT menuAsked(byKey ? below : event->globalPos());
+    Q_EMIT menuAsked(event->reason() == QContextMenuEvent::Keyboard ? belowCurrent() : event->globalPos());
+}
+
+// On the screen; there must be a current row.
+QPoint ResultsView::belowCurrent() const
+{
+    return viewport()->mapToGlobal(rectOf(*current_).bottomLeft() + QPoint(header_->tickWidth(), 0));
 }
 
 // The paths come from the window's thread, so that the drag begins a moment after the mouse moved.

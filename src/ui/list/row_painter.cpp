@@ -10,7 +10,6 @@
 namespace kelvane {
 namespace {
 
-constexpr int cellMargin = 5;
 constexpr int tagWidth = 5;
 
 QColor mixed(const QColor& one, const QColor& other, double share)

@@ -14,6 +14,9 @@ class QPainter;
 
 namespace kelvane {
 
+// Left and right of the text of a cell, in pixels.
+inline constexpr int cellMargin = 5;
+
 // One column in view, from the left: where it stands, and which of the row's texts it shows.
 struct ColumnSpan {
     int left = 0, width = 0;
