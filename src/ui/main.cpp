@@ -6,7 +6,9 @@
 
 #include "app/cx_application.h"
 #include "app/desktop_requests.h"
+#include "app/version_info.h"
 #include "base/desktop_texts/frame.h"
+#include "base/utf.h"
 #include "platform/desktop_session.h"
 #include "platform/platform.h"
 #include "platform/program_arguments.h"
@@ -54,6 +56,16 @@ private:
     std::unique_ptr<DesktopService> service_;
 };
 
+// What is asked for instead of a window, or nothing. A window program on Windows has nowhere to print it.
+std::string answerTo(const std::vector<std::string>& words)
+{
+    const auto asks = [&](std::string_view word) { return std::find(words.begin(), words.end(), word) != words.end(); };
+    if (asks("--help") || asks("-h"))
+        return filledText(desktop_text::programUsage);
+    const std::string version = toUtf8(CAppVersionInfo::versionText());
+    return asks("--version") ? "kelvane " + version.substr(0, version.find(' ')) : std::string();
+}
+
 int runProgram(std::vector<std::string> words)
 {
     const auto platform = makePlatform();
@@ -86,11 +98,15 @@ int runProgram(std::vector<std::string> words)
 int main(int count, char** words)
 {
     kelvane::reserveStandardStreams();
+    std::vector<std::string> all = kelvane::programArguments(count, words);
+    if (const std::string answer = kelvane::answerTo(all); !answer.empty()) {
+        std::cout << answer << std::endl;
+        return 0;
+    }
     if (!kelvane::displayIsThere()) {
         std::cerr << "kelvane: " << kelvane::filledText(kelvane::desktop_text::noDisplay) << std::endl;
         return kelvane::noDisplayStatus;
     }
-    std::vector<std::string> all = kelvane::programArguments(count, words);
     all.insert(all.begin(), "kelvane");
     QApplication application(count, words);
     kelvane::prepareLook();

@@ -108,6 +108,9 @@ TEST(CleanJourney, TrashAndItemsBackOneByOne)
     auto* const dialog = clean.world.await<QDialog>("cleanupChoice");
     ASSERT_TRUE(dialog);
     EXPECT_EQ(dialog->findChild<QWidget*>(QStringLiteral("choiceLinks")), nullptr) << "links are for experts";
+    dialog->findChild<QLabel*>(QStringLiteral("cleanupHelp"))->setFocus();
+    QTest::keyClick(dialog, Qt::Key_Return);
+    EXPECT_TRUE(dialog->isVisible()) << "only a choice that has the focus is made by Enter";
     ASSERT_TRUE(clean.escape("cleanupChoice"));
     ASSERT_TRUE(clean.isOver());
     EXPECT_TRUE(clean.allExist());

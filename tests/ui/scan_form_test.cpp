@@ -197,6 +197,10 @@ TEST(ScanForm, OffersBeginnersLargeChoices)
     dropFolder(world, "scan.express", world.tree.path("missing"));
     EXPECT_FALSE(scanBy(world, "express.find"));
     EXPECT_TRUE(awaitText(world, "express.problem", QStringLiteral("missing")));
+
+    scanPane(world).setMode(InterfaceMode::advanced);
+    EXPECT_EQ(scanPane(world).order().definition.roots, world.tree.path("missing").string())
+        << "the chosen folder stays";
 }
 
 TEST(LocalPath, KeepsTheBytesOfANameThatIsNoText)

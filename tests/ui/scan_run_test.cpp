@@ -66,6 +66,31 @@ TEST(ScanRun, StartsTheLastOneAgainWhateverTheFormSaysByNow)
     EXPECT_EQ(world.desktop().settings().scanHistory.size(), 1u) << "the same definition is one entry";
 }
 
+TEST(ScanRun, AsksBeforeMarksAreLost)
+{
+    DesktopWorld world({.files = writeCopies});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    ASSERT_TRUE(scanBy(world, "scan.find"));
+    world.onWindowThread([](Workbench& bench) {
+        std::vector<ItemId> all;
+        bench.results().forEachItem([&](ItemId id) { all.push_back(id); });
+        bench.results().mark(std::vector{all.front()}, Mark::ticked, true);
+    });
+    const auto ticked = [&] { return world.link().rows().figures().ticked.items; };
+    ASSERT_TRUE(waitUntil([&] { return ticked() == 1; }));
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        EXPECT_TRUE(world.trigger("scan.again"));
+        auto* const box = world.await<QMessageBox>("scan.forgetMarks");
+        ASSERT_TRUE(box);
+        EXPECT_EQ(world.link().job(), Job::none);
+        EXPECT_EQ(ticked(), 1u);
+        box->button(answer)->click();
+        EXPECT_TRUE(waitUntil([&] { return world.find<QMessageBox>("scan.forgetMarks") == nullptr; }));
+    }
+    EXPECT_TRUE(waitUntil([&] { return world.link().job() == Job::none && ticked() == 0; }));
+    EXPECT_EQ(listedGroups(world), copies);
+}
+
 TEST(ScanRun, StartsTheLastOneOfItsOwnWindowAgain)
 {
     DesktopWorld world({.files = writeCopies});

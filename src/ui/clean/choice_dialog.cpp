@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QCommandLinkButton>
 #include <QFormLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -110,6 +111,14 @@ void ChoiceDialog::addLinkKinds()
     form->setContentsMargins(36, 0, 0, 0);
     form->addRow(shown(say::linkKindLabel), kinds_);
     layout()->addWidget(line);
+}
+
+// Enter would press the default choice from anywhere, also from the box beside another one.
+void ChoiceDialog::keyPressEvent(QKeyEvent* event)
+{
+    const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enters || qobject_cast<QCommandLinkButton*>(focusWidget()) != nullptr)
+        QDialog::keyPressEvent(event);
 }
 
 TrashlessDialog::TrashlessDialog(QWidget* parent, const std::vector<TrashlessLine>& volumes,

@@ -25,6 +25,9 @@ public:
     // `done` is called once; Escape and the close button mean nothing.
     ChoiceDialog(QWidget* parent, bool linksOffered, std::function<void()> help, std::function<void(CleanupWay)> done);
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     void addChoice(const char* name, TextId text, CleanupChoice choice);
     void addLinkKinds();

@@ -25,6 +25,7 @@ public:
     void showProblem(const QString& problem);
     // Searches these folders, whatever the choice.
     void setFolders(std::vector<std::string> folders);
+    [[nodiscard]] bool hasOwnFolders() const { return !ownFolders_.empty(); }
 
 Q_SIGNALS:
     void findWanted();

@@ -1,9 +1,11 @@
 #include "ui/scan/scan_boxes.h"
 
 #include <QCheckBox>
+#include <QLocale>
 #include <utility>
 
 #include "base/desktop_texts/frame.h"
+#include "base/desktop_texts/scan.h"
 #include "ui/core/desktop.h"
 #include "ui/core/message_box.h"
 #include "ui/core/text.h"
@@ -27,6 +29,21 @@ void askToRevise(WindowLink& link, QMessageBox* notice, std::function<void()> re
         return link.boxes().open(box);
     QObject::connect(
         notice, &QMessageBox::finished, box, [&link, box] { link.boxes().open(box); }, Qt::QueuedConnection);
+}
+
+void askToForgetMarks(WindowLink& link, std::uint64_t marked, std::function<void()> search)
+{
+    constexpr const char* name = "scan.forgetMarks";
+    if (link.frame()->findChild<QMessageBox*>(QString::fromLatin1(name)) != nullptr)
+        return;  // asked already
+    QMessageBox* const box = makeQuestionBox(
+        link.frame(), shown(desktop_text::scanForgetsMarks, {QLocale().toString(qulonglong{marked}).toStdString()}));
+    box->setObjectName(QString::fromLatin1(name));
+    QObject::connect(box, &QMessageBox::finished, box, [search = std::move(search)](int answer) {
+        if (answer == QMessageBox::Yes)
+            search();
+    });
+    link.boxes().open(box);
 }
 
 QMessageBox* showScanNotice(QWidget& over, const Desktop& desktop, const QString& text)

@@ -104,6 +104,11 @@ void ScanPane::listenToScan()
 
 void ScanPane::setMode(InterfaceMode mode)
 {
+    if (mode_ == InterfaceMode::beginner && mode != mode_ && express_->hasOwnFolders()) {
+        ScanOrder order = form_->order();
+        order.definition.roots = express_->order().definition.roots;
+        showOrder(order);
+    }
     mode_ = mode;
     const bool beginner = mode == InterfaceMode::beginner;
     form_->setMode(mode);
@@ -135,6 +140,14 @@ void ScanPane::startAgain()
 }
 
 void ScanPane::run(const ScanOrder& order)
+{
+    const std::uint64_t marked = link_.rows().figures().ticked.items;
+    if (marked == 0)
+        return begin(order);
+    askToForgetMarks(link_, marked, [this, order] { begin(order); });
+}
+
+void ScanPane::begin(const ScanOrder& order)
 {
     pause(false);
     wanted_ = order;

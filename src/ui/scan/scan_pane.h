@@ -54,6 +54,7 @@ Q_SIGNALS:
     void found();
 
 private:
+    void begin(const ScanOrder& order);
     void makeLayout();
     void listen();
     void listenToScan();
