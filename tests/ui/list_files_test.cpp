@@ -1,9 +1,5 @@
 #include <QClipboard>
-#include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QHeaderView>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -13,11 +9,9 @@
 
 #include "support/fake_questions.h"
 #include "support/ui/desktop_world.h"
-#include "ui/core/shown_values.h"
 #include "ui/list/list_files.h"
 #include "ui/list/list_progress.h"
 #include "ui/list/results_view.h"
-#include "ui/list/row_painter.h"
 
 namespace kelvane::testing {
 namespace {
@@ -163,45 +157,6 @@ TEST(ListFiles, LongWorkShowsHowFarItIsLetsOthersInAndIsCancelled)
     EXPECT_TRUE(waitUntil([&] { return world.link().job() == Job::none; }));
     EXPECT_TRUE(ended);
     EXPECT_TRUE(waitUntil([&] { return !cancel->isVisible(); }));
-}
-
-TEST(ListColumns, AreAtFirstWideEnoughForWhatTheyShow)
-{
-    DesktopWorld world;
-    world.loadList({{"b", "a"}}, std::string(9'999, 'x'));
-    auto* const header = world.find<QHeaderView>("listHeader");
-    ASSERT_TRUE(waitUntil([&] { return header->count() == 5; }));
-    const QFontMetrics letters = world.find<ResultsView>("resultsView")->fontMetrics();
-    constexpr int size = 3, date = 4;
-    for (const QString& text : {shownSize(9'999), shownSize(1'023ULL << 20)})
-        EXPECT_GE(header->sectionSize(size), letters.horizontalAdvance(text) + 2 * cellMargin) << text.toStdString();
-    EXPECT_GE(header->sectionSize(date),
-              letters.horizontalAdvance(QStringLiteral("2026-11-22 13:50")) + 2 * cellMargin);
-}
-
-TEST(ListColumns, AreChosenBySearchAndComeBack)
-{
-    DesktopWorld world;
-    world.loadList({{"b", "a"}});
-    auto* const header = world.find<QHeaderView>("listHeader");
-    ASSERT_TRUE(waitUntil([&] { return header->count() == 5; }));
-    ASSERT_TRUE(world.trigger("list.columns"));
-    auto* const list = world.await<QListWidget>("columnsList");
-    ASSERT_NE(list, nullptr);
-    world.find<QLineEdit>("columnsSearch")->setText(QStringLiteral("System.FileExtension"));
-    QListWidgetItem* found = nullptr;
-    for (int row = 0; row < list->count(); ++row)
-        found = list->item(row)->isHidden() ? found : list->item(row);
-    ASSERT_NE(found, nullptr);
-    found->setCheckState(Qt::Checked);
-    world.find<QWidget>("columnsDialog")->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    EXPECT_TRUE(waitUntil([&] { return header->count() == 6; }));
-
-    ASSERT_TRUE(waitUntil([&] { return world.find<QWidget>("columnsDialog") == nullptr; }));
-    ASSERT_TRUE(world.trigger("list.columns"));
-    ASSERT_NE(world.await("columnsDialog"), nullptr);
-    world.find<QPushButton>("columnsReset")->click();
-    EXPECT_TRUE(waitUntil([&] { return header->count() == 5; }));
 }
 
 TEST(ListItems, ShiftF10OpensTheirMenuAtTheCurrentRow)

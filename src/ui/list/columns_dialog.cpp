@@ -37,8 +37,42 @@ ColumnsDialog::ColumnsDialog(const std::vector<ListColumn>& inView, const std::v
     auto* const lines = new QVBoxLayout(this);
     lines->addWidget(search_);
     lines->addWidget(list_);
+    makeMovers(*lines);
     makeButtons();
     resize(420, 520);
+}
+
+// With keys that work in the list, where dragging titles is no way without a mouse.
+void ColumnsDialog::makeMovers(QVBoxLayout& lines)
+{
+    auto* const row = new QHBoxLayout;
+    const auto add = [&](const char* name, TextId label, const QKeySequence& keys, int step) {
+        auto* const button =
+            new QPushButton(shown(label, {keys.toString(QKeySequence::NativeText).toStdString()}), this);
+        button->setObjectName(QString::fromLatin1(name));
+        button->setShortcut(keys);
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, [this, step] { moveCurrent(step); });
+        row->addWidget(button);
+    };
+    add("columnsUp", say::listColumnUp, Qt::ALT | Qt::Key_Up, -1);
+    add("columnsDown", say::listColumnDown, Qt::ALT | Qt::Key_Down, 1);
+    row->addStretch();
+    lines.addLayout(row);
+}
+
+// Past its neighbour in sight: a search may hide others between them.
+void ColumnsDialog::moveCurrent(int step)
+{
+    const int from = list_->currentRow();
+    int to = from + step;
+    while (to >= 0 && to < list_->count() && list_->item(to)->isHidden())
+        to += step;
+    if (from < 0 || to < 0 || to >= list_->count())
+        return;
+    QListWidgetItem* const item = list_->takeItem(from);
+    list_->insertItem(to, item);
+    list_->setCurrentItem(item);
 }
 
 void ColumnsDialog::makeButtons()

@@ -8,6 +8,7 @@
 #include "results/result_sort.h"
 #include "ui/core/window_link.h"
 #include "ui/list/list_memory.h"
+#include "ui/list/sort_menu.h"
 
 namespace kelvane {
 
@@ -51,6 +52,7 @@ void ListSorting::addCommands(const FrameParts& parts)
                         .menu = MenuId::view,
                         .run = [this] { unsort(); },
                         .when = when::hasItems});
+    addSortMenu(parts, *this, header_);
 }
 
 void ListSorting::sortBy(const std::string& column, bool further)
@@ -63,6 +65,19 @@ void ListSorting::sortBy(const std::string& column, bool further)
         *there = key;
     else
         keys_.push_back(key);
+    useKeys();
+}
+
+void ListSorting::turn(bool ascending)
+{
+    if (keys_.empty() || keys_.front().ascending == ascending)
+        return;
+    keys_.front().ascending = ascending;
+    useKeys();
+}
+
+void ListSorting::useKeys()
+{
     showKeys();
     sort();
     rememberOrder();

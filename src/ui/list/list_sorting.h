@@ -19,20 +19,25 @@ class ListSorting final : public QObject {
     Q_OBJECT
 
 public:
-    ListSorting(WindowLink& link, ListHeader& header);
-
-    void addCommands(const FrameParts& parts);
-    void sortBy(const std::string& column, bool further);
-    // Back to the order of group numbers.
-    void unsort();
-    void keepGrouped(bool on);
-
-private:
     struct Key {
         std::string column;
         bool ascending = true;
     };
 
+    ListSorting(WindowLink& link, ListHeader& header);
+
+    void addCommands(const FrameParts& parts);
+    void sortBy(const std::string& column, bool further);
+    // The first key in that direction; nothing without one.
+    void turn(bool ascending);
+    // By which the list is sorted at first; null: by group numbers.
+    [[nodiscard]] const Key* firstKey() const { return keys_.empty() ? nullptr : &keys_.front(); }
+    // Back to the order of group numbers.
+    void unsort();
+    void keepGrouped(bool on);
+
+private:
+    void useKeys();
     void sort();
     void sortAsKept();
     void rememberOrder();

@@ -34,10 +34,10 @@ QString keysOf(const QAction& action)
 void collect(const QMenu& menu, QTreeWidgetItem& group)
 {
     for (const QAction* const action : menu.actions()) {
+        if (!action->shortcuts().isEmpty())
+            new QTreeWidgetItem(&group, {plain(action->text()), keysOf(*action)});
         if (action->menu() != nullptr)
             collect(*action->menu(), group);
-        else if (!action->shortcuts().isEmpty())
-            new QTreeWidgetItem(&group, {plain(action->text()), keysOf(*action)});
     }
 }
 
