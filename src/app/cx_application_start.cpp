@@ -4,6 +4,7 @@
 #include "app/cx_application.h"
 #include "app/feedback_mail.h"
 #include "app/makers.h"
+#include "app/settings_lists.h"
 #include "app/translation.h"
 #include "base/random.h"
 #include "base/text_table.h"
@@ -74,8 +75,10 @@ void CXApplication::loadSettings()
     setTranslation(state(isTranslated()));
     load(host_.questions());
     // Only now it is known whether the person wants one at all.
-    if (!settings().useTranslation)
-        setTranslation(state(activateTranslation(ports_.texts, ports_.places, false)));
+    if (settings().useTranslation)
+        return;
+    setTranslation(state(activateTranslation(ports_.texts, ports_.places, false)));
+    readFileTypes(root(), context(), settings());  // their names are in the language that was in force
 }
 
 bool CXApplication::serveFirstCommand()

@@ -1,5 +1,6 @@
 // Lists of named texts: categories of file types, sets of columns, sets of folders.
 #include <algorithm>
+#include <array>
 
 #include "app/list_section.h"
 #include "app/settings_lists.h"
@@ -13,6 +14,9 @@ constexpr std::u16string_view namePart = u"Name";
 constexpr std::u16string_view textPart = u"Text";
 constexpr std::size_t ownCategories = 5;  // the last two are "All file types" and "Folders"
 constexpr std::size_t storedCategories = ownCategories + 1;
+constexpr std::array standardNames = {TextId::categoryMusic,  TextId::categoryMovies, TextId::categoryDocuments,
+                                      TextId::categoryPhotos, TextId::categoryEbooks, TextId::categoryAll};
+static_assert(standardNames.size() == storedCategories);
 constexpr std::u16string_view sampleColumns = u"System.ItemNameDisplay,System.Size,System.ItemFolderPathDisplay";
 
 std::vector<NamedText> readNamed(const SettingsRoot& root, std::u16string_view section, std::size_t most)
@@ -48,6 +52,16 @@ std::vector<std::u16string> shown(const std::vector<NamedText>& list)
     return lines;
 }
 
+// Names that nobody changed are kept in English, so that they are in the language of each run.
+std::u16string keptName(const std::u16string& name, std::size_t category)
+{
+    return std::u16string(name == text(standardNames[category]) ? englishText(standardNames[category]) : name);
+}
+std::u16string nameInLanguage(const std::u16string& kept, std::size_t category)
+{
+    return std::u16string(kept == englishText(standardNames[category]) ? text(standardNames[category]) : kept);
+}
+
 // An entry without masks would admit every file: it takes those of the category it stands for.
 FileCategory categoryOf(const NamedText& entry, const FileCategory& standard, const SettingsContext& context)
 {
@@ -73,15 +87,20 @@ void readFileTypes(const SettingsRoot& root, const SettingsContext& context, Set
     std::vector<FileCategory> categories = defaultCategories();
     const std::vector<NamedText> stored = readNamed(root, u"File types", storedCategories + 1);
     if (stored.size() == storedCategories)
-        for (std::size_t index = 0; index < storedCategories; ++index)
+        for (std::size_t index = 0; index < storedCategories; ++index) {
             categories[index] = categoryOf(stored[index], categories[index], context);
+            categories[index].name = nameInLanguage(stored[index].name, index);
+        }
     categories.back().masks = toUtf8(settings.folderMask);
     settings.fileTypes = std::move(categories);
 }
 
 SettingsCode writeFileTypes(const SettingsRoot& root, const Settings& settings)
 {
-    return writeNamed(root, u"File types", namedCategories(settings.fileTypes), storedCategories);
+    std::vector<NamedText> list = namedCategories(settings.fileTypes);
+    for (std::size_t index = 0; index < std::min(list.size(), storedCategories); ++index)
+        list[index].name = keptName(list[index].name, index);
+    return writeNamed(root, u"File types", list, storedCategories);
 }
 
 std::vector<std::u16string> showFileTypes(const Settings& settings)

@@ -4,6 +4,7 @@
 
 #include "app/ignored_list.h"
 #include "app/list_section.h"
+#include "base/text_table.h"
 #include "settings_back_ends.h"
 #include "support/settings_world.h"
 
@@ -72,6 +73,30 @@ TEST_P(SettingsLists, FileTypesAreSixOrTheDefaults)
     settings = read(readFileTypes);
     EXPECT_THAT(settings.fileTypes, SizeIs(7));
     EXPECT_THAT(settings.fileTypes[0].masks, ::testing::StartsWith("mp2,")) << "a list of four is discarded";
+}
+
+TEST_P(SettingsLists, NamesOfFileTypesThatNobodyChangedFollowTheLanguage)
+{
+    const TextsByNumber german = {{static_cast<std::uint16_t>(TextId::languageName), u"Deutsch"},
+                                  {static_cast<std::uint16_t>(TextId::categoryMusic), u"Musik"},
+                                  {static_cast<std::uint16_t>(TextId::categoryAll), u"Alle Dateitypen"}};
+    ASSERT_TRUE(installTranslation(german));
+    Settings settings = read(readFileTypes);
+    EXPECT_EQ(settings.fileTypes[5].name, u"Alle Dateitypen");
+    settings.fileTypes[0].name = u"Kl\u00E4nge";
+    settings.fileTypes[5].masks = "jpg";
+    ASSERT_EQ(writeFileTypes(root_, settings), done);
+
+    releaseTranslation();
+    settings = read(readFileTypes);
+    EXPECT_EQ(settings.fileTypes[0].name, u"Kl\u00E4nge") << "that is the person's own name";
+    EXPECT_EQ(settings.fileTypes[5].name, u"All file types");
+    EXPECT_EQ(settings.fileTypes[5].masks, "jpg");
+    ASSERT_EQ(writeFileTypes(root_, settings), done);
+
+    ASSERT_TRUE(installTranslation(german));
+    EXPECT_EQ(read(readFileTypes).fileTypes[5].name, u"Alle Dateitypen");
+    releaseTranslation();
 }
 
 TEST_P(SettingsLists, SetsAreCutAndLeaveNothingBehind)
