@@ -147,6 +147,28 @@ TEST(ScanForm, OffersNoLookIntoArchivesWhereNobodyReadsThem)
     }
 }
 
+TEST(ScanForm, SaysThatAFolderWithoutATickIsSearchedWithTheOneAboveIt)
+{
+    DesktopWorld world({.files = [](const TempTree& tree) { tree.folder("files/pictures"); }});
+    dropFolder(world, "scan.folderList", world.tree.path("files"));
+    dropFolder(world, "scan.folderList", world.tree.path("files/pictures"));
+    auto* const list = world.find<QListWidget>("scan.folders");
+    const std::string above = list->item(0)->text().toStdString(), inside = list->item(1)->text().toStdString();
+    const QString line =
+        shown(desktop_text::folderDropped, {inside, shown(desktop_text::folderCovered, {above}).toStdString()});
+    EXPECT_TRUE(awaitText(world, "scan.check", shown(TextId::rootInsideOther, {above})));
+    EXPECT_FALSE(labelText(world, "scan.check").contains(line));
+    EXPECT_TRUE(list->item(1)->toolTip().contains(shown(desktop_text::folderTickTip)));
+    list->item(1)->setCheckState(Qt::Unchecked);
+    EXPECT_TRUE(awaitText(world, "scan.check", line));
+    list->item(0)->setCheckState(Qt::Unchecked);
+    EXPECT_TRUE(waitUntil([&] { return !labelText(world, "scan.check").contains(line); }));
+    list->item(0)->setCheckState(Qt::Checked);
+    ASSERT_TRUE(awaitText(world, "scan.check", line));
+    world.find<QCheckBox>("scan.subfolders")->setChecked(false);
+    EXPECT_TRUE(waitUntil([&] { return !labelText(world, "scan.check").contains(line); }));
+}
+
 TEST(ScanForm, RemembersFoldersWithoutATickFromRunToRun)
 {
     const auto kept = std::make_shared<MemorySettingsStore>();

@@ -152,7 +152,7 @@ QListWidgetItem* FolderList::append(const std::string& folder)
     const QString text = toQt(displayFromNative(nativeFromBytes(folder)));
     auto* const item = new QListWidgetItem(text, list_);
     item->setData(bytesRole, QByteArray::fromStdString(folder));
-    item->setToolTip(plainTip(text));
+    item->setToolTip(plainTip(text) + plainTip(shown(desktop_text::folderTickTip)));
     item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
     item->setCheckState(Qt::Checked);
     return item;

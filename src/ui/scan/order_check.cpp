@@ -33,13 +33,31 @@ QString reasonText(const DroppedRoot& root, const Settings& settings)
     return root.detail.empty() ? shown(TextId::problemNotFound) : toQt(root.detail);
 }
 
-RootList normalised(Workbench& bench, const CScanNode& definition)
+RootList normalised(Workbench& bench, const CScanNode& definition, std::string roots)
 {
     RootListInput input;
-    input.list = definition.roots;
+    input.list = std::move(roots);
     input.protect = definition.has(scan_flag::protect);
     input.subfolders = definition.has(scan_flag::subfolders);
     return normaliseRoots(input, bench.platform().paths(), bench.platform().shell());
+}
+
+// A folder without a tick is no root of its own, which does not keep the walk of another one out of it.
+QStringList coveredFolders(Workbench& bench, const CScanNode& definition, const std::vector<std::string>& searched,
+                           const std::vector<std::string>& unticked)
+{
+    QStringList lines;
+    for (const std::string& folder : unticked) {
+        std::vector<std::string> roots = searched;
+        roots.push_back(folder);
+        for (const DroppedRoot& root : normalised(bench, definition, bench.platform().paths().joinRoots(roots)).dropped)
+            if (root.root == folder && root.problem == RootProblem::insideOther)
+                lines.append(
+                    shown(desktop_text::folderDropped,
+                          {pathText(folder).toStdString(),
+                           shown(desktop_text::folderCovered, {pathText(root.detail).toStdString()}).toStdString()}));
+    }
+    return lines;
 }
 
 // Why the definition cannot be searched by. A list that is there has asked the plug-ins for their properties already.
@@ -71,15 +89,16 @@ QString droppedText(const DroppedRoot& root, const Settings& settings)
                  {pathText(root.root).toStdString(), reasonText(root, settings).toStdString()});
 }
 
-OrderCheck checkOrder(Workbench& bench, const ScanOrder& order)
+OrderCheck checkOrder(Workbench& bench, const ScanOrder& order, const std::vector<std::string>& unticked)
 {
     const Settings settings = bench.desktop().settings();
-    const RootList list = normalised(bench, order.definition);
+    const RootList list = normalised(bench, order.definition, order.definition.roots);
     OrderCheck check;
     for (const std::string& root : list.roots)
         check.roots.append(pathText(root));
     for (const DroppedRoot& root : list.dropped)
         check.dropped.append(droppedText(root, settings));
+    check.covered = coveredFolders(bench, order.definition, list.roots, unticked);
     check.criteriaProblem = criteriaProblem(bench, order.definition, optionsFor(order, settings, bench.desktop()));
     return check;
 }

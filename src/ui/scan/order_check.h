@@ -13,6 +13,7 @@ namespace kelvane {
 struct OrderCheck {
     QStringList roots;        // as they would be walked
     QStringList dropped;      // a line each: the folder, and why it is left out
+    QStringList covered;      // likewise: folders that nobody ticked, and that are searched along with another
     QString criteriaProblem;  // why nothing can be compared; empty where it can
     // Why no scan can begin; empty where one can.
     [[nodiscard]] QString problem() const;
@@ -21,7 +22,8 @@ struct OrderCheck {
 // "lies in a protected folder": after the name of the folder.
 [[nodiscard]] QString droppedText(const DroppedRoot& root, const Settings& settings);
 
-// On the window's thread: looks at folders.
-[[nodiscard]] OrderCheck checkOrder(Workbench& bench, const ScanOrder& order);
+// On the window's thread: looks at folders. `unticked` are those of the person's list that are not in the order.
+[[nodiscard]] OrderCheck checkOrder(Workbench& bench, const ScanOrder& order,
+                                    const std::vector<std::string>& unticked = {});
 
 }  // namespace kelvane

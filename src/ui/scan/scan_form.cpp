@@ -93,6 +93,11 @@ void ScanForm::show(const ScanOrder& order)
     folders_->show(link_.desktop().platform().paths().splitRoots(order.definition.roots));
 }
 
+std::vector<std::string> ScanForm::unticked() const
+{
+    return folders_->leftOut();
+}
+
 void ScanForm::recallLeftOut(const QByteArray& folders)
 {
     folders_->leaveOut(link_.desktop().platform().paths().splitRoots(folders.toStdString()));
@@ -105,7 +110,7 @@ void ScanForm::showCheck(const OrderCheck& check)
         lines.append(shown(desktop_text::foldersNone));
     if (!check.roots.isEmpty())
         lines.append(shown(desktop_text::foldersEffective));
-    check_->setText((lines + check.roots + check.dropped).join(u'\n'));
+    check_->setText((lines + check.roots + check.covered + check.dropped).join(u'\n'));
     compare_->showProblem(options_->hasProblem() ? QString() : check.criteriaProblem);
 }
 

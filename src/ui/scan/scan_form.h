@@ -29,6 +29,8 @@ public:
     explicit ScanForm(WindowLink& link, QWidget* parent = nullptr);
 
     [[nodiscard]] ScanOrder order() const;
+    // Folders in sight that no order holds.
+    [[nodiscard]] std::vector<std::string> unticked() const;
     void show(const ScanOrder& order);
     // Folders that stood in the latest form without a tick, in this window or an earlier one: no order holds them.
     void recallLeftOut(const QByteArray& folders);

@@ -166,7 +166,10 @@ void ScanPane::pause(bool on)
 void ScanPane::check()
 {
     link_.fetch(
-        this, [order = form_->order()](Workbench& bench) { return checkOrder(bench, order); },
+        this,
+        [order = form_->order(), unticked = form_->unticked()](Workbench& bench) {
+            return checkOrder(bench, order, unticked);
+        },
         [this](const OrderCheck& check) { form_->showCheck(check); });
 }
 
