@@ -165,8 +165,6 @@ TEST(ListItems, ShiftF10OpensTheirMenuAtTheCurrentRow)
     world.loadList({{"b", "a"}});
     auto* const view = world.find<ResultsView>("resultsView");
     view->goTo(1, Qt::NoModifier);
-    QTest::keyClick(view, Qt::Key_F10);
-    EXPECT_EQ(world.find<QMenu>("listMenu"), nullptr) << "that key is the menu bar's";
     QTest::keyClick(view, Qt::Key_F10, Qt::ShiftModifier);
     auto* const menu = world.await<QMenu>("listMenu");
     ASSERT_NE(menu, nullptr);
