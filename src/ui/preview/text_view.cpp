@@ -31,14 +31,13 @@ TextView::TextView(QWidget* parent)
     wrap_->setChecked(true);
     open_->setObjectName(QStringLiteral("preview.openText"));
     auto* const bar = new QHBoxLayout;
+    bar->addWidget(charset_, 1);
     bar->addWidget(wrap_);
-    bar->addStretch();
-    bar->addWidget(open_);
     auto* const all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
     all->addWidget(text_, 1);
-    all->addWidget(charset_);  // beside buttons a narrow pane would break it into many lines, and grow
     all->addLayout(bar);
+    all->addWidget(open_);  // in one line with the others it would be wider than small screens have room for
     connect(wrap_, &QCheckBox::toggled, this,
             [this](bool on) { text_->setLineWrapMode(on ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap); });
     connect(open_, &QPushButton::clicked, this, &TextView::openWanted);
