@@ -1,5 +1,8 @@
 #include "ui/clean/progress_teller.h"
 
+#include <chrono>
+#include <thread>
+
 #include "ui/core/window_link.h"
 
 namespace kelvane {
@@ -41,6 +44,8 @@ void ProgressTeller::tell()
             ProgressDialog::show(link, title);
         ProgressDialog::update(link, state);
     });
+    if (!isShown_)
+        since_ = bench_.platform().clock().ticks();
     isShown_ = true;
 }
 
@@ -54,6 +59,10 @@ void ProgressTeller::end()
     if (!isShown_)
         return;
     isShown_ = false;
+    // A dialog that goes in the moment in which it comes confuses who has the keys: with some window managers the box
+    // that follows it hears none.
+    while (bench_.platform().clock().ticks() < since_ + lastingMs)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     bench_.toMain([](WindowLink& link) { ProgressDialog::finish(link); });
 }
 

@@ -49,7 +49,7 @@ private:
     Workbench& bench_;
     QString title_;
     ProgressState state_;
-    std::uint64_t told_ = 0, shownFrom_ = 0;  // ticks
+    std::uint64_t told_ = 0, shownFrom_ = 0, since_ = 0;  // ticks
     bool isShown_ = false;
 };
 
