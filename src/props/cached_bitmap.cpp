@@ -89,7 +89,8 @@ public:
                         reds = std::span(values_).last(count_);
         const std::span out(pixels);  // what is written may be any of the members, for all that the compiler knows
         for (std::size_t i = 0; i < out.size() / pixelSize; ++i) {
-            const std::uint32_t pixel = sum(blues[i], greens[i]) | greens[i] << 8u | sum(reds[i], greens[i]) << 16u;
+            const std::uint32_t blue = sum(blues[i], greens[i]), green = greens[i], red = sum(reds[i], greens[i]);
+            const std::uint32_t pixel = blue | green << 8u | red << 16u;
             store(pixel, out.subspan(i * pixelSize, pixelSize));
         }
         return pixels;

@@ -1,6 +1,7 @@
 #include "ui/list/results_pane.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include "platform/native_text.h"
